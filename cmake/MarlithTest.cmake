@@ -1,0 +1,12 @@
+# marlith_add_test(<name> SOURCES ... LIBS ... [GUI])
+# One Qt Test executable per unit or window, registered with CTest. Every test
+# runs on the offscreen platform, with its own temporary program folder.
+function(marlith_add_test name)
+  cmake_parse_arguments(T "" "" "SOURCES;LIBS" ${ARGN})
+  add_executable(${name} ${T_SOURCES})
+  target_link_libraries(${name} PRIVATE ${T_LIBS} Qt6::Test)
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;QT_QPA_FONTDIR=/usr/share/fonts/truetype/dejavu"
+    TIMEOUT 300)
+endfunction()

@@ -1,0 +1,16 @@
+#include "core/app_state.h"
+#include "core/main_window.h"
+
+#include <QApplication>
+
+int main(int argc, char* argv[]) {
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Marlith"));
+    QApplication::setApplicationVersion(QStringLiteral(MARLITH_VERSION));
+
+    marlith::AppState state;
+    marlith::Form1 form1(state);
+    form1.Form_Load(QApplication::arguments().mid(1));
+    form1.show();
+    return app.exec();
+}

@@ -1,0 +1,41 @@
+// The state that the windows share: one instance, owned by main() (or by a
+// test), handed to each window when it is created.
+#pragma once
+
+#include "position/fen.h"
+#include "styles/style.h"
+
+#include <QString>
+#include <array>
+#include <cstdint>
+
+namespace marlith {
+
+struct AppState {
+    Style style;
+    Style savedStyle;
+    VetArray vet{};
+    QString programFolder; // ends in "/"; also the working directory
+    QString tempSeed;      // "F" and six digits: the start of all temporary names
+    QString imageFile = QStringLiteral("Marlith.bmp");
+    QString bookFile;
+    std::array<QString, 4> recentFile;
+    QString recentEngine;
+    QString pyDatDictionary;
+    QString fullDictionary;
+    int16_t prevInstanceFlag = 0;
+    int16_t keepForms = -1; // -1 while the main window lives, 0 once it closes
+    int16_t reversedBoard = 0;
+    int16_t clickedSquare = -1;
+    int16_t viewPiece = -1;
+    float pressX = -1.0f;
+    float pressY = -1.0f;
+    int16_t pressButton = 0;
+    int16_t pressShift = 0;
+    int32_t chosenColor = 0;
+    int16_t colorTarget = 0;
+
+    Board board() const { return Board{style.BorderHeight, style.BorderWidth}; }
+};
+
+} // namespace marlith

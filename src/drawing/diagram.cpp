@@ -1,0 +1,279 @@
+#include "drawing/diagram.h"
+
+#include "drawing/piece_sheet.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+#include <QPen>
+#include <cmath>
+#include <cstring>
+#include <optional>
+
+namespace marlith {
+
+namespace {
+
+// The old geometry is 16-bit: an overflow anywhere in a length fails the
+// statement that computes it, which then keeps its old value.
+bool In16(long long v) {
+    return v >= -32768 && v <= 32767;
+}
+
+std::optional<int> Sum16(std::initializer_list<long long> intermediates, long long result) {
+    for (const long long v : intermediates)
+        if (!In16(v)) return std::nullopt;
+    if (!In16(result)) return std::nullopt;
+    return static_cast<int>(result);
+}
+
+// 2 x base + (count - 1) x pitch + size + 60: the four pixels round the last square.
+std::optional<int> DerivedLength(int base, int count, int tab, int spacing, int size) {
+    const long long pitch = static_cast<long long>(tab) + spacing;
+    const long long twice = 2LL * base;
+    const long long steps = count - 1LL;
+    const long long span = steps * pitch;
+    return Sum16({pitch, twice, steps, span, twice + span, twice + span + size},
+                 twice + span + size + 60);
+}
+
+// Pictures are at most this many pixels a side: the 16-bit lengths stop at
+// 2184, and a 32-bit size from a style must not allocate without bound.
+constexpr int kMaxPicturePixels = 4096;
+
+int PicturePixels(int32_t twips) {
+    return std::clamp(TwipToPixInt(twips), 0, kMaxPicturePixels);
+}
+
+// Loads a picture and flattens it onto white, so that every sheet is plain
+// 32-bit pixels and a copy from it is a copy of bytes.
+std::optional<QImage> LoadPicture(const QString& path) {
+    QImage loaded;
+    if (path.isEmpty() || !loaded.load(path) || loaded.isNull()) return std::nullopt;
+    QImage flat(loaded.size(), QImage::Format_RGB32);
+    if (flat.isNull()) return std::nullopt;
+    flat.fill(Qt::white);
+    QPainter painter(&flat);
+    painter.drawImage(0, 0, loaded);
+    return flat;
+}
+
+} // namespace
+
+QString ProgramPath(const QString& programFolder, const QString& path) {
+    if (path.contains(QLatin1Char('/'))) return path;
+    return programFolder + path;
+}
+
+QRgb StyleColor(int32_t color) {
+    const auto bits = static_cast<uint32_t>(color);
+    return qRgb(bits & 0xFF, (bits >> 8) & 0xFF, (bits >> 16) & 0xFF);
+}
+
+int ScreenSquare(int index, int squares, int reversedBoard) {
+    if (reversedBoard == 0) return index;
+    // The turn is that of the board as it is now, even when the style has
+    // changed its size since Reverse was switched on.
+    return squares - 1 - index;
+}
+
+int PixToInd(double x, double y, const Style& style) {
+    const double hp = static_cast<double>(style.SqrHTab) + style.SqrHSpc;
+    const double vp = static_cast<double>(style.SqrVTab) + style.SqrVSpc;
+    if (hp <= 0 || vp <= 0) return -1;
+    const double c = std::floor((x - style.XBase + style.SqrHSpc / 2.0) / hp);
+    const double r = std::floor((y - style.YBase + style.SqrVSpc / 2.0) / vp);
+    if (c < 0 || r < 0 || c >= style.BorderWidth || r >= style.BorderHeight) return -1;
+    return static_cast<int>(r) * style.BorderWidth + static_cast<int>(c);
+}
+
+QSize MainWindowSize(const Style& style, bool bookPanelVisible) {
+    const long long height = static_cast<long long>(style.WndHeight) + 1350;
+    const long long width = static_cast<long long>(style.WndWidth) + 3300;
+    const long long h = bookPanelVisible && height < 5580 ? 5580 : height;
+    const long long w = width <= 6645 ? 6645 : width;
+    return QSize(static_cast<int>(std::min<long long>(w, INT32_MAX)),
+                 static_cast<int>(std::min<long long>(h, INT32_MAX)));
+}
+
+Diagram::Diagram() : pecas_(BuiltInSheet()), font_(QStringLiteral("MS Sans Serif")) {
+    font_.setPixelSize(11);
+    font_.setStyleStrategy(QFont::NoAntialias);
+}
+
+Diagram::Outcome Diagram::DrawBoard(Style& style, int reversedBoard, const QString& programFolder) {
+    Outcome outcome;
+    std::optional<QImage> border;
+    if (!style.BorderFile.isEmpty())
+        border = LoadPicture(ProgramPath(programFolder, style.BorderFile));
+    if (!style.PiecesFile.isEmpty()) {
+        if (auto sheet = LoadPicture(ProgramPath(programFolder, style.PiecesFile)))
+            pecas_ = std::move(*sheet);
+    }
+    if (style.SqrVTab == 0) style.SqrVTab = style.SqrHeight;
+    if (style.SqrHTab == 0) style.SqrHTab = style.SqrWidth;
+
+    outcome.squareBoard = style.BorderHeight == style.BorderWidth;
+    // Negative counts are no board either; they fall back like a too large one.
+    if (style.BorderHeight < 0 || style.BorderWidth < 0 ||
+        static_cast<int>(style.BorderHeight) * style.BorderWidth > 400) {
+        style.BorderHeight = 8;
+        style.BorderWidth = 8;
+    }
+    if (style.WndHeight == 0) {
+        if (auto h = DerivedLength(style.YBase, style.BorderHeight, style.SqrVTab, style.SqrVSpc,
+                                   style.SqrHeight))
+            style.WndHeight = *h;
+    }
+    if (style.WndWidth == 0) {
+        if (auto w = DerivedLength(style.XBase, style.BorderWidth, style.SqrHTab, style.SqrHSpc,
+                                   style.SqrWidth))
+            style.WndWidth = *w;
+    }
+
+    picMain_ =
+        QImage(PicturePixels(style.WndWidth), PicturePixels(style.WndHeight), QImage::Format_RGB32);
+    dirty_ = picMain_.rect();
+    if (picMain_.isNull()) return outcome;
+    picMain_.fill(StyleColor(style.BackColor));
+    if (border) {
+        QPainter painter(&picMain_);
+        painter.drawImage(0, 0, *border);
+    }
+    if (style.FrameWidth > 0) DrawFrame(style);
+    if (style.ShowGrid == 1) DrawCoordinates(style, reversedBoard);
+    return outcome;
+}
+
+void Diagram::DrawFrame(const Style& style) {
+    QPainter painter(&picMain_);
+    QPen pen(QColor(StyleColor(style.FrameColor)));
+    pen.setWidth(style.FrameWidth);
+    pen.setCapStyle(Qt::FlatCap);
+    painter.setPen(pen);
+    const int h = style.FrameWidth * kTwipsPerPixel / 2;
+    const double width = style.WndWidth;
+    const double height = style.WndHeight;
+    auto line = [&](double x1, double y1, double x2, double y2) {
+        painter.drawLine(TwipToPixInt(x1), TwipToPixInt(y1), TwipToPixInt(x2), TwipToPixInt(y2));
+    };
+    // Along the edges of the picture; the far lines keep 66 twips clear.
+    line(h, 0, h, height);
+    line(0, h, width, h);
+    line(width - h - 66, height, width - h - 66, 0);
+    line(width, height - h - 66, 0, height - h - 66);
+}
+
+void Diagram::DrawCoordinates(const Style& style, int reversedBoard) {
+    int ha = 0;
+    if (style.FontPos.contains(QLatin1String("CENTER"))) ha = 1;
+    if (style.FontPos.contains(QLatin1String("RIGHT"))) ha = 2;
+    int va = 0;
+    if (style.FontPos.contains(QLatin1String("MIDDLE"))) va = 1;
+    if (style.FontPos.contains(QLatin1String("DOWN"))) va = 2;
+    const int letterOffset = style.FontStyle.contains(QLatin1String("CAPS")) ? 32 : 0;
+    font_.setBold(style.FontStyle.contains(QLatin1String("BOLD")));
+    font_.setItalic(style.FontStyle.contains(QLatin1String("ITALIC")));
+    font_.setUnderline(style.FontStyle.contains(QLatin1String("UNDERLINE")));
+    font_.setStrikeOut(style.FontStyle.contains(QLatin1String("STRIKEOUT")));
+    if (style.FontSize > 0) // points on a 96 dots-per-inch screen
+        font_.setPixelSize(
+            std::max(1, static_cast<int>(std::lround(style.FontSize * 96.0 / 72.0))));
+    if (!style.FontName.isEmpty()) font_.setFamily(style.FontName);
+
+    QPainter painter(&picMain_);
+    painter.setFont(font_);
+    painter.setPen(QColor(StyleColor(style.FontColor)));
+    const QFontMetrics metrics(font_);
+    const double textHeight = static_cast<double>(metrics.height()) * kTwipsPerPixel;
+    const double hp = static_cast<double>(style.SqrHTab) + style.SqrHSpc;
+    const double vp = static_cast<double>(style.SqrVTab) + style.SqrVSpc;
+    const int rows = style.BorderHeight;
+    const int columns = style.BorderWidth;
+    const int flip = reversedBoard != 0 ? rows - 1 : 0;
+    const int flipc = reversedBoard != 0 ? columns - 1 : 0;
+    auto print = [&](double x, double y, const QString& text) {
+        painter.drawText(TwipToPixInt(x), TwipToPixInt(y) + metrics.ascent(), text);
+    };
+
+    for (int i = 0; i < rows; ++i) {
+        const QString text = QString::number(rows - i);
+        const int j = std::abs(i - flip);
+        double y = j * vp + style.YBase;
+        if (va == 1)
+            y += (style.SqrVTab - textHeight) / 2;
+        else if (va == 2)
+            y = (j + 1) * vp + style.YBase - textHeight - style.SqrVSpc;
+        print(style.FontXBase, y, text);
+    }
+    for (int i = 0; i < columns; ++i) {
+        const QString text(QChar(static_cast<char16_t>(97 + i - letterOffset)));
+        const double textWidth =
+            static_cast<double>(metrics.horizontalAdvance(text)) * kTwipsPerPixel;
+        const int j = std::abs(i - flipc);
+        double x = j * hp + style.XBase;
+        if (ha == 1)
+            x += (style.SqrHTab - textWidth) / 2;
+        else if (ha == 2)
+            x = (j + 1) * hp + style.XBase - textWidth - style.SqrHSpc;
+        print(x, style.FontYBase, text);
+    }
+}
+
+void Diagram::PutPeca(int iPeca, int casa, const Style& style, int reversedBoard) {
+    const int columns = style.BorderWidth;
+    const int squares = BoardSquares(style.BorderHeight, columns);
+    const int cellsPerRow = static_cast<int>(style.PiecesList.size()) + 1;
+    if (columns <= 0 || iPeca < 0 || casa < 1 || casa > squares) return;
+    const int s = ScreenSquare(casa - 1, squares, reversedBoard);
+    const auto y = Sum16({static_cast<long long>(style.SqrVTab) + style.SqrVSpc,
+                          (s / columns) * (static_cast<long long>(style.SqrVTab) + style.SqrVSpc)},
+                         (s / columns) * (static_cast<long long>(style.SqrVTab) + style.SqrVSpc) +
+                             style.YBase);
+    const auto x = Sum16({static_cast<long long>(style.SqrHTab) + style.SqrHSpc,
+                          (s % columns) * (static_cast<long long>(style.SqrHTab) + style.SqrHSpc)},
+                         (s % columns) * (static_cast<long long>(style.SqrHTab) + style.SqrHSpc) +
+                             style.XBase);
+    const auto x2 = Sum16({}, static_cast<long long>(iPeca % cellsPerRow) * style.SqrHTab);
+    const auto y2 = Sum16({}, static_cast<long long>(iPeca / cellsPerRow) * style.SqrVTab);
+    if (!x || !y || !x2 || !y2) return;
+
+    // A plain copy of the cell, background and all. What lies beyond the
+    // sheet is black; nothing is read outside either picture.
+    const int tx = TwipToPixInt(*x);
+    const int ty = TwipToPixInt(*y);
+    const int sx = TwipToPixInt(*x2);
+    const int sy = TwipToPixInt(*y2);
+    const int w = TwipToPixInt(style.SqrWidth);
+    const int h = TwipToPixInt(style.SqrHeight);
+    const QRect target = QRect(tx, ty, w, h).intersected(picMain_.rect());
+    if (target.isEmpty()) return;
+    ++copies_;
+    const QRgb black = qRgb(0, 0, 0);
+    for (int py = target.top(); py <= target.bottom(); ++py) {
+        auto* dst = reinterpret_cast<QRgb*>(picMain_.scanLine(py));
+        const int srcY = sy + (py - ty);
+        const bool rowInSheet = srcY >= 0 && srcY < pecas_.height();
+        const QRgb* src =
+            rowInSheet ? reinterpret_cast<const QRgb*>(pecas_.constScanLine(srcY)) : nullptr;
+        int px = target.left();
+        for (; px <= target.right(); ++px) {
+            const int srcX = sx + (px - tx);
+            if (src && srcX >= 0 && srcX < pecas_.width()) {
+                const int span = std::min(target.right() - px + 1, pecas_.width() - srcX);
+                std::memcpy(dst + px, src + srcX, static_cast<size_t>(span) * sizeof(QRgb));
+                px += span - 1;
+            } else {
+                dst[px] = black;
+            }
+        }
+    }
+    dirty_ |= target;
+}
+
+QRect Diagram::takeDirty() {
+    const QRect dirty = dirty_;
+    dirty_ = QRect();
+    return dirty;
+}
+
+} // namespace marlith

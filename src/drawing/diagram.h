@@ -1,0 +1,69 @@
+// The picture of the diagram: the persistent image that PicMain shows, the
+// piece sheet it is painted from, and the geometry between them.
+#pragma once
+
+#include "position/fen.h"
+#include "styles/style.h"
+
+#include <QFont>
+#include <QImage>
+#include <QRect>
+#include <QSize>
+
+namespace marlith {
+
+// A path from a style: one without "/" lies in the program folder.
+QString ProgramPath(const QString& programFolder, const QString& path);
+
+// Colour of the style files (red in the low byte) as a pixel value.
+QRgb StyleColor(int32_t color);
+
+// Square on the screen for board square number `index` (from 0). A turned
+// board shows square i at squares - 1 - i; the mapping is its own inverse.
+int ScreenSquare(int index, int squares, int reversedBoard);
+
+// Square of the screen under a point in twips, or -1. Each gap between two
+// squares belongs half to each neighbour.
+int PixToInd(double x, double y, const Style& style);
+
+// Size in twips of the main window that holds a diagram of the style.
+QSize MainWindowSize(const Style& style, bool bookPanelVisible);
+
+class Diagram {
+  public:
+    Diagram();
+
+    struct Outcome {
+        bool squareBoard = true; // rotation and diagonal mirror are offered
+    };
+
+    // Clears the image and draws the empty diagram of the style: border
+    // picture, frame and coordinates; loads the style's sheet. Fills in the
+    // derived sizes of the style and falls back to 8 by 8 beyond 400 squares.
+    Outcome DrawBoard(Style& style, int reversedBoard, const QString& programFolder);
+
+    // Copies sheet cell iPeca onto square casa (counted from 1).
+    void PutPeca(int iPeca, int casa, const Style& style, int reversedBoard);
+
+    const QImage& image() const { return picMain_; }
+    QImage& image() { return picMain_; }
+    const QImage& sheet() const { return pecas_; }
+    const QFont& font() const { return font_; }
+
+    // Area changed since the last call, in pixels.
+    QRect takeDirty();
+    // Number of square copies so far; tells how much a Build repainted.
+    long long copies() const { return copies_; }
+
+  private:
+    void DrawFrame(const Style& style);
+    void DrawCoordinates(const Style& style, int reversedBoard);
+
+    QImage picMain_;
+    QImage pecas_;
+    QFont font_;
+    QRect dirty_;
+    long long copies_ = 0;
+};
+
+} // namespace marlith

@@ -1,0 +1,168 @@
+#include "position/fen.h"
+
+#include "styles/style.h"
+
+#include <algorithm>
+
+namespace marlith {
+
+int Board::squares() const {
+    return BoardSquares(rows, columns);
+}
+
+int16_t SqrColor(int square, int columns) {
+    if (columns <= 0 || square < 0) return 0;
+    return static_cast<int16_t>(((square % columns) + ((square / columns) % 2)) % 2);
+}
+
+int FoldedContent(int value, int piecesCount) {
+    if (value > piecesCount) value -= piecesCount + 1;
+    return value < 0 ? 0 : value;
+}
+
+QString VetToFEN(const VetArray& vet, const Board& board, const QString& piecesList) {
+    const int pieces = static_cast<int>(piecesList.size());
+    const int squares = board.squares();
+    QString w;
+    int col = 0;
+    int run = 0;
+    for (int i = 0; i < squares; ++i) {
+        const int k = FoldedContent(vet[i][1], pieces);
+        if (k < 1 || k > pieces) {
+            ++col;
+            ++run;
+            if (col == board.columns) {
+                w += QString::number(run) + QLatin1Char('/');
+                run = 0;
+                col = 0;
+            }
+            if (run > 8) {
+                w += QLatin1Char('8');
+                run = 1;
+            }
+        } else {
+            if (run > 0) {
+                w += QString::number(run);
+                run = 0;
+            }
+            w += piecesList.at(k - 1);
+            ++col;
+            if (col == board.columns) {
+                w += QLatin1Char('/');
+                col = 0;
+            }
+        }
+    }
+    if (w.endsWith(QLatin1Char('/'))) w.chop(1);
+    return w;
+}
+
+void ResetVet(VetArray& vet, const Board& board) {
+    const int last = std::min(board.squares(), kVetSquares - 1);
+    for (int i = 0; i <= last; ++i)
+        vet[i][0] = -1;
+}
+
+QString DropCounterPrefix(const QString& text) {
+    const qsizetype close = text.indexOf(QLatin1Char(')'));
+    return close < 0 ? text : text.mid(close + 1);
+}
+
+QString CounterText(const PieceCount& count) {
+    return QStringLiteral("(%1x%2)").arg(count.whites).arg(count.blacks);
+}
+
+namespace {
+
+// Position of ch in "123456789" followed by the pieces list, 1-based; 0 if absent.
+int LookUp(QChar ch, const QString& piecesList) {
+    if (ch >= QLatin1Char('1') && ch <= QLatin1Char('9')) return ch.unicode() - '0';
+    const qsizetype at = piecesList.indexOf(ch);
+    return at < 0 ? 0 : static_cast<int>(at) + 10;
+}
+
+} // namespace
+
+bool Build(const QString& text, VetArray& vet, const Board& board, const QString& piecesList,
+           const PaintSquare& paint, PieceCount* count) {
+    const int squares = board.squares();
+    const int pieces = static_cast<int>(piecesList.size());
+    auto setAndPaint = [&](int i, int value) {
+        vet[i][1] = static_cast<int16_t>(value);
+        if (vet[i][1] == vet[i][0] || i >= squares) return;
+        vet[i][0] = vet[i][1];
+        if (paint) paint(vet[i][1] + (pieces + 1) * SqrColor(i, board.columns), i + 1);
+    };
+
+    PieceCount counted;
+    int i = 0;
+    for (const QChar ch : DropCounterPrefix(text)) {
+        const int k = LookUp(ch, piecesList);
+        if (k >= 1 && k <= 9) {
+            for (int n = 0; n < k; ++n) {
+                if (i >= kVetSquares) return false;
+                setAndPaint(i++, 0);
+            }
+        } else if (k > 9) {
+            if (i >= kVetSquares) return false;
+            setAndPaint(i++, k - 9);
+            if (ch == ch.toUpper())
+                ++counted.whites;
+            else
+                ++counted.blacks;
+        }
+    }
+    for (; i < squares; ++i)
+        setAndPaint(i, 0);
+    if (count) *count = counted;
+    return true;
+}
+
+QString FillRows(const QString& text, int columns, const QString& piecesList) {
+    QString out;
+    int count = 0;
+    for (const QChar ch : DropCounterPrefix(text)) {
+        if (ch >= QLatin1Char('1') && ch <= QLatin1Char('9')) {
+            count += ch.unicode() - '0';
+        } else if (ch == QLatin1Char('/')) {
+            if (count == 0) {
+                count = columns;
+            } else if (count >= columns) {
+                if (columns <= 0) return out; // no row length: the pass ends here
+                count %= columns;
+            }
+            if (count > 0) {
+                int need = columns - (count % columns);
+                while (need > 9) {
+                    out += QLatin1Char('9');
+                    need -= 9;
+                }
+                out += QString::number(need);
+                count = 0;
+            }
+        } else if (piecesList.contains(ch)) {
+            ++count;
+        }
+        out += ch;
+    }
+    return out;
+}
+
+QString CutAfterLastPiece(const QString& text, const QString& piecesList) {
+    for (qsizetype at = text.size() - 1; at >= 0; --at) {
+        if (piecesList.contains(text.at(at))) return text.left(at + 1);
+    }
+    return QString();
+}
+
+RowCompletion CompleteRow(const QString& text, int caret, int columns, const QString& piecesList) {
+    const int s = std::clamp(caret, 0, static_cast<int>(text.size()));
+    QString typed = text;
+    typed.insert(s, QLatin1Char('/'));
+    RowCompletion result;
+    result.text = FillRows(typed, columns, piecesList);
+    result.caret = std::min(s + 2, static_cast<int>(result.text.size()));
+    return result;
+}
+
+} // namespace marlith

@@ -1,0 +1,64 @@
+// The square vector and the program's FEN dialect, in both directions.
+#pragma once
+
+#include <QString>
+#include <array>
+#include <cstdint>
+#include <functional>
+
+namespace marlith {
+
+inline constexpr int kVetSquares = 401;
+
+// Square i holds two slots: [1] the wanted content, [0] what is painted
+// (-1: nothing valid, so the next Build paints it whatever it holds).
+using VetSquare = std::array<int16_t, 2>;
+using VetArray = std::array<VetSquare, kVetSquares>;
+
+struct Board {
+    int rows = 8;
+    int columns = 8;
+    int squares() const;
+};
+
+// 0 or 1; the top left square has colour 0 and every row starts anew.
+int16_t SqrColor(int square, int columns);
+
+// Wanted content folded back from a sheet cell to 0..L; negatives are empty.
+int FoldedContent(int value, int piecesCount);
+
+QString VetToFEN(const VetArray& vet, const Board& board, const QString& piecesList);
+
+void ResetVet(VetArray& vet, const Board& board);
+
+// Text of the board field with the counter prefix "(...)" dropped.
+QString DropCounterPrefix(const QString& text);
+
+struct PieceCount {
+    int whites = 0;
+    int blacks = 0;
+};
+QString CounterText(const PieceCount& count);
+
+// Reads the text into the wanted slots and calls paint(cell, casa) for every
+// square of the board whose wanted content differs from what is painted.
+// Returns false when the text runs past the end of the vector: the rest is
+// ignored and the counter is not to be shown.
+using PaintSquare = std::function<void(int cell, int casa)>;
+bool Build(const QString& text, VetArray& vet, const Board& board, const QString& piecesList,
+           const PaintSquare& paint, PieceCount* count);
+
+// Completes each row typed before a "/" with the digits that fill it.
+QString FillRows(const QString& text, int columns, const QString& piecesList);
+
+// The End key: the text up to and including its last piece, or "".
+QString CutAfterLastPiece(const QString& text, const QString& piecesList);
+
+// The "/" key at caret s: the new text and the new caret.
+struct RowCompletion {
+    QString text;
+    int caret = 0;
+};
+RowCompletion CompleteRow(const QString& text, int caret, int columns, const QString& piecesList);
+
+} // namespace marlith

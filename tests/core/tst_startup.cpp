@@ -1,0 +1,68 @@
+#include "core/startup.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace marlith;
+
+class TstStartup : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void tempSeed() {
+        QCOMPARE(MakeTempSeed(0), QStringLiteral("F000000"));
+        QCOMPARE(MakeTempSeed(59), QStringLiteral("F000005"));
+        QCOMPARE(MakeTempSeed(12345670), QStringLiteral("F234567"));
+        QCOMPARE(MakeTempSeed(86399999), QStringLiteral("F639999"));
+    }
+
+    void programFolder() {
+        QCOMPARE(ProgramFolderFrom(QStringLiteral("/opt/m"), QStringLiteral("/usr/bin")),
+                 QStringLiteral("/opt/m/"));
+        QCOMPARE(ProgramFolderFrom(QStringLiteral("/opt/m/"), QStringLiteral("/usr/bin")),
+                 QStringLiteral("/opt/m/"));
+        QCOMPARE(ProgramFolderFrom(QString(), QStringLiteral("/usr/bin")),
+                 QStringLiteral("/usr/bin/"));
+        QCOMPARE(ProgramFolderFrom(QStringLiteral("/"), QString()), QStringLiteral("/"));
+    }
+
+    void commandLine() {
+        CommandLine none = SplitCommandLine({});
+        QVERIFY(none.bookFile.isEmpty());
+        QVERIFY(none.rest.isEmpty());
+
+        // A bare name is taken whole, blanks and quotes inside included.
+        CommandLine one = SplitCommandLine({QStringLiteral("  my \"best\" book.pgn ")});
+        QCOMPARE(one.bookFile, QStringLiteral("my \"best\" book.pgn"));
+        QVERIFY(one.rest.isEmpty());
+
+        // n files give n instances: the first here, the rest passed on whole.
+        CommandLine three = SplitCommandLine(
+            {QStringLiteral("/b/a.pgn"), QStringLiteral("/b/c d.fen"), QStringLiteral("e.pbm")});
+        QCOMPARE(three.bookFile, QStringLiteral("/b/a.pgn"));
+        QCOMPARE(three.rest, QStringList({QStringLiteral("/b/c d.fen"), QStringLiteral("e.pbm")}));
+        CommandLine next = SplitCommandLine(three.rest);
+        QCOMPARE(next.bookFile, QStringLiteral("/b/c d.fen"));
+        QCOMPARE(next.rest, QStringList({QStringLiteral("e.pbm")}));
+    }
+
+    void temporaryFilesInEitherCase() {
+        QTemporaryDir dir;
+        const QStringList doomed{"F123456.tmp", "f1.tmp", "FOO.TMP", "F0000000.tmp", "F.tmp"};
+        const QStringList kept{"keep.tmp", "F1.txt", "Marlith.lock", "xf1.tmp", "F1.tmpx"};
+        for (const QString& name : doomed + kept) {
+            QFile file(QDir(dir.path()).filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+        }
+        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("f9.tmp"))); // a folder is no file
+        QCOMPARE(DeleteTempFiles(dir.path() + QLatin1Char('/')), int(doomed.size()));
+        for (const QString& name : kept)
+            QVERIFY2(QFile::exists(QDir(dir.path()).filePath(name)), qPrintable(name));
+        QCOMPARE(DeleteTempFiles(dir.path() + QLatin1Char('/')), 0);
+        QCOMPARE(DeleteTempFiles(QStringLiteral("/no/such/folder/")), 0);
+    }
+};
+
+QTEST_GUILESS_MAIN(TstStartup)
+#include "tst_startup.moc"
