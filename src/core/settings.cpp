@@ -1,0 +1,188 @@
+#include "core/settings.h"
+
+#include "styles/style_block.h"
+
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cstdio>
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace marlith {
+
+namespace {
+
+QString InFolder(const QString& folder, const char* name) {
+    if (folder.isEmpty() || folder.endsWith(u'/')) return folder + QLatin1String(name);
+    return folder + u'/' + QLatin1String(name);
+}
+
+// The rename is on disk only once the folder entry is.
+void SyncFolder(const QString& folder) {
+    const QByteArray path = QFile::encodeName(folder.isEmpty() ? QStringLiteral(".") : folder);
+    const int fd = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return;
+    ::fsync(fd);
+    ::close(fd);
+}
+
+bool RenameOver(const QString& from, const QString& to) {
+    return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+} // namespace
+
+SettingsRead ReadSettings(const QString& settingsPath, const QString& programFolder, Style& style,
+                          RecentList& recentFile, QString& recentEngine) {
+    SettingsRead result;
+    ResetStyle(style);
+    recentEngine.clear();
+    const bool reReading = !style.StyleName.isEmpty();
+
+    QFile file(settingsPath);
+    if (!file.open(QIODevice::ReadOnly)) return result;
+    const QString text = QString::fromUtf8(file.readAll());
+    file.close();
+    result.opened = true;
+
+    ItemSplitter items(text);
+    QString raw;
+    bool inBlock = false;
+    while (items.next(raw)) {
+        const std::optional<StyleItem> item = ParseItem(raw, KeylessItems::Skip);
+        if (!item) continue;
+        const QString& key = item->key;
+        if (key == u"RECENTFILE") {
+            AddRecent(recentFile, item->value);
+        } else if (key == u"RECENTENGINE") {
+            recentEngine = item->value;
+        } else if (key == u"STYLE" || key == u"RECENTSTYLE") {
+            if (!reReading) style.StyleName = item->value;
+        } else if (key == u"BEGINSTYLE") {
+            if (!reReading) result.styleNames.append(item->value);
+            // With no RecentStyle line, the first block of the file is the style.
+            if (style.StyleName.isEmpty()) style.StyleName = item->value;
+            inBlock = style.StyleName.toUpper() == item->value.toUpper();
+        } else if (inBlock && StoreStyleKey(style, *item, programFolder) == StoreResult::Fault) {
+            result.stoppedAtFault = true;
+            break;
+        }
+    }
+    return result;
+}
+
+void AddRecent(RecentList& recentFile, const QString& path) {
+    const auto found = std::find(recentFile.begin(), recentFile.end(), path);
+    const auto k = found == recentFile.end() ? recentFile.size() - 1
+                                             : static_cast<size_t>(found - recentFile.begin());
+    for (size_t j = k; j >= 1; --j)
+        recentFile[j] = recentFile[j - 1];
+    recentFile[0] = path;
+}
+
+std::array<RecentMenuItem, 4> RecentMenuItems(const RecentList& recentFile) {
+    std::array<RecentMenuItem, 4> items;
+    for (size_t j = 0; j < items.size(); ++j) {
+        items[j].caption = QLatin1Char('&') + QString::number(j + 1) + QLatin1Char(' ') +
+                           CutName(recentFile[j], 30);
+        items[j].visible = !recentFile[j].isEmpty();
+    }
+    return items;
+}
+
+// The root kept in front of a shortened path: "/" for an absolute path, else
+// the first three characters, as the drive of the old platform was
+// ("ABCDEFGHIJ" to 5 gives "ABC.../FGHIJ").
+QString CutName(const QString& w, int n) {
+    const qsizetype wanted = std::max(n, 0);
+    QString cut = w;
+    while (cut.size() > wanted) {
+        const qsizetype slash = cut.indexOf(u'/');
+        if (slash < 0) break;
+        cut = cut.mid(slash + 1);
+    }
+    if (cut.size() > wanted) cut = cut.right(wanted);
+    if (cut == w) return w;
+    const QString root = w.startsWith(u'/') ? QStringLiteral("/") : w.left(3);
+    return root + QStringLiteral(".../") + cut;
+}
+
+QList<QByteArray> SplitLines(const QByteArray& bytes) {
+    QList<QByteArray> lines;
+    qsizetype start = 0;
+    const qsizetype n = bytes.size();
+    for (qsizetype i = 0; i < n; ++i) {
+        if (bytes[i] != '\r' && bytes[i] != '\n') continue;
+        lines.append(bytes.mid(start, i - start));
+        if (bytes[i] == '\r' && i + 1 < n && bytes[i + 1] == '\n') ++i;
+        start = i + 1;
+    }
+    if (start < n) lines.append(bytes.mid(start));
+    return lines;
+}
+
+bool ReplaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
+                         const SettingsWriteSeams& seams) {
+    const QString tempPath = InFolder(programFolder, kSettingsTempName);
+    const QString settingsPath = InFolder(programFolder, kSettingsFileName);
+
+    // A left-over temporary file goes first, so that nothing is written
+    // through a link that happens to stand under that name.
+    QFile::remove(tempPath);
+    QFile temp(tempPath);
+    if (!temp.open(QIODevice::WriteOnly | QIODevice::NewOnly)) return false;
+    bool ok = true;
+    for (qsizetype i = 0; ok && i < lines.size(); ++i) {
+        if (seams.beforeLine && !seams.beforeLine(static_cast<int>(i))) {
+            ok = false;
+            break;
+        }
+        ok = temp.write(lines[i]) == lines[i].size() && temp.write("\r\n", 2) == 2;
+    }
+    ok = ok && temp.flush() && ::fsync(temp.handle()) == 0;
+    temp.close();
+    ok = ok && temp.error() == QFileDevice::NoError;
+    if (ok)
+        ok = seams.rename ? seams.rename(tempPath, settingsPath)
+                          : RenameOver(tempPath, settingsPath);
+    if (!ok) {
+        // A half-written file is of no use to anyone: the settings file stands.
+        QFile::remove(tempPath);
+        return false;
+    }
+    SyncFolder(programFolder);
+    return true;
+}
+
+bool WriteSettings(const QString& programFolder, const RecentList& recentFile,
+                   const QString& recentEngine, const QString& styleName,
+                   const SettingsWriteSeams& seams) {
+    QList<QByteArray> lines;
+    for (size_t i = recentFile.size(); i-- > 0;)
+        if (!recentFile[i].isEmpty()) lines.append(("RecentFile = " + recentFile[i]).toUtf8());
+    if (!recentEngine.isEmpty()) lines.append(("RecentEngine = " + recentEngine).toUtf8());
+
+    // Only a missing file is a first run; one that is there but can't be read
+    // would otherwise be replaced by the recent lines alone.
+    const QString settingsPath = InFolder(programFolder, kSettingsFileName);
+    const QFileInfo info(settingsPath);
+    if (info.exists() || info.isSymLink()) {
+        QFile old(settingsPath);
+        if (!old.open(QIODevice::ReadOnly)) return false;
+        const QByteArray bytes = old.readAll();
+        if (old.error() != QFileDevice::NoError) return false;
+        const QByteArray styleLine = ("RecentStyle = " + styleName).toUtf8();
+        for (const QByteArray& line : SplitLines(bytes)) {
+            const QString t = TrimBlanks(QString::fromUtf8(line)).toUpper();
+            if (t.startsWith(u"RECENTSTYLE") || t.startsWith(u"STYLE"))
+                lines.append(styleLine);
+            else if (!t.startsWith(u"RECENTENGINE") && !t.startsWith(u"RECENTFILE"))
+                lines.append(line);
+        }
+    }
+    return ReplaceSettingsFile(programFolder, lines, seams);
+}
+
+} // namespace marlith

@@ -1,0 +1,83 @@
+// The settings file "Marlith.ini" in the program folder: reading it at start
+// and at each change of style, rewriting it at the end, and the list of
+// recent books with its menu captions.
+#pragma once
+
+#include "styles/style.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <array>
+#include <functional>
+
+namespace marlith {
+
+inline constexpr const char* kSettingsFileName = "Marlith.ini";
+inline constexpr const char* kSettingsTempName = "F0000000.tmp";
+
+using RecentList = std::array<QString, 4>; // most recent first; unused entries empty
+
+struct SettingsRead {
+    bool opened = false;         // the file was there and could be read
+    bool stoppedAtFault = false; // a value that didn't fit its field ended the reading
+    QStringList styleNames;      // the names of the blocks, in file order; first reading only
+};
+
+// Resets the style and RecentEngine, then takes the file item by item:
+// RecentFile, RecentEngine, RecentStyle/Style and BeginStyle wherever they
+// stand, every other key only inside the block of the wanted style. When
+// StyleName holds a name on entry (a style was picked), that block is read and
+// the name and the style list are left alone; when it is empty (start), the
+// RecentStyle line or else the first block decides. Whatever happens, the
+// record holds what was read before the end or the fault. The caller empties
+// FullDictionary and draws.
+SettingsRead ReadSettings(const QString& settingsPath, const QString& programFolder, Style& style,
+                          RecentList& recentFile, QString& recentEngine);
+
+// Puts path at the head of the list: an entry equal to it (compared exactly)
+// moves up, else the oldest falls out.
+void AddRecent(RecentList& recentFile, const QString& path);
+
+struct RecentMenuItem {
+    QString caption;
+    bool visible = false;
+};
+
+// "&1 " and the shortened path, and so on; an empty entry is hidden.
+std::array<RecentMenuItem, 4> RecentMenuItems(const RecentList& recentFile);
+
+// A path shortened for display to about n characters, cut at folder
+// boundaries from the left, with its root kept in front: "/.../C/D.FEN".
+QString CutName(const QString& w, int n);
+
+// Test seams for the replacement of the settings file; empty members take
+// the real behaviour.
+struct SettingsWriteSeams {
+    // Runs before line number `line` (from 0) goes to the temporary file;
+    // false makes the writing fail there.
+    std::function<bool(int line)> beforeLine;
+    // Stands in for the rename of the temporary file over the settings file.
+    std::function<bool(const QString& from, const QString& to)> rename;
+};
+
+// The lines of a text file, split at CR LF, LF or CR, without the line ends.
+QList<QByteArray> SplitLines(const QByteArray& bytes);
+
+// Writes the lines, each ended by CR LF, into "F0000000.tmp" in the program
+// folder, puts it on disk and renames it over "Marlith.ini". On any failure
+// the temporary file is removed, the settings file stays as it was, and the
+// result is false.
+bool ReplaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
+                         const SettingsWriteSeams& seams = {});
+
+// The recent books (oldest first) and the engine, then every line of the old
+// file as it stands, except that a style line carries the current name and
+// the old recent lines go. Without an old file the new one holds the recent
+// lines alone. A settings file that is there but can't be read is left alone.
+bool WriteSettings(const QString& programFolder, const RecentList& recentFile,
+                   const QString& recentEngine, const QString& styleName,
+                   const SettingsWriteSeams& seams = {});
+
+} // namespace marlith

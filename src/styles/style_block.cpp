@@ -1,0 +1,421 @@
+#include "styles/style_block.h"
+
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string>
+
+namespace marlith {
+
+namespace {
+
+bool IsBlank(QChar c) {
+    return c == u' ' || c == u'\t';
+}
+
+bool IsLineEnd(QChar c) {
+    return c == u'\r' || c == u'\n';
+}
+
+bool EndsItem(QChar c) {
+    return c == u',' || IsLineEnd(c);
+}
+
+// Reads a value character by character, passing over blanks, tabs and line
+// ends wherever they stand, as the old number reader did ("1 5" is 15).
+class NumberCursor {
+  public:
+    explicit NumberCursor(QStringView text) : text_(text) {}
+    QChar peek() {
+        while (pos_ < text_.size() && (IsBlank(text_[pos_]) || IsLineEnd(text_[pos_])))
+            ++pos_;
+        return pos_ < text_.size() ? text_[pos_] : QChar();
+    }
+    void take() { ++pos_; }
+    qsizetype mark() const { return pos_; }
+    void back(qsizetype mark) { pos_ = mark; }
+
+  private:
+    QStringView text_;
+    qsizetype pos_ = 0;
+};
+
+int HexDigit(QChar c) {
+    const char16_t u = c.unicode();
+    if (u >= u'0' && u <= u'9') return u - u'0';
+    if (u >= u'a' && u <= u'f') return u - u'a' + 10;
+    if (u >= u'A' && u <= u'F') return u - u'A' + 10;
+    return -1;
+}
+
+bool IsDigit(QChar c) {
+    return c.unicode() >= u'0' && c.unicode() <= u'9';
+}
+
+// Leading zeros don't count: "&H00FFFF" is the 16-bit -1 like "&HFFFF".
+std::optional<double> ReadHex(NumberCursor& cursor) {
+    uint64_t value = 0;
+    int significant = 0;
+    for (int digit = HexDigit(cursor.peek()); digit >= 0; digit = HexDigit(cursor.peek())) {
+        cursor.take();
+        if (significant == 0 && digit == 0) continue;
+        if (++significant > 8) return std::nullopt;
+        value = value * 16 + static_cast<uint64_t>(digit);
+    }
+    if (significant <= 4) {
+        const long long v = static_cast<long long>(value);
+        return static_cast<double>(v >= 0x8000 ? v - 0x10000 : v);
+    }
+    const long long v = static_cast<long long>(value);
+    return static_cast<double>(v >= 0x80000000LL ? v - 0x100000000LL : v);
+}
+
+std::optional<double> ReadDecimal(NumberCursor& cursor) {
+    bool negative = false;
+    if (cursor.peek() == u'+' || cursor.peek() == u'-') {
+        negative = cursor.peek() == u'-';
+        cursor.take();
+    }
+    std::string whole;
+    std::string fraction;
+    while (IsDigit(cursor.peek())) {
+        whole += static_cast<char>(cursor.peek().unicode());
+        cursor.take();
+    }
+    if (cursor.peek() == u'.') {
+        cursor.take();
+        while (IsDigit(cursor.peek())) {
+            fraction += static_cast<char>(cursor.peek().unicode());
+            cursor.take();
+        }
+    }
+    if (whole.empty() && fraction.empty()) return 0.0;
+
+    // An exponent letter counts only with a digit behind it: "1e" is 1.
+    long long exponent = 0;
+    const qsizetype beforeExponent = cursor.mark();
+    const QChar letter = cursor.peek().toUpper();
+    if (letter == u'E' || letter == u'D') {
+        cursor.take();
+        bool negativeExponent = false;
+        if (cursor.peek() == u'+' || cursor.peek() == u'-') {
+            negativeExponent = cursor.peek() == u'-';
+            cursor.take();
+        }
+        if (!IsDigit(cursor.peek())) {
+            cursor.back(beforeExponent);
+        } else {
+            // Far beyond any double: saturating keeps the arithmetic defined.
+            constexpr long long kExponentCap = 1000000;
+            while (IsDigit(cursor.peek())) {
+                exponent = std::min(kExponentCap, exponent * 10 + (cursor.peek().unicode() - u'0'));
+                cursor.take();
+            }
+            if (negativeExponent) exponent = -exponent;
+        }
+    }
+
+    const std::string text = (whole.empty() ? std::string("0") : whole) + "." + fraction + "e" +
+                             std::to_string(exponent);
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    (void)end;
+    if (error == std::errc::result_out_of_range) {
+        // Out of range either way: too small is 0, too large is no number.
+        const std::string digits = whole + fraction;
+        const auto first = digits.find_first_not_of('0');
+        if (first == std::string::npos) return 0.0;
+        const long long order =
+            static_cast<long long>(whole.size()) - static_cast<long long>(first) - 1 + exponent;
+        if (order < 0) return 0.0;
+        return std::nullopt;
+    }
+    if (error != std::errc()) return 0.0;
+    return (negative ? -value : value) + 0.0; // + 0.0: no negative zero
+}
+
+bool Fits(double value, double low, double high) {
+    return value >= low && value <= high;
+}
+
+constexpr double kMin16 = std::numeric_limits<int16_t>::min();
+constexpr double kMax16 = std::numeric_limits<int16_t>::max();
+constexpr double kMin32 = std::numeric_limits<int32_t>::min();
+constexpr double kMax32 = std::numeric_limits<int32_t>::max();
+
+// The old readers took a value as a path of the program folder when it named
+// no folder; "/" is the only separator here. An empty value stays empty, so a
+// style without a sheet doesn't name the folder itself as one.
+QString CompletePath(const QString& value, const QString& folder) {
+    if (folder.isEmpty() || value.isEmpty() || value.contains(u'/')) return value;
+    return folder + value;
+}
+
+// " 15 " or "-5 ": the sign's place, the digits, one blank behind.
+QString FreeNumber(long long n) {
+    return (n < 0 ? QString() : QStringLiteral(" ")) + QString::number(n) + QLatin1Char(' ');
+}
+
+QString PixelsOf(long long twips) {
+    return FreeNumber(static_cast<long long>(TwipToPix(static_cast<double>(twips))));
+}
+
+QString Hex(int32_t colour) {
+    return QString::number(static_cast<uint32_t>(colour), 16).toUpper();
+}
+
+} // namespace
+
+bool ItemSplitter::next(QString& item) {
+    const qsizetype n = text_.size();
+    while (pos_ < n) {
+        while (pos_ < n && IsBlank(text_[pos_]))
+            ++pos_;
+        if (pos_ >= n) break;
+        if (EndsItem(text_[pos_])) {
+            ++pos_;
+            continue;
+        }
+        if (text_[pos_] == u'"') {
+            const qsizetype close = text_.indexOf(u'"', pos_ + 1);
+            const qsizetype end = close < 0 ? n : close;
+            item = text_.mid(pos_ + 1, end - pos_ - 1).toString();
+            pos_ = close < 0 ? n : close + 1;
+        } else {
+            const qsizetype start = pos_;
+            while (pos_ < n && !EndsItem(text_[pos_]))
+                ++pos_;
+            item = text_.mid(start, pos_ - start).toString();
+        }
+        while (pos_ < n && !EndsItem(text_[pos_]))
+            ++pos_;
+        if (pos_ < n && text_[pos_] == u',') ++pos_;
+        if (!item.isEmpty()) return true;
+    }
+    return false;
+}
+
+QStringList SplitItems(QStringView text) {
+    QStringList items;
+    ItemSplitter splitter(text);
+    QString item;
+    while (splitter.next(item))
+        items.append(item);
+    return items;
+}
+
+QString TrimBlanks(QStringView text) {
+    qsizetype start = 0;
+    qsizetype end = text.size();
+    while (start < end && IsBlank(text[start]))
+        ++start;
+    while (end > start && IsBlank(text[end - 1]))
+        --end;
+    return text.mid(start, end - start).toString();
+}
+
+std::optional<StyleItem> ParseItem(QStringView item, KeylessItems keyless) {
+    while (!item.isEmpty() && IsBlank(item.front()))
+        item = item.mid(1);
+    // A ";" in the first place keeps the item whole: its key then begins with
+    // ";" and matches nothing, which makes such a line a comment too.
+    const qsizetype semicolon = item.indexOf(u';');
+    if (semicolon > 0) item = item.left(semicolon);
+    const QString text = TrimBlanks(item);
+    if (text.isEmpty()) return std::nullopt;
+    const qsizetype equals = text.indexOf(u'=');
+    if (equals >= 1)
+        return StyleItem{TrimBlanks(QStringView(text).left(equals)).toUpper(),
+                         TrimBlanks(QStringView(text).mid(equals + 1))};
+    if (keyless == KeylessItems::AsKey) return StyleItem{text.toUpper(), QString()};
+    return std::nullopt;
+}
+
+std::optional<double> ValNumber(QStringView text) {
+    NumberCursor cursor(text);
+    if (cursor.peek() == u'&') {
+        cursor.take();
+        if (cursor.peek().toUpper() != u'H') return 0.0;
+        cursor.take();
+        return ReadHex(cursor);
+    }
+    return ReadDecimal(cursor);
+}
+
+double RoundHalfEven(double value) {
+    const double below = std::floor(value);
+    const double rest = value - below;
+    if (rest > 0.5) return below + 1.0;
+    if (rest < 0.5) return below;
+    return std::fmod(below, 2.0) == 0.0 ? below : below + 1.0;
+}
+
+std::optional<double> ItemNumber(QStringView value) {
+    const std::optional<double> number = ValNumber(value);
+    if (!number) return std::nullopt;
+    return RoundHalfEven(*number) + 0.0;
+}
+
+std::optional<int32_t> ItemColor(QStringView value) {
+    const std::optional<double> number = ItemNumber(value);
+    if (!number || !Fits(*number, kMin32, kMax32)) return std::nullopt;
+    const int32_t colour = static_cast<int32_t>(*number);
+    return colour < 0 ? colour + 65536 : colour;
+}
+
+StoreResult StoreStyleKey(Style& style, const StyleItem& item, const QString& folderForBarePaths) {
+    const QString& key = item.key;
+    const QString& value = item.value;
+
+    const auto number16 = [&](int16_t& field) {
+        const std::optional<double> n = ItemNumber(value);
+        if (!n || !Fits(*n, kMin16, kMax16)) return StoreResult::Fault;
+        field = static_cast<int16_t>(*n);
+        return StoreResult::Stored;
+    };
+    // A pixel value above 2184 doesn't fit a 16-bit twips field.
+    const auto twips16 = [&](int16_t& field) {
+        const std::optional<double> n = ItemNumber(value);
+        if (!n || !Fits(*n * kTwipsPerPixel, kMin16, kMax16)) return StoreResult::Fault;
+        field = static_cast<int16_t>(*n * kTwipsPerPixel);
+        return StoreResult::Stored;
+    };
+    const auto twips32 = [&](int32_t& field) {
+        const std::optional<double> n = ItemNumber(value);
+        if (!n || !Fits(*n * kTwipsPerPixel, kMin32, kMax32)) return StoreResult::Fault;
+        field = static_cast<int32_t>(*n * kTwipsPerPixel);
+        return StoreResult::Stored;
+    };
+    const auto colour = [&](int32_t& field) {
+        const std::optional<int32_t> c = ItemColor(value);
+        if (!c) return StoreResult::Fault;
+        field = *c;
+        return StoreResult::Stored;
+    };
+    const auto text = [&](QString& field, const QString& v) {
+        field = v;
+        return StoreResult::Stored;
+    };
+    const auto yes = [&](int16_t& field) {
+        if (value.toUpper() != u"YES") return StoreResult::Ignored;
+        field = 1;
+        return StoreResult::Stored;
+    };
+
+    if (key == u"BORDERFILE")
+        return text(style.BorderFile, CompletePath(value, folderForBarePaths));
+    if (key == u"PIECESFILE")
+        return text(style.PiecesFile, CompletePath(value, folderForBarePaths));
+    if (key == u"BACKCOLOR") return colour(style.BackColor);
+    if (key == u"BORDERHEIGHT") return number16(style.BorderHeight);
+    if (key == u"BORDERWIDTH") return number16(style.BorderWidth);
+    if (key == u"COPYCOUNTER") return yes(style.CopyCounter);
+    if (key == u"ENGLISHNOTATION") return text(style.EnglishNotation, value);
+    if (key == u"FONTCOLOR") return colour(style.FontColor);
+    if (key == u"FONTNAME") return text(style.FontName, value);
+    if (key == u"FONTPOS") return text(style.FontPos, value.toUpper());
+    if (key == u"FONTSIZE") return number16(style.FontSize);
+    if (key == u"FONTSTYLE") return text(style.FontStyle, value.toUpper());
+    if (key == u"FONTXBASE") return twips16(style.FontXBase);
+    if (key == u"FONTYBASE") return twips16(style.FontYBase);
+    if (key == u"FRAMECOLOR") return colour(style.FrameColor);
+    if (key == u"FRAMEWIDTH") return number16(style.FrameWidth);
+    if (key == u"PIECESLIST") return text(style.PiecesList, value);
+    if (key == u"PYDICTIONARY") return text(style.PyDictionary, value);
+    if (key == u"SHOWGRID") return yes(style.ShowGrid);
+    if (key == u"SQRHEIGHT") return twips16(style.SqrHeight);
+    if (key == u"SQRHTAB") return twips16(style.SqrHTab);
+    if (key == u"SQRVTAB") return twips16(style.SqrVTab);
+    if (key == u"SQRHSPC") return twips16(style.SqrHSpc);
+    if (key == u"SQRVSPC") return twips16(style.SqrVSpc);
+    if (key == u"SQRWIDTH") return twips16(style.SqrWidth);
+    if (key == u"STARTPOS") return text(style.StartPos, value);
+    if (key == u"WNDHEIGHT") return twips32(style.WndHeight);
+    if (key == u"WNDWIDTH") return twips32(style.WndWidth);
+    if (key == u"XBASE") return twips16(style.XBase);
+    if (key == u"YBASE") return twips16(style.YBase);
+    return StoreResult::Ignored;
+}
+
+QString WriteStyleBlock(Style& style) {
+    QString block;
+    const auto line = [&block](const QString& text) { block += text + QStringLiteral("\r\n"); };
+    const QString defaultPieces = QString::fromLatin1(kDefaultPiecesList);
+
+    line(QStringLiteral("BeginStyle = ") + style.StyleName);
+    if (!style.PiecesFile.isEmpty()) line(QStringLiteral("  PiecesFile = ") + style.PiecesFile);
+    if (!style.BorderFile.isEmpty()) line(QStringLiteral("  BorderFile = ") + style.BorderFile);
+    line(QStringLiteral("  SqrWidth =") + PixelsOf(style.SqrWidth));
+    line(QStringLiteral("  SqrHeight =") + PixelsOf(style.SqrHeight));
+    if (style.SqrHTab != style.SqrWidth)
+        line(QStringLiteral("  SqrHTab =") + PixelsOf(style.SqrHTab));
+    if (style.SqrVTab != style.SqrHeight)
+        line(QStringLiteral("  SqrVTab =") + PixelsOf(style.SqrVTab));
+    if (style.SqrHSpc > 0) line(QStringLiteral("  SqrHSpc =") + PixelsOf(style.SqrHSpc));
+    if (style.SqrVSpc > 0) line(QStringLiteral("  SqrVSpc =") + PixelsOf(style.SqrVSpc));
+    if (style.XBase > 0) line(QStringLiteral("  XBase =") + PixelsOf(style.XBase));
+    if (style.YBase > 0) line(QStringLiteral("  YBase =") + PixelsOf(style.YBase));
+    if (style.BorderWidth != 8)
+        line(QStringLiteral("  BorderWidth =") + FreeNumber(style.BorderWidth));
+    if (style.BorderHeight != 8)
+        line(QStringLiteral("  BorderHeight =") + FreeNumber(style.BorderHeight));
+    if (style.PiecesList != defaultPieces)
+        line(QStringLiteral("  PiecesList = ") + style.PiecesList);
+    if (style.EnglishNotation != defaultPieces)
+        line(QStringLiteral("  EnglishNotation = ") + style.EnglishNotation);
+    if (!style.PyDictionary.isEmpty())
+        line(QStringLiteral("  PyDictionary = ") + style.PyDictionary);
+    if (style.StartPos != QLatin1String(kDefaultStartPos))
+        line(QStringLiteral("  StartPos = ") + style.StartPos);
+    if (style.CopyCounter > 0) line(QStringLiteral("  CopyCounter = Yes"));
+    if (style.BackColor > 0) line(QStringLiteral("  BackColor = &H") + Hex(style.BackColor));
+    if (style.FrameWidth > 0) {
+        line(QStringLiteral("  FrameWidth =") + FreeNumber(style.FrameWidth));
+        line(QStringLiteral("  FrameColor = &H") + Hex(style.FrameColor));
+    }
+
+    // The board's own lines stand above with the numbers as they were; a
+    // board of more than 400 squares leaves the record as 8 x 8.
+    long long last = static_cast<long long>(style.BorderHeight) * style.BorderWidth - 1;
+    if (last >= 400) {
+        style.BorderHeight = 8;
+        style.BorderWidth = 8;
+        last = 63;
+    }
+    // With no columns the worked-out size would divide by zero. It is then
+    // worked out as the draw does it, from (columns - 1) steps across and
+    // (rows - 1) down, so that a drawn record still writes no size lines.
+    long long columnSteps = style.BorderWidth - 1LL;
+    long long rowSteps = style.BorderHeight - 1LL;
+    if (style.BorderWidth != 0) {
+        columnSteps = last % style.BorderWidth;
+        rowSteps = last / style.BorderWidth;
+    }
+    const long long workedOutWidth =
+        2LL * style.XBase + columnSteps * (static_cast<long long>(style.SqrHTab) + style.SqrHSpc) +
+        style.SqrWidth + 60;
+    const long long workedOutHeight =
+        2LL * style.YBase + rowSteps * (static_cast<long long>(style.SqrVTab) + style.SqrVSpc) +
+        style.SqrHeight + 60;
+    if (style.WndWidth != workedOutWidth)
+        line(QStringLiteral("  WndWidth =") + PixelsOf(style.WndWidth));
+    if (style.WndHeight != workedOutHeight)
+        line(QStringLiteral("  WndHeight =") + PixelsOf(style.WndHeight));
+
+    if (style.ShowGrid > 0) {
+        line(QStringLiteral("  ShowGrid = Yes"));
+        if (!style.FontName.isEmpty()) line(QStringLiteral("    FontName = ") + style.FontName);
+        if (style.FontColor > 0) line(QStringLiteral("    FontColor = &H") + Hex(style.FontColor));
+        if (style.FontSize > 0) line(QStringLiteral("    FontSize =") + FreeNumber(style.FontSize));
+        if (!style.FontStyle.isEmpty()) line(QStringLiteral("    FontStyle = ") + style.FontStyle);
+        if (!style.FontPos.isEmpty()) line(QStringLiteral("    FontPos = ") + style.FontPos);
+        if (style.FontXBase > 0)
+            line(QStringLiteral("    FontXBase =") + PixelsOf(style.FontXBase));
+        if (style.FontYBase > 0)
+            line(QStringLiteral("    FontYBase =") + PixelsOf(style.FontYBase));
+    }
+    line(QStringLiteral("EndStyle"));
+    return block;
+}
+
+} // namespace marlith

@@ -1,0 +1,88 @@
+// The text form of a style: how settings and style files are cut into items,
+// how a value becomes a number, which key fills which field, and the block
+// that a style is stored as.
+#pragma once
+
+#include "styles/style.h"
+
+#include <QString>
+#include <QStringList>
+#include <QStringView>
+#include <cstdint>
+#include <optional>
+
+namespace marlith {
+
+// Cuts a text into items. An item starts at its first non-blank character and
+// ends at a comma or a line end (CR LF, LF or CR). An item that begins with a
+// double quote runs to the next double quote, across line ends if need be (to
+// the end of the text when none follows), without the quotes; what stands
+// behind the closing quote up to the next comma or line end is dropped. Items
+// with nothing in them (blank lines, ",,") are not returned.
+class ItemSplitter {
+  public:
+    explicit ItemSplitter(QStringView text) : text_(text) {}
+    // The next item, or false at the end of the text.
+    bool next(QString& item);
+
+  private:
+    QStringView text_;
+    qsizetype pos_ = 0;
+};
+
+QStringList SplitItems(QStringView text);
+
+// What an item without "=" after its first character gives: the settings
+// reader skips it, the importer takes the whole item, upper-cased, as a key
+// with an empty value (so that "EndStyle" can close a block).
+enum class KeylessItems { Skip, AsKey };
+
+struct StyleItem {
+    QString key;   // upper-cased
+    QString value; // trimmed, case kept
+};
+
+// A ";" after the first character cuts the item; it is trimmed, and the key
+// is what stands before the first "=". No result for an item that is empty
+// after that, or that the mode skips.
+std::optional<StyleItem> ParseItem(QStringView item, KeylessItems keyless);
+
+// Blanks and tabs: what trimming removes, at the ends of items and lines.
+QString TrimBlanks(QStringView text);
+
+// The leading numeric text of a value, read as a number the way the old
+// files were written: decimal with sign, point and exponent (E or D), or
+// hexadecimal after "&H"; blanks anywhere inside are passed over; text that
+// isn't numeric is 0. Hexadecimal of up to four significant digits is a
+// signed 16-bit value, of five to eight a signed 32-bit value. No result when
+// the text is too large for any number (more than eight hexadecimal digits,
+// a decimal beyond the double range).
+std::optional<double> ValNumber(QStringView text);
+
+// Ties go to the even neighbour: 0.5 -> 0, 1.5 -> 2, 2.5 -> 2, -2.5 -> -2.
+double RoundHalfEven(double value);
+
+// The number of a value: ValNumber rounded to a whole.
+std::optional<double> ItemNumber(QStringView value);
+
+// The colour of a value: the number, plus 65536 if negative, so that the
+// hexadecimal text FFFF gives 65535. No result outside the 32-bit range.
+std::optional<int32_t> ItemColor(QStringView value);
+
+enum class StoreResult {
+    Stored,
+    Ignored, // a key that no field has, or a Yes/No field given another word
+    Fault,   // the value doesn't fit its field: the reader stops there
+};
+
+// Stores one key of a block into the record. Lengths in the value are pixels
+// and become twips. A BorderFile or PiecesFile value without "/" gets
+// folderForBarePaths in front of it; an empty folder keeps values bare.
+StoreResult StoreStyleKey(Style& style, const StyleItem& item, const QString& folderForBarePaths);
+
+// The block of the record as stored, each line ended by CR LF. A board of
+// more than 400 squares is set to 8 x 8 in the record, after its own two lines
+// have been printed with the old numbers.
+QString WriteStyleBlock(Style& style);
+
+} // namespace marlith
