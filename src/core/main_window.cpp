@@ -1,17 +1,28 @@
 #include "core/main_window.h"
 
+#include "core/about_window.h"
+#include "core/help_window.h"
+#include "core/settings.h"
 #include "core/startup.h"
+#include "core/style_list.h"
+#include "core/tool_faces.h"
+#include "core/tool_image.h"
 #include "drawing/diagram_view.h"
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
+#include <QGroupBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLockFile>
+#include <QMenuBar>
+#include <QMessageBox>
 #include <QProcess>
+#include <QPushButton>
 #include <QTime>
 
 namespace marlith {
@@ -28,48 +39,247 @@ void SetCounterBorder(QLabel* label, bool on) {
     label->setFrameStyle(on ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
 }
 
+QFrame* SeparatorLine(QWidget* parent, int y, const QColor& colour) {
+    auto* line = new QFrame(parent);
+    line->setGeometry(0, y, 12000 / kTwipsPerPixel, 1);
+    line->setAutoFillBackground(true);
+    QPalette palette = line->palette();
+    palette.setColor(QPalette::Window, colour);
+    line->setPalette(palette);
+    return line;
+}
+
 } // namespace
 
 Form1::Form1(AppState& state, QWidget* parent) : QMainWindow(parent), state_(state) {
     setObjectName(QStringLiteral("Form1"));
-    auto* central = new QWidget(this);
-    central->setObjectName(QStringLiteral("Form1Client"));
-    setCentralWidget(central);
-
-    text1_ = new QLineEdit(central);
-    text1_->setObjectName(QStringLiteral("Text1"));
-    label3_ = new QLabel(QStringLiteral("(0x0) "), central);
-    label3_->setObjectName(QStringLiteral("Label3"));
-    label3_->setAlignment(Qt::AlignCenter);
-    picMain_ = new DiagramView(diagram_, central);
+    setWindowIcon(ProgramIcon());
+    CreateControls();
+    CreateMenus();
     PlaceControls();
-    setTabOrder(text1_, picMain_);
-
-    text1_->installEventFilter(this);
-    connect(text1_, &QLineEdit::textChanged, this, [this] { Build(); });
-
-    auto addCommand = [this](const char* name, const QKeySequence& keys, void (Form1::*slot)()) {
-        auto* action = new QAction(this);
-        action->setObjectName(QLatin1String(name));
-        action->setShortcut(keys);
-        connect(action, &QAction::triggered, this, slot);
-        addAction(action);
-    };
-    addCommand("MNNew", QKeySequence(Qt::CTRL | Qt::Key_N), &Form1::MNNew_Click);
-    addCommand("MNStart", QKeySequence(Qt::CTRL | Qt::Key_T), &Form1::MNStart_Click);
 
     startInstance = [this](const QStringList& rest) {
         QProcess::startDetached(QCoreApplication::applicationFilePath(), rest,
                                 state_.programFolder);
     };
+    warn = [this](const QString& text) {
+        QMessageBox::warning(this, QStringLiteral("Warning"), text);
+    };
 }
 
 Form1::~Form1() = default;
 
+void Form1::CreateControls() {
+    auto* central = new QWidget(this);
+    central->setObjectName(QStringLiteral("Form1Client"));
+    setCentralWidget(central);
+
+    SeparatorLine(central, 0, QColor(0xE0, 0xE0, 0xE0))->setObjectName(QStringLiteral("Line1"));
+    SeparatorLine(central, 480 / kTwipsPerPixel, QColor(0x80, 0x80, 0x80))
+        ->setObjectName(QStringLiteral("Line3"));
+
+    label3_ = new QLabel(QStringLiteral("(0x0) "), central);
+    label3_->setObjectName(QStringLiteral("Label3"));
+    label3_->setAlignment(Qt::AlignCenter);
+    text1_ = new QLineEdit(central);
+    text1_->setObjectName(QStringLiteral("Text1"));
+    text1_->installEventFilter(this);
+    connect(text1_, &QLineEdit::textChanged, this, [this] { Build(); });
+
+    // The tool strips. A strip takes the focus while one of its buttons is held.
+    picture3_ = new QWidget(central);
+    picture3_->setObjectName(QStringLiteral("Picture3"));
+    picture3_->setFocusPolicy(Qt::ClickFocus);
+    picture4_ = new QWidget(central);
+    picture4_->setObjectName(QStringLiteral("Picture4"));
+    picture4_->setFocusPolicy(Qt::ClickFocus);
+    const auto faces3 = FirstStripFaces();
+    const auto faces5 = SecondStripFaces();
+    const auto faces8 = RecFaces();
+    for (int i = 0; i < 9; ++i) {
+        image4_[i] = new ToolImage(faces3[i], faces3[i + 9], picture3_);
+        image4_[i]->setObjectName(QStringLiteral("Image4(%1)").arg(i));
+        image7_[i] = new ToolImage(faces5[i], faces5[i + 9], picture4_);
+        image7_[i]->setObjectName(QStringLiteral("Image7(%1)").arg(i));
+    }
+    image4_[8]->hide(); // shown when an engine is found
+    image6_ = new ToolImage(faces8[0], faces8[1], picture4_);
+    image6_->setObjectName(QStringLiteral("Image6"));
+
+    auto* frame1 = new QGroupBox(QStringLiteral("Pieces Styles"), central);
+    frame1->setObjectName(QStringLiteral("Frame1"));
+    QFont bold = frame1->font();
+    bold.setBold(true);
+    frame1->setFont(bold);
+    frame1->setGeometry(TwipRect(0, 1440, 3015, 735));
+    combo1_ = new QComboBox(central);
+    combo1_->setObjectName(QStringLiteral("Combo1"));
+    combo1_->setEditable(true);
+    combo1_->setInsertPolicy(QComboBox::NoInsert);
+    combo1_->setMaxVisibleItems(20);
+    combo1_->lineEdit()->installEventFilter(this);
+    connect(combo1_, &QComboBox::activated, this, [this] { Combo1_Click(); });
+    auto* command9 = new QPushButton(QStringLiteral("&View"), central);
+    command9->setObjectName(QStringLiteral("Command9"));
+    command9->setGeometry(TwipRect(2160, 1680, 735, 315));
+    combo1_->setGeometry(TwipRect(120, 1680, 1935, 315));
+
+    frame2_ = new QFrame(central);
+    frame2_->setObjectName(QStringLiteral("Frame2"));
+    frame2_->setGeometry(TwipRect(0, 2280, 3015, 5775));
+    frame2_->hide(); // the book panel, shown while a book is open
+
+    picMain_ = new DiagramView(diagram_, central);
+    picMain_->setFocusPolicy(Qt::TabFocus);
+    setTabOrder(text1_, combo1_);
+    setTabOrder(combo1_, picMain_);
+}
+
 void Form1::PlaceControls() {
     label3_->setGeometry(TwipRect(0, 75, 855, 315));
     text1_->setGeometry(TwipRect(840, 75, 5655, 315));
+    picture3_->setGeometry(TwipRect(0, 600, 3015, 340));
+    picture4_->setGeometry(TwipRect(0, 960, 3015, 340));
+    const int left4[9] = {0, 690, 980, 1400, 1680, 1970, 2250, 290, 2670};
+    for (int i = 0; i < 9; ++i)
+        image4_[i]->move(left4[i] / kTwipsPerPixel, 0);
+    const QPoint at7[9] = {{0, 0},    {290, 0},  {690, 0},  {690, 143}, {985, 0},
+                           {1122, 0}, {1400, 0}, {1680, 0}, {1970, 0}};
+    for (int i = 0; i < 9; ++i)
+        image7_[i]->move(at7[i].x() / kTwipsPerPixel, at7[i].y() / kTwipsPerPixel);
+    image6_->move(2670 / kTwipsPerPixel, 0);
     picMain_->move(3120 / kTwipsPerPixel, 600 / kTwipsPerPixel);
+}
+
+void Form1::CreateMenus() {
+    using Slot = void (Form1::*)();
+    struct Item {
+        const char* name;
+        const char* caption; // "-" for a separator, nullptr for a submenu's end
+        QKeySequence keys;
+        bool enabled;
+        Slot slot;
+    };
+    auto addItems = [this](QMenu* menu, std::initializer_list<Item> items) {
+        for (const Item& item : items) {
+            QAction* action = QLatin1String(item.caption) == QLatin1String("-")
+                                  ? menu->addSeparator()
+                                  : menu->addAction(QString::fromUtf8(item.caption));
+            action->setObjectName(QLatin1String(item.name));
+            action->setShortcut(item.keys);
+            action->setEnabled(item.enabled);
+            if (item.slot) connect(action, &QAction::triggered, this, item.slot);
+            actions_[action->objectName()] = action;
+        }
+    };
+    auto addMenu = [this](QMenu* parent, const char* name, const char* caption) {
+        QMenu* menu = parent ? parent->addMenu(QString::fromUtf8(caption))
+                             : menuBar()->addMenu(QString::fromUtf8(caption));
+        menu->setObjectName(QLatin1String(name));
+        menu->menuAction()->setObjectName(QLatin1String(name));
+        actions_[QLatin1String(name)] = menu->menuAction();
+        return menu;
+    };
+    const auto ctrl = [](Qt::Key key) { return QKeySequence(Qt::CTRL | key); };
+
+    QMenu* file = addMenu(nullptr, "MNFile", "&File");
+    addItems(file, {{"MNNew", "&New", ctrl(Qt::Key_N), true, &Form1::MNNew_Click},
+                    {"MNStart", "S&tart Position", ctrl(Qt::Key_T), true, &Form1::MNStart_Click},
+                    {"MNs1", "-", {}, true, nullptr},
+                    {"MNSave", "&Save Image", ctrl(Qt::Key_S), true, nullptr},
+                    {"MNSaveAs", "Save Image &As...", ctrl(Qt::Key_A), true, nullptr},
+                    {"MNs2", "-", {}, true, nullptr},
+                    {"MNLoad", "Open &Book", ctrl(Qt::Key_B), true, nullptr},
+                    {"MNCriteria", "&Criteria", ctrl(Qt::Key_F), false, nullptr},
+                    {"MNClose", "Cl&ose book", ctrl(Qt::Key_O), false, nullptr},
+                    {"MNs6", "-", {}, true, nullptr},
+                    {"MNPrint", "&Print", ctrl(Qt::Key_P), true, nullptr},
+                    {"MNs3", "-", {}, true, nullptr}});
+    for (int i = 0; i < 4; ++i) {
+        mnFileList_[i] = file->addAction(QString());
+        mnFileList_[i]->setObjectName(QStringLiteral("MNFileList(%1)").arg(i));
+        mnFileList_[i]->setVisible(false);
+        actions_[mnFileList_[i]->objectName()] = mnFileList_[i];
+    }
+    addItems(file, {{"MNs7", "-", {}, true, nullptr},
+                    {"MNExit", "E&xit", ctrl(Qt::Key_X), true, &Form1::MNExit_Click}});
+
+    QMenu* edit = addMenu(nullptr, "MNEdit", "&Edit");
+    addItems(edit, {{"MNRefresh", "Refre&sh = <Enter>", {}, true, &Form1::MNRefresh_Click}});
+    QMenu* copy = addMenu(edit, "MNCopy", "Cop&y");
+    addItems(copy, {{"MNMarlith", "&Marlith", ctrl(Qt::Key_C), true, nullptr},
+                    {"MNPicture", "&Image", ctrl(Qt::Key_I), true, nullptr},
+                    {"MNHtml", "HTM&L", ctrl(Qt::Key_L), true, nullptr}});
+    addItems(edit, {{"MNPaste", "&Paste Marlith", ctrl(Qt::Key_V), true, nullptr},
+                    {"MNs4", "-", {}, true, nullptr},
+                    {"MNHistory", "&History", ctrl(Qt::Key_H), true, nullptr},
+                    {"MNRec", "Rec &Mode", ctrl(Qt::Key_M), true, nullptr},
+                    {"MNUndo", "&Undo Rec", ctrl(Qt::Key_Z), false, nullptr},
+                    {"MNs9", "-", {}, true, nullptr}});
+    QMenu* effects = addMenu(edit, "MNEffects", "E&ffects");
+    addItems(effects, {{"MNReverse", "&Reverse", ctrl(Qt::Key_R), true, nullptr},
+                       {"MNHMirror", "Hori&zontal Mirror", QKeySequence(Qt::Key_F2), true, nullptr},
+                       {"MNDMirror", "Dia&gonal Mirror", QKeySequence(Qt::Key_F3), true, nullptr},
+                       {"MNRotate", "R&otate 90°", QKeySequence(Qt::Key_F4), true, nullptr},
+                       {"MNLeft", "Move L&eft", QKeySequence(Qt::Key_F5), true, nullptr},
+                       {"MNRight", "Move R&ight", QKeySequence(Qt::Key_F6), true, nullptr},
+                       {"MNUp", "Mo&ve Up", QKeySequence(Qt::Key_F7), true, nullptr},
+                       {"MNDown", "Move &Down", QKeySequence(Qt::Key_F8), true, nullptr}});
+    addItems(edit, {{"MNGraphic", "&Graphic", ctrl(Qt::Key_G), true, nullptr},
+                    {"MNstyle", "Styl&e", ctrl(Qt::Key_E), true, &Form1::MNstyle_Click}});
+
+    QMenu* engines = addMenu(nullptr, "MNEngines", "En&gines");
+    addItems(engines, {{"MNpy", "Pope&ye", ctrl(Qt::Key_Y), true, nullptr},
+                       {"MNCrafty", "&Crafty", ctrl(Qt::Key_K), true, nullptr}});
+
+    QMenu* help = addMenu(nullptr, "MNHelp", "&Help");
+    addItems(help, {{"MNContents", "&Contents", {}, true, &Form1::MNContents_Click},
+                    {"MNs12", "-", {}, true, nullptr},
+                    {"MNAbout", "&About...", {}, true, &Form1::MNAbout_Click}});
+
+    // The tool buttons run the commands of their menu items.
+    const char* strip3[9] = {"MNSave",    "MNGraphic", "MNHistory", "MNPicture", "MNHtml",
+                             "MNMarlith", "MNPaste",   "MNPrint",   nullptr};
+    const char* strip4[9] = {"MNNew",  "MNStart",  "MNRight",   "MNLeft",   "MNUp",
+                             "MNDown", "MNRotate", "MNHMirror", "MNDMirror"};
+    for (int i = 0; i < 9; ++i) {
+        const bool opensWindow = i == 1 || i == 2 || i == 8;
+        std::function<void()> command;
+        if (strip3[i]) {
+            QAction* menuItem = actions_.at(QLatin1String(strip3[i]));
+            command = [menuItem] { menuItem->trigger(); };
+        } else {
+            command = [this] {
+                const QString engine = state_.recentEngine.toUpper();
+                if (engine == QLatin1String("POPEYE"))
+                    action(QStringLiteral("MNpy"))->trigger();
+                else if (engine == QLatin1String("CRAFTY"))
+                    action(QStringLiteral("MNCrafty"))->trigger();
+            };
+        }
+        connect(image4_[i], &ToolImage::clicked, this,
+                [this, command, opensWindow] { ToolClicked(command, opensWindow); });
+        QAction* menuItem7 = actions_.at(QLatin1String(strip4[i]));
+        connect(image7_[i], &ToolImage::clicked, this,
+                [this, menuItem7] { ToolClicked([menuItem7] { menuItem7->trigger(); }, false); });
+    }
+}
+
+QAction* Form1::action(const QString& name) const {
+    const auto found = actions_.find(name);
+    return found == actions_.end() ? nullptr : found->second;
+}
+
+void Form1::ToolClicked(const std::function<void()>& command, bool keepsFocus) {
+    // A command that the user started from a button runs even where its menu
+    // item is disabled only if the item allows it: QAction::trigger checks.
+    command();
+    if (!keepsFocus) CaretToText1();
+}
+
+void Form1::CaretToText1() {
+    text1_->end(false);
+    text1_->setFocus();
 }
 
 void Form1::Form_Load(const QStringList& arguments) {
@@ -84,6 +294,9 @@ void Form1::Form_Load(const QStringList& arguments) {
     state_.programFolder = folder;
     QDir::setCurrent(folder);
 
+    combo1_->clear();
+    combo1_->addItem(QStringLiteral("CUSTOM"));
+
     state_.imageFile = QStringLiteral("Marlith.bmp");
     state_.keepForms = -1;
     state_.clickedSquare = -1;
@@ -92,12 +305,17 @@ void Form1::Form_Load(const QStringList& arguments) {
     state_.pressY = -1.0f;
     setWindowTitle(QStringLiteral("Marlith - Marlith.bmp"));
 
-    // With no settings the program comes up in the default style.
-    ResetStyle(state_.style);
-    state_.fullDictionary.clear();
-    DrawBoard();
+    ReadSettings();
 
     state_.fullDictionary = state_.style.PyDictionary + state_.pyDatDictionary;
+
+    QStringList names;
+    for (int i = 1; i < combo1_->count(); ++i)
+        names << combo1_->itemText(i);
+    names = SortStyleNames(names);
+    for (int i = 0; i < names.size(); ++i)
+        combo1_->setItemText(i + 1, names[i]);
+    ShowStyleName();
 
     ResetVet(state_.vet, state_.board());
     Build();
@@ -117,29 +335,39 @@ void Form1::closeEvent(QCloseEvent* event) {
 
 void Form1::Form_QueryUnload() {
     state_.keepForms = 0;
+    for (QWidget* window : childWindows_)
+        if (window) window->close();
+    if (helpWindow_) helpWindow_->close();
 }
 
 void Form1::Form_Unload() {
     if (unloaded_) return;
     unloaded_ = true;
-    if (!state_.programFolder.isEmpty()) DeleteTempFiles(state_.programFolder);
+    if (state_.programFolder.isEmpty()) return;
+    WriteSettings();
+    DeleteTempFiles(state_.programFolder);
     if (instanceLock_) instanceLock_->unlock();
 }
 
 void Form1::DrawBoard() {
-    diagram_.DrawBoard(state_.style, state_.reversedBoard, state_.programFolder);
+    const Diagram::Outcome outcome =
+        diagram_.DrawBoard(state_.style, state_.reversedBoard, state_.programFolder);
+    // Rotation and the diagonal mirror are offered on square boards only.
+    action(QStringLiteral("MNRotate"))->setEnabled(outcome.squareBoard);
+    action(QStringLiteral("MNDMirror"))->setEnabled(outcome.squareBoard);
+    image7_[6]->setVisible(outcome.squareBoard);
+    image7_[8]->setVisible(outcome.squareBoard);
     picMain_->refresh(diagram_.takeDirty());
     if (windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)) return;
-    const QSize twips = MainWindowSize(state_.style, false);
+    const QSize twips = MainWindowSize(state_.style, frame2_->isVisible());
     resize(TwipToPixInt(twips.width()), TwipToPixInt(twips.height()));
 }
 
 void Form1::Build() {
     setCursor(Qt::WaitCursor);
-    const Style& style = state_.style;
     PieceCount count;
     const bool complete = marlith::Build(
-        text1_->text(), state_.vet, state_.board(), style.PiecesList,
+        text1_->text(), state_.vet, state_.board(), state_.style.PiecesList,
         [this](int cell, int casa) {
             diagram_.PutPeca(cell, casa, state_.style, state_.reversedBoard);
         },
@@ -168,7 +396,164 @@ void Form1::MNRefresh_Click() {
     text1_->end(false);
 }
 
+void Form1::MNExit_Click() {
+    close();
+}
+
+void Form1::MNAbout_Click() {
+    Form2 about(this);
+    about.exec();
+}
+
+void Form1::MNContents_Click() {
+    if (!helpWindow_) helpWindow_ = new HelpWindow(this);
+    if (!helpWindow_->open(state_.programFolder + QStringLiteral("marlith.html"))) {
+        warn(QStringLiteral("Help not available!"));
+        return;
+    }
+    helpWindow_->show();
+    helpWindow_->raise();
+    helpWindow_->activateWindow();
+}
+
+void Form1::MNstyle_Click() {
+    setCursor(Qt::WaitCursor);
+    state_.savedStyle = state_.style;
+    // The Style window edits the style here and keeps what it wants in savedStyle.
+    state_.style = state_.savedStyle;
+    ShowStyleName();
+    DrawBoard();
+    ResetVet(state_.vet, state_.board());
+    Build();
+    unsetCursor();
+}
+
+void Form1::Combo1_Click() {
+    const QString s = combo1_->currentText();
+    if (s.toUpper() == QLatin1String("CUSTOM")) {
+        MNstyle_Click();
+        return;
+    }
+    state_.style.StyleName = s;
+    ReadSettings();
+    ResetVet(state_.vet, state_.board());
+    const QString w = VetToFEN(state_.vet, state_.board(), state_.style.PiecesList);
+    state_.fullDictionary = state_.style.PyDictionary + state_.pyDatDictionary;
+    if (w != text1_->text())
+        text1_->setText(w);
+    else
+        Build();
+    text1_->end(false);
+}
+
+bool Form1::Combo1_KeyPress(int key) {
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        const QString typed = combo1_->currentText().toUpper();
+        if (typed == QLatin1String("CUSTOM")) {
+            MNstyle_Click();
+            return true;
+        }
+        for (int i = 0; i < combo1_->count(); ++i) {
+            if (combo1_->itemText(i).toUpper() == typed) {
+                combo1_->setCurrentIndex(i);
+                Combo1_Click();
+                return true;
+            }
+        }
+        combo1_->setEditText(QString());
+        return true;
+    }
+    if (key == Qt::Key_Escape) {
+        combo1_->setEditText(
+            combo1_->currentIndex() >= 0 ? combo1_->itemText(combo1_->currentIndex()) : QString());
+        text1_->setFocus();
+        return true;
+    }
+    return false;
+}
+
+void Form1::ReadSettings() {
+    const SettingsRead reading = marlith::ReadSettings(
+        state_.programFolder + QLatin1String(kSettingsFileName), state_.programFolder, state_.style,
+        state_.recentFile, state_.recentEngine);
+    state_.fullDictionary.clear();
+    for (const QString& name : reading.styleNames)
+        combo1_->addItem(name);
+    ShowFileList();
+    DrawBoard();
+    ShowStyleName();
+}
+
+void Form1::ShowStyleName() {
+    // A name of the list selects its entry, as picking it would.
+    const QString& name = state_.style.StyleName;
+    const int index = name.isEmpty() ? -1 : combo1_->findText(name, Qt::MatchFixedString);
+    combo1_->setCurrentIndex(index);
+    combo1_->setEditText(name);
+}
+
+void Form1::WriteSettings() {
+    marlith::WriteSettings(state_.programFolder, state_.recentFile, state_.recentEngine,
+                           state_.style.StyleName);
+}
+
+void Form1::AddRecent(const QString& path) {
+    marlith::AddRecent(state_.recentFile, path);
+    ShowFileList();
+}
+
+void Form1::ShowFileList() {
+    const auto items = RecentMenuItems(state_.recentFile);
+    for (int i = 0; i < 4; ++i) {
+        mnFileList_[i]->setText(items[i].caption);
+        mnFileList_[i]->setVisible(items[i].visible);
+    }
+}
+
+void Form1::setChildWindow(int number, QWidget* window) {
+    if (number >= 0 && number < static_cast<int>(childWindows_.size()))
+        childWindows_[number] = window;
+}
+
+void Form1::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) Form_Resize();
+}
+
+void Form1::Form_Resize() {
+    if (isMinimized()) {
+        hiddenForms_.clear();
+        for (const int number : {3, 6, 7, 8, 9}) {
+            QWidget* window = childWindows_[number];
+            if (window && window->isVisible()) {
+                hiddenForms_ += QString::number(number);
+                window->hide();
+            }
+        }
+    } else if (!hiddenForms_.isEmpty()) {
+        for (const QChar digit : hiddenForms_)
+            if (QWidget* window = childWindows_[digit.digitValue()]) window->show();
+        hiddenForms_.clear();
+    }
+}
+
+bool Form1::MenuShortcutWins(QKeyEvent* key) const {
+    // As in the menus of old, an enabled menu shortcut goes before the text
+    // boxes' own use of the key (Ctrl+C copies the position, not the text).
+    const QKeySequence pressed(key->keyCombination());
+    for (const auto& [name, item] : actions_)
+        if (item->isEnabled() && !item->shortcut().isEmpty() && item->shortcut() == pressed)
+            return true;
+    return false;
+}
+
 bool Form1::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride &&
+        (watched == text1_ || watched == combo1_->lineEdit()) &&
+        MenuShortcutWins(static_cast<QKeyEvent*>(event)))
+        return true;
+    if (watched == combo1_->lineEdit() && event->type() == QEvent::KeyPress)
+        return Combo1_KeyPress(static_cast<QKeyEvent*>(event)->key());
     if (watched == text1_) {
         switch (event->type()) {
         case QEvent::KeyPress: {

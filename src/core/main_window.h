@@ -1,21 +1,30 @@
-// Form1: the main window, with the position text, the piece counter and the
-// diagram.
+// Form1: the main window, with the position text, the tool strips, the style
+// list, the book panel, the diagram and the menus.
 #pragma once
 
 #include "core/app_state.h"
 #include "drawing/diagram.h"
 
 #include <QMainWindow>
+#include <QPixmap>
+#include <array>
 #include <functional>
+#include <map>
 #include <memory>
 
+class QAction;
+class QComboBox;
+class QFrame;
 class QLabel;
 class QLineEdit;
 class QLockFile;
+class QMenu;
 
 namespace marlith {
 
 class DiagramView;
+class HelpWindow;
+class ToolImage;
 
 class Form1 : public QMainWindow {
     Q_OBJECT
@@ -29,33 +38,71 @@ class Form1 : public QMainWindow {
     void Form_QueryUnload();
     void Form_Unload();
 
+    void ReadSettings();
+    void WriteSettings();
+    void AddRecent(const QString& path);
     void DrawBoard();
     void Build();
     void PicMove();
+
     void MNNew_Click();
     void MNStart_Click();
     void MNRefresh_Click();
+    void MNExit_Click();
+    void MNAbout_Click();
+    void MNContents_Click();
+    void MNstyle_Click();
+    void Combo1_Click();
 
+    // The child windows that follow the main window when it is minimised,
+    // by their number (3, 6, 7, 8, 9); later windows register here.
+    void setChildWindow(int number, QWidget* window);
+
+    QAction* action(const QString& name) const;
     Diagram& diagram() { return diagram_; }
     AppState& state() { return state_; }
 
     // How a further instance is started (replaced by tests).
     std::function<void(const QStringList&)> startInstance;
+    // Shows the "Warning" message box (replaced by tests).
+    std::function<void(const QString&)> warn;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    void CreateMenus();
+    void CreateControls();
+    void PlaceControls();
     bool Text1_KeyPress(const QString& typed, int key);
     void Text1_KeyDown(int key);
-    void PlaceControls();
+    bool Combo1_KeyPress(int key);
+    void Form_Resize();
+    void ToolClicked(const std::function<void()>& command, bool keepsFocus);
+    void CaretToText1();
+    void ShowFileList();
+    void ShowStyleName();
+    bool MenuShortcutWins(QKeyEvent* key) const;
 
     AppState& state_;
     Diagram diagram_;
     QLabel* label3_ = nullptr;
     QLineEdit* text1_ = nullptr;
+    QComboBox* combo1_ = nullptr;
+    QFrame* frame2_ = nullptr;
+    QWidget* picture3_ = nullptr;
+    QWidget* picture4_ = nullptr;
     DiagramView* picMain_ = nullptr;
+    std::array<ToolImage*, 9> image4_{};
+    std::array<ToolImage*, 9> image7_{};
+    ToolImage* image6_ = nullptr;
+    std::array<QAction*, 4> mnFileList_{};
+    std::map<QString, QAction*> actions_;
+    std::array<QWidget*, 11> childWindows_{};
+    QString hiddenForms_;
+    HelpWindow* helpWindow_ = nullptr;
     std::unique_ptr<QLockFile> instanceLock_;
     bool unloaded_ = false;
 };

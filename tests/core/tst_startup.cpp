@@ -1,4 +1,5 @@
 #include "core/startup.h"
+#include "core/style_list.h"
 
 #include <QDir>
 #include <QFile>
@@ -45,6 +46,13 @@ class TstStartup : public QObject {
         CommandLine next = SplitCommandLine(three.rest);
         QCOMPARE(next.bookFile, QStringLiteral("/b/c d.fen"));
         QCOMPARE(next.rest, QStringList({QStringLiteral("e.pbm")}));
+    }
+
+    void styleListOrder() {
+        // Upper-case order; names equal but for case keep the order they came in.
+        QCOMPARE(SortStyleNames({"beta", "Alpha", "ALPHA", "_x", "Zeta", "alpha", "a1"}),
+                 QStringList({"a1", "Alpha", "ALPHA", "alpha", "beta", "Zeta", "_x"}));
+        QCOMPARE(SortStyleNames({}), QStringList());
     }
 
     void temporaryFilesInEitherCase() {

@@ -1,0 +1,11 @@
+// The order of the style list: by upper-case names, equal names in the
+// order they came.
+#pragma once
+
+#include <QStringList>
+
+namespace marlith {
+
+QStringList SortStyleNames(QStringList names);
+
+} // namespace marlith
