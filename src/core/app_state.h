@@ -34,6 +34,9 @@ struct AppState {
     int16_t pressShift = 0;
     int32_t chosenColor = 0;
     int16_t colorTarget = 0;
+    // The file chooser's purpose on entry (0 save image, 1 open book, 2 border
+    // bitmap, 3 piece sheet, 4 style file), and 1 on return after Ok.
+    int16_t seekMode = 0;
 
     Board board() const { return Board{style.BorderHeight, style.BorderWidth}; }
 };
