@@ -8,13 +8,18 @@
 #include "core/tool_faces.h"
 #include "core/tool_image.h"
 #include "drawing/diagram_view.h"
+#include "drawing/view_window.h"
+#include "editing/board_edit.h"
+#include "output/image_output.h"
 
 #include <QAction>
+#include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
 #include <QGroupBox>
+#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -121,6 +126,7 @@ void Form1::CreateControls() {
     connect(combo1_, &QComboBox::activated, this, [this] { Combo1_Click(); });
     auto* command9 = new QPushButton(QStringLiteral("&View"), central);
     command9->setObjectName(QStringLiteral("Command9"));
+    connect(command9, &QPushButton::clicked, this, &Form1::Command9_Click);
     command9->setGeometry(TwipRect(2160, 1680, 735, 315));
     combo1_->setGeometry(TwipRect(120, 1680, 1935, 315));
 
@@ -131,6 +137,9 @@ void Form1::CreateControls() {
 
     picMain_ = new DiagramView(diagram_, central);
     picMain_->setFocusPolicy(Qt::TabFocus);
+    connect(picMain_, &DiagramView::mouseDown, this, &Form1::PicMain_MouseDown);
+    connect(picMain_, &DiagramView::mouseMove, this, &Form1::PicMain_MouseMove);
+    connect(picMain_, &DiagramView::mouseUp, this, &Form1::PicMain_MouseUp);
     setTabOrder(text1_, combo1_);
     setTabOrder(combo1_, picMain_);
 }
@@ -183,18 +192,19 @@ void Form1::CreateMenus() {
     const auto ctrl = [](Qt::Key key) { return QKeySequence(Qt::CTRL | key); };
 
     QMenu* file = addMenu(nullptr, "MNFile", "&File");
-    addItems(file, {{"MNNew", "&New", ctrl(Qt::Key_N), true, &Form1::MNNew_Click},
-                    {"MNStart", "S&tart Position", ctrl(Qt::Key_T), true, &Form1::MNStart_Click},
-                    {"MNs1", "-", {}, true, nullptr},
-                    {"MNSave", "&Save Image", ctrl(Qt::Key_S), true, nullptr},
-                    {"MNSaveAs", "Save Image &As...", ctrl(Qt::Key_A), true, nullptr},
-                    {"MNs2", "-", {}, true, nullptr},
-                    {"MNLoad", "Open &Book", ctrl(Qt::Key_B), true, nullptr},
-                    {"MNCriteria", "&Criteria", ctrl(Qt::Key_F), false, nullptr},
-                    {"MNClose", "Cl&ose book", ctrl(Qt::Key_O), false, nullptr},
-                    {"MNs6", "-", {}, true, nullptr},
-                    {"MNPrint", "&Print", ctrl(Qt::Key_P), true, nullptr},
-                    {"MNs3", "-", {}, true, nullptr}});
+    addItems(file,
+             {{"MNNew", "&New", ctrl(Qt::Key_N), true, &Form1::MNNew_Click},
+              {"MNStart", "S&tart Position", ctrl(Qt::Key_T), true, &Form1::MNStart_Click},
+              {"MNs1", "-", {}, true, nullptr},
+              {"MNSave", "&Save Image", ctrl(Qt::Key_S), true, &Form1::MNSave_Click},
+              {"MNSaveAs", "Save Image &As...", ctrl(Qt::Key_A), true, &Form1::MNSaveAs_Click},
+              {"MNs2", "-", {}, true, nullptr},
+              {"MNLoad", "Open &Book", ctrl(Qt::Key_B), true, nullptr},
+              {"MNCriteria", "&Criteria", ctrl(Qt::Key_F), false, nullptr},
+              {"MNClose", "Cl&ose book", ctrl(Qt::Key_O), false, nullptr},
+              {"MNs6", "-", {}, true, nullptr},
+              {"MNPrint", "&Print", ctrl(Qt::Key_P), true, nullptr},
+              {"MNs3", "-", {}, true, nullptr}});
     for (int i = 0; i < 4; ++i) {
         mnFileList_[i] = file->addAction(QString());
         mnFileList_[i]->setObjectName(QStringLiteral("MNFileList(%1)").arg(i));
@@ -207,10 +217,10 @@ void Form1::CreateMenus() {
     QMenu* edit = addMenu(nullptr, "MNEdit", "&Edit");
     addItems(edit, {{"MNRefresh", "Refre&sh = <Enter>", {}, true, &Form1::MNRefresh_Click}});
     QMenu* copy = addMenu(edit, "MNCopy", "Cop&y");
-    addItems(copy, {{"MNMarlith", "&Marlith", ctrl(Qt::Key_C), true, nullptr},
-                    {"MNPicture", "&Image", ctrl(Qt::Key_I), true, nullptr},
+    addItems(copy, {{"MNMarlith", "&Marlith", ctrl(Qt::Key_C), true, &Form1::MNMarlith_Click},
+                    {"MNPicture", "&Image", ctrl(Qt::Key_I), true, &Form1::MNPicture_Click},
                     {"MNHtml", "HTM&L", ctrl(Qt::Key_L), true, nullptr}});
-    addItems(edit, {{"MNPaste", "&Paste Marlith", ctrl(Qt::Key_V), true, nullptr},
+    addItems(edit, {{"MNPaste", "&Paste Marlith", ctrl(Qt::Key_V), true, &Form1::MNPaste_Click},
                     {"MNs4", "-", {}, true, nullptr},
                     {"MNHistory", "&History", ctrl(Qt::Key_H), true, nullptr},
                     {"MNRec", "Rec &Mode", ctrl(Qt::Key_M), true, nullptr},
@@ -280,6 +290,10 @@ void Form1::ToolClicked(const std::function<void()>& command, bool keepsFocus) {
 void Form1::CaretToText1() {
     text1_->end(false);
     text1_->setFocus();
+}
+
+void Form1::MoveCaretToEnd() {
+    text1_->end(false);
 }
 
 void Form1::Form_Load(const QStringList& arguments) {
@@ -425,6 +439,7 @@ void Form1::MNstyle_Click() {
     DrawBoard();
     ResetVet(state_.vet, state_.board());
     Build();
+    DrawView();
     unsetCursor();
 }
 
@@ -482,6 +497,7 @@ void Form1::ReadSettings() {
     ShowFileList();
     DrawBoard();
     ShowStyleName();
+    DrawView();
 }
 
 void Form1::ShowStyleName() {
@@ -508,6 +524,106 @@ void Form1::ShowFileList() {
         mnFileList_[i]->setText(items[i].caption);
         mnFileList_[i]->setVisible(items[i].visible);
     }
+}
+
+Form6* Form1::form6() {
+    if (!form6_) {
+        form6_ = new Form6(state_, *this);
+        setChildWindow(6, form6_);
+    }
+    return form6_;
+}
+
+void Form1::DrawView() {
+    form6()->DrawView();
+}
+
+void Form1::Command9_Click() {
+    Form6* view = form6();
+    if (!view->isVisible()) {
+        // A small floating window beside the main one.
+        view->move(frameGeometry().topRight() + QPoint(8, 0));
+    }
+    view->show();
+    view->raise();
+}
+
+void Form1::PicMain_MouseDown(int button, int shift, double x, double y) {
+    if (state_.pressX >= 0 && state_.pressY >= 0)
+        return; // a second button while one is held belongs to the first press
+    state_.pressX = static_cast<float>(x);
+    state_.pressY = static_cast<float>(y);
+    state_.pressButton = static_cast<int16_t>(button);
+    state_.pressShift = static_cast<int16_t>(shift);
+    // Shift alone draws over the diagram; everything else edits.
+    picMain_->setCursor(shift == kMaskShift ? Qt::SizeAllCursor : Qt::CrossCursor);
+}
+
+void Form1::PicMain_MouseMove(int, int, double, double) {
+    // A piece being dragged is not shown moving; only a stroke follows the mouse.
+}
+
+void Form1::PicMain_MouseUp(int, int, double x, double y) {
+    if (state_.pressX < 0 || state_.pressY < 0) return;
+    picMain_->update();
+    const BoardPress press{state_.pressX, state_.pressY, state_.pressButton, state_.pressShift};
+    const BoardEdit edit = ReleaseOnBoard(press, x, y, state_.vet, state_.style,
+                                          state_.reversedBoard, state_.viewPiece);
+    if (edit.clicked) state_.clickedSquare = static_cast<int16_t>(edit.clickedSquare);
+    if (edit.picMove) PicMove();
+    picMain_->unsetCursor();
+    state_.pressX = -1.0f;
+    state_.pressY = -1.0f;
+    CaretToText1();
+    if (state_.clickedSquare >= 0 && !form6()->isVisible()) {
+        Command9_Click();
+        form6()->activateWindow();
+        form6()->picture1()->setFocus();
+    }
+}
+
+void Form1::CmdSave() {
+    setCursor(Qt::WaitCursor);
+    repaint();
+    state_.imageFile = SettleImageName(state_.imageFile);
+    // A name that can't be written is no error: the caption still follows.
+    SaveBitmap(diagram_.image(), state_.imageFile);
+    setWindowTitle(QStringLiteral("Marlith - ") + state_.imageFile);
+    unsetCursor();
+}
+
+void Form1::MNSave_Click() {
+    CmdSave();
+}
+
+void Form1::MNSaveAs_Click() {
+    QString path;
+    if (!ShowChooser(0, path)) return;
+    state_.imageFile = path;
+    CmdSave();
+}
+
+void Form1::MNPicture_Click() {
+    QGuiApplication::clipboard()->setImage(diagram_.image());
+}
+
+void Form1::MNMarlith_Click() {
+    MNRefresh_Click();
+    const QString text =
+        CopiedPositionText(text1_->text(), label3_->text(), state_.style.CopyCounter);
+    QGuiApplication::clipboard()->setText(text);
+}
+
+void Form1::MNPaste_Click() {
+    text1_->setText(PastedPositionText(QGuiApplication::clipboard()->text(),
+                                       state_.style.BorderWidth, state_.style.PiecesList,
+                                       text1_->maxLength()));
+}
+
+bool Form1::ShowChooser(int mode, QString& path) {
+    state_.seekMode = static_cast<int16_t>(mode);
+    (void)path; // CHOOSER
+    return state_.seekMode == 1;
 }
 
 void Form1::setChildWindow(int number, QWidget* window) {

@@ -23,6 +23,7 @@ class QMenu;
 namespace marlith {
 
 class DiagramView;
+class Form6;
 class HelpWindow;
 class ToolImage;
 
@@ -53,6 +54,26 @@ class Form1 : public QMainWindow {
     void MNContents_Click();
     void MNstyle_Click();
     void Combo1_Click();
+    void Command9_Click();
+
+    void CmdSave();
+    void MNSave_Click();
+    void MNSaveAs_Click();
+    void MNPicture_Click();
+    void MNMarlith_Click();
+    void MNPaste_Click();
+
+    void PicMain_MouseDown(int button, int shift, double x, double y);
+    void PicMain_MouseMove(int button, int shift, double x, double y);
+    void PicMain_MouseUp(int button, int shift, double x, double y);
+
+    // The caret behind the last character of Text1, and Text1 with the focus.
+    void CaretToText1();
+    void MoveCaretToEnd();
+    // The View window, created hidden when the palette is first drawn.
+    Form6* form6();
+    void DrawView();
+    DiagramView* picMain() const { return picMain_; }
 
     // The child windows that follow the main window when it is minimised,
     // by their number (3, 6, 7, 8, 9); later windows register here.
@@ -81,10 +102,11 @@ class Form1 : public QMainWindow {
     bool Combo1_KeyPress(int key);
     void Form_Resize();
     void ToolClicked(const std::function<void()>& command, bool keepsFocus);
-    void CaretToText1();
     void ShowFileList();
     void ShowStyleName();
     bool MenuShortcutWins(QKeyEvent* key) const;
+    // Shows the file chooser for a purpose; true and the path after Ok.
+    bool ShowChooser(int mode, QString& path);
 
     AppState& state_;
     Diagram diagram_;
@@ -103,6 +125,7 @@ class Form1 : public QMainWindow {
     std::array<QWidget*, 11> childWindows_{};
     QString hiddenForms_;
     HelpWindow* helpWindow_ = nullptr;
+    Form6* form6_ = nullptr;
     std::unique_ptr<QLockFile> instanceLock_;
     bool unloaded_ = false;
 };

@@ -1,12 +1,12 @@
 #include "drawing/diagram.h"
 
+#include "drawing/blit.h"
 #include "drawing/piece_sheet.h"
 
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPen>
 #include <cmath>
-#include <cstring>
 #include <optional>
 
 namespace marlith {
@@ -225,49 +225,25 @@ void Diagram::PutPeca(int iPeca, int casa, const Style& style, int reversedBoard
     const int cellsPerRow = static_cast<int>(style.PiecesList.size()) + 1;
     if (columns <= 0 || iPeca < 0 || casa < 1 || casa > squares) return;
     const int s = ScreenSquare(casa - 1, squares, reversedBoard);
-    const auto y = Sum16({static_cast<long long>(style.SqrVTab) + style.SqrVSpc,
-                          (s / columns) * (static_cast<long long>(style.SqrVTab) + style.SqrVSpc)},
-                         (s / columns) * (static_cast<long long>(style.SqrVTab) + style.SqrVSpc) +
-                             style.YBase);
-    const auto x = Sum16({static_cast<long long>(style.SqrHTab) + style.SqrHSpc,
-                          (s % columns) * (static_cast<long long>(style.SqrHTab) + style.SqrHSpc)},
-                         (s % columns) * (static_cast<long long>(style.SqrHTab) + style.SqrHSpc) +
-                             style.XBase);
+    // Square s sits `index` pitches from the base; every step is 16-bit.
+    auto place = [](long long index, int tab, int spacing, int base) {
+        const long long pitch = static_cast<long long>(tab) + spacing;
+        return Sum16({pitch, index * pitch}, index * pitch + base);
+    };
+    const auto y = place(s / columns, style.SqrVTab, style.SqrVSpc, style.YBase);
+    const auto x = place(s % columns, style.SqrHTab, style.SqrHSpc, style.XBase);
     const auto x2 = Sum16({}, static_cast<long long>(iPeca % cellsPerRow) * style.SqrHTab);
     const auto y2 = Sum16({}, static_cast<long long>(iPeca / cellsPerRow) * style.SqrVTab);
     if (!x || !y || !x2 || !y2) return;
 
-    // A plain copy of the cell, background and all. What lies beyond the
-    // sheet is black; nothing is read outside either picture.
-    const int tx = TwipToPixInt(*x);
-    const int ty = TwipToPixInt(*y);
-    const int sx = TwipToPixInt(*x2);
-    const int sy = TwipToPixInt(*y2);
-    const int w = TwipToPixInt(style.SqrWidth);
-    const int h = TwipToPixInt(style.SqrHeight);
-    const QRect target = QRect(tx, ty, w, h).intersected(picMain_.rect());
-    if (target.isEmpty()) return;
+    // A plain copy of the cell, background and all.
+    const QRect written =
+        CopyPixels(pecas_, QPoint(TwipToPixInt(*x2), TwipToPixInt(*y2)), picMain_,
+                   QPoint(TwipToPixInt(*x), TwipToPixInt(*y)),
+                   QSize(TwipToPixInt(style.SqrWidth), TwipToPixInt(style.SqrHeight)));
+    if (written.isEmpty()) return;
     ++copies_;
-    const QRgb black = qRgb(0, 0, 0);
-    for (int py = target.top(); py <= target.bottom(); ++py) {
-        auto* dst = reinterpret_cast<QRgb*>(picMain_.scanLine(py));
-        const int srcY = sy + (py - ty);
-        const bool rowInSheet = srcY >= 0 && srcY < pecas_.height();
-        const QRgb* src =
-            rowInSheet ? reinterpret_cast<const QRgb*>(pecas_.constScanLine(srcY)) : nullptr;
-        int px = target.left();
-        for (; px <= target.right(); ++px) {
-            const int srcX = sx + (px - tx);
-            if (src && srcX >= 0 && srcX < pecas_.width()) {
-                const int span = std::min(target.right() - px + 1, pecas_.width() - srcX);
-                std::memcpy(dst + px, src + srcX, static_cast<size_t>(span) * sizeof(QRgb));
-                px += span - 1;
-            } else {
-                dst[px] = black;
-            }
-        }
-    }
-    dirty_ |= target;
+    dirty_ |= written;
 }
 
 QRect Diagram::takeDirty() {

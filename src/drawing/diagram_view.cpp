@@ -1,7 +1,9 @@
 #include "drawing/diagram_view.h"
 
 #include "drawing/diagram.h"
+#include "editing/board_edit.h"
 
+#include <QMouseEvent>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -27,6 +29,28 @@ void DiagramView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QRect area = event->rect();
     painter.drawImage(area.topLeft(), diagram_.image(), area);
+}
+
+void DiagramView::mousePressEvent(QMouseEvent* event) {
+    Q_EMIT mouseDown(ButtonNumber(event->button()), KeyMask(event->modifiers()),
+                     event->position().x() * kTwipsPerPixel,
+                     event->position().y() * kTwipsPerPixel);
+}
+
+void DiagramView::mouseDoubleClickEvent(QMouseEvent* event) {
+    // The second press of a double click is a press like any other.
+    mousePressEvent(event);
+}
+
+void DiagramView::mouseMoveEvent(QMouseEvent* event) {
+    Q_EMIT mouseMove(ButtonNumber(event->buttons()), KeyMask(event->modifiers()),
+                     event->position().x() * kTwipsPerPixel,
+                     event->position().y() * kTwipsPerPixel);
+}
+
+void DiagramView::mouseReleaseEvent(QMouseEvent* event) {
+    Q_EMIT mouseUp(ButtonNumber(event->button()), KeyMask(event->modifiers()),
+                   event->position().x() * kTwipsPerPixel, event->position().y() * kTwipsPerPixel);
 }
 
 } // namespace marlith
