@@ -1,0 +1,66 @@
+// Reading a book once into the work file and the index: one scanner for
+// each of the four formats.
+#pragma once
+
+#include "books/work_file.h"
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <cstdint>
+#include <functional>
+
+namespace marlith {
+
+// The index has an entry of six characters per game while it is shorter
+// than this: 10,667 games can be reached.
+inline constexpr int kIndexLimit = 64'000;
+
+struct BookScan {
+    int32_t gameCount = 0;
+    int32_t recordCount = 0;
+    QByteArray gameIndex;  // per game, its first record's number in six characters
+    QByteArray fullIndex;  // the index of the whole book
+    bool complete = false; // false when a fault ended the scan early
+};
+
+// Told the running count of games now and then, for the label of the panel.
+using ScanProgress = std::function<void(int32_t games)>;
+
+// The lines of a text file, ended by CR LF, CR or LF, read in blocks.
+class LineReader {
+  public:
+    explicit LineReader(QFile& file) : file_(file) {}
+    // The next line without its end; false at the end of the file or on a
+    // read error (error() tells which).
+    bool next(QByteArray& line);
+    bool error() const { return error_; }
+
+  private:
+    bool fill();
+    QFile& file_;
+    QByteArray buffer_;
+    qsizetype pos_ = 0;
+    bool eof_ = false;
+    bool error_ = false;
+};
+
+// A line as the scanners compare it: blanks trimmed at both ends, one blank
+// behind, so that an empty line begins with a blank.
+QByteArray PrepareLine(const QByteArray& raw);
+
+// The stipulation of a problem from its flags and number of moves: "#2",
+// "h#3", "Max Sh=7", "Sd#12".
+QByteArray Stipulation(int flags, int moves);
+
+// The piece letter of a board byte of the binary format, or 0 for a byte
+// outside the code; "1" is the empty square.
+char PbmPieceLetter(unsigned char byte);
+
+BookScan ScanFEN(const QString& bookFile, WorkFile& work, const ScanProgress& progress);
+BookScan ScanEPD(const QString& bookFile, WorkFile& work, const ScanProgress& progress);
+// The board is written through the square vector in the style's row length.
+BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
+                 const QString& piecesList, const ScanProgress& progress);
+
+} // namespace marlith

@@ -1,0 +1,98 @@
+#include "books/work_file.h"
+
+#include <QStringDecoder>
+
+namespace marlith {
+
+QByteArray SixCharacters(int64_t number) {
+    const QByteArray digits = QByteArray::number(static_cast<qlonglong>(number));
+    return (QByteArray(6, ' ') + digits).right(6);
+}
+
+QByteArray MakeRecord(char kind, int32_t game, const QByteArray& text) {
+    QByteArray record;
+    record.reserve(kRecordLength);
+    record += '?';
+    record += kind;
+    record += SixCharacters(game);
+    record += text.left(kRecordTextLength);
+    record.append(kRecordLength - record.size(), ' ');
+    return record;
+}
+
+QByteArray EndMark() {
+    return QByteArray(kRecordLength, '?');
+}
+
+int32_t Record::gameNumber() const {
+    bool ok = false;
+    const int32_t number = game.trimmed().toInt(&ok);
+    return ok ? number : 0;
+}
+
+Record ParseRecord(const QByteArray& bytes) {
+    Record record;
+    if (bytes.size() < 8) return record;
+    record.kind = bytes.at(1);
+    record.game = bytes.mid(2, 6);
+    QByteArray text = bytes.mid(8);
+    while (!text.isEmpty() && text.back() == ' ')
+        text.chop(1);
+    record.text = text;
+    return record;
+}
+
+QString RecordText(const QByteArray& text) {
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    QString decoded = utf8.decode(text);
+    if (!utf8.hasError()) return decoded;
+    return QString::fromLatin1(text);
+}
+
+bool WorkFile::open(const QString& path) {
+    close();
+    file_.setFileName(path);
+    written_ = 0;
+    pending_.clear();
+    return file_.open(QIODevice::ReadWrite | QIODevice::Truncate);
+}
+
+bool WorkFile::restart() {
+    pending_.clear();
+    written_ = 0;
+    return file_.isOpen() && file_.resize(0);
+}
+
+void WorkFile::close() {
+    if (file_.isOpen()) {
+        flush();
+        file_.close();
+    }
+}
+
+bool WorkFile::append(const QByteArray& record) {
+    if (!file_.isOpen() || record.size() != kRecordLength) return false;
+    pending_ += record;
+    ++written_;
+    // Records go out in blocks: a scan writes hundreds of thousands.
+    return pending_.size() < (1 << 16) || flush();
+}
+
+bool WorkFile::flush() {
+    if (pending_.isEmpty()) return true;
+    const qint64 at = static_cast<qint64>(written_) * kRecordLength - pending_.size();
+    const bool ok = file_.seek(at) && file_.write(pending_) == pending_.size();
+    pending_.clear();
+    return ok;
+}
+
+std::optional<QByteArray> WorkFile::read(int32_t number) {
+    if (!file_.isOpen() || number < 1 || !flush()) return std::nullopt;
+    const qint64 at = static_cast<qint64>(number - 1) * kRecordLength;
+    if (at + kRecordLength > file_.size() || !file_.seek(at)) return std::nullopt;
+    QByteArray bytes = file_.read(kRecordLength);
+    if (bytes.size() != kRecordLength) return std::nullopt;
+    return bytes;
+}
+
+} // namespace marlith

@@ -1,0 +1,61 @@
+// The work file of an open book: fixed records of 132 characters, one header
+// line or one position each, numbered from 1, behind them an end mark.
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+#include <cstdint>
+#include <optional>
+
+namespace marlith {
+
+inline constexpr int kRecordLength = 132;
+inline constexpr int kRecordTextLength = 124;
+inline constexpr int32_t kMaxRecordNumber = 999'999;
+inline constexpr char kHeaderKind = '[';
+inline constexpr char kPositionKind = 'E';
+
+// A number in six characters: blanks in front, the last six kept.
+QByteArray SixCharacters(int64_t number);
+
+// One record: "?", the kind, the game number in six characters, the text
+// cut at 124 characters or padded with blanks.
+QByteArray MakeRecord(char kind, int32_t game, const QByteArray& text);
+QByteArray EndMark();
+
+struct Record {
+    char kind = 0;              // '[' header, 'E' position, '?' the end mark
+    QByteArray game;            // the six characters of the game number
+    QByteArray text;            // without the padding blanks
+    int32_t gameNumber() const; // 0 when the field holds no number
+};
+Record ParseRecord(const QByteArray& bytes);
+
+// Record text as shown: UTF-8 where it is, else the single-byte code page.
+QString RecordText(const QByteArray& text);
+
+class WorkFile {
+  public:
+    // Opens the file for reading and writing, empty.
+    bool open(const QString& path);
+    void close();
+    bool isOpen() const { return file_.isOpen(); }
+
+    // A new book is written from record 1 on; what lay behind is cut off.
+    bool restart();
+    // Writing runs from record 1 on; records are buffered until flush().
+    bool append(const QByteArray& record);
+    bool flush();
+    int32_t written() const { return written_; }
+
+    // Record `number` (from 1); nothing outside the file is read.
+    std::optional<QByteArray> read(int32_t number);
+
+  private:
+    QFile file_;
+    QByteArray pending_;
+    int32_t written_ = 0;
+};
+
+} // namespace marlith
