@@ -2,6 +2,7 @@
 // test), handed to each window when it is created.
 #pragma once
 
+#include "books/book_walk.h"
 #include "position/fen.h"
 #include "styles/style.h"
 
@@ -37,6 +38,8 @@ struct AppState {
     // The file chooser's purpose on entry (0 save image, 1 open book, 2 border
     // bitmap, 3 piece sheet, 4 style file), and 1 on return after Ok.
     int16_t seekMode = 0;
+    // The open book: its work file, index and the record on show.
+    OpenBook book;
 
     Board board() const { return Board{style.BorderHeight, style.BorderWidth}; }
 };

@@ -1,5 +1,7 @@
 #include "core/main_window.h"
 
+#include "books/book_panel.h"
+#include "books/book_scan.h"
 #include "core/about_window.h"
 #include "core/help_window.h"
 #include "core/settings.h"
@@ -130,8 +132,7 @@ void Form1::CreateControls() {
     command9->setGeometry(TwipRect(2160, 1680, 735, 315));
     combo1_->setGeometry(TwipRect(120, 1680, 1935, 315));
 
-    frame2_ = new QFrame(central);
-    frame2_->setObjectName(QStringLiteral("Frame2"));
+    frame2_ = new BookPanel(state_, *this, central);
     frame2_->setGeometry(TwipRect(0, 2280, 3015, 5775));
     frame2_->hide(); // the book panel, shown while a book is open
 
@@ -209,6 +210,7 @@ void Form1::CreateMenus() {
         mnFileList_[i] = file->addAction(QString());
         mnFileList_[i]->setObjectName(QStringLiteral("MNFileList(%1)").arg(i));
         mnFileList_[i]->setVisible(false);
+        connect(mnFileList_[i], &QAction::triggered, this, [this, i] { MNFileList_Click(i); });
         actions_[mnFileList_[i]->objectName()] = mnFileList_[i];
     }
     addItems(file, {{"MNs7", "-", {}, true, nullptr},
@@ -337,6 +339,7 @@ void Form1::Form_Load(const QStringList& arguments) {
     const CommandLine line = SplitCommandLine(arguments);
     if (!line.rest.isEmpty() && startInstance) startInstance(line.rest);
     state_.bookFile = line.bookFile;
+    if (!state_.bookFile.isEmpty()) CmdLoad();
 
     text1_->setFocus();
 }
@@ -580,6 +583,74 @@ void Form1::PicMain_MouseUp(int, int, double x, double y) {
         form6()->activateWindow();
         form6()->picture1()->setFocus();
     }
+}
+
+void Form1::CmdLoad() {
+    setCursor(Qt::WaitCursor);
+    if (state_.book.isOpen()) MNClose_Click();
+    const bool normal =
+        !(windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen));
+    if (state_.style.WndHeight + 1350 < 5580 && normal) resize(width(), TwipToPixInt(5580));
+    frame2_->show();
+    repaint();
+
+    OpenBook& book = state_.book;
+    book.work.open(state_.programFolder + state_.tempSeed + QStringLiteral(".tmp"));
+    const QString extension = state_.bookFile.right(4).toUpper();
+    const ScanProgress progress = [this](int32_t games) { frame2_->ShowCount(games); };
+    BookScan scan;
+    if (extension == QLatin1String(".PBM"))
+        scan = ScanPBM(state_.bookFile, book.work, state_.style.BorderHeight,
+                       state_.style.BorderWidth, state_.style.PiecesList, progress);
+    else if (extension == QLatin1String(".EPD"))
+        scan = ScanEPD(state_.bookFile, book.work, progress);
+    else
+        scan = ScanFEN(state_.bookFile, book.work, progress);
+    book.gameCount = scan.gameCount;
+    book.recordCount = scan.recordCount;
+    book.gameIndex = scan.gameIndex;
+    book.fullIndex = scan.fullIndex;
+
+    AddRecent(state_.bookFile);
+    frame2_->SetHScroll();
+    frame2_->setTitle(CutName(state_.bookFile, 15));
+    action(QStringLiteral("MNCriteria"))->setEnabled(true);
+    action(QStringLiteral("MNClose"))->setEnabled(true);
+    MNRefresh_Click();
+    frame2_->SetNarrowed(false);
+    action(QStringLiteral("MNCriteria"))->setChecked(false);
+    unsetCursor();
+}
+
+void Form1::MNLoad_Click() {
+    QString path;
+    if (!ShowChooser(1, path)) return;
+    state_.bookFile = path;
+    CmdLoad();
+}
+
+void Form1::MNClose_Click() {
+    state_.book.work.close();
+    frame2_->hide();
+    if (!(windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)))
+        resize(width(), TwipToPixInt(state_.style.WndHeight + 1350));
+    action(QStringLiteral("MNCriteria"))->setEnabled(false);
+    action(QStringLiteral("MNClose"))->setEnabled(false);
+}
+
+void Form1::MNFileList_Click(int index) {
+    if (index < 0 || index >= static_cast<int>(state_.recentFile.size())) return;
+    state_.bookFile = state_.recentFile[index];
+    CmdLoad();
+}
+
+void Form1::ShowPosition(const QString& board) {
+    text1_->setText(FillRows(board, state_.style.BorderWidth, state_.style.PiecesList));
+}
+
+void Form1::ChooseStyleByName(const QString& name) {
+    combo1_->setEditText(name);
+    Combo1_KeyPress(Qt::Key_Return);
 }
 
 void Form1::CmdSave() {

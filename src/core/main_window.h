@@ -22,6 +22,7 @@ class QMenu;
 
 namespace marlith {
 
+class BookPanel;
 class DiagramView;
 class Form6;
 class HelpWindow;
@@ -55,6 +56,17 @@ class Form1 : public QMainWindow {
     void MNstyle_Click();
     void Combo1_Click();
     void Command9_Click();
+
+    // Opens the book named by bookFile, closing any open book first.
+    void CmdLoad();
+    void MNLoad_Click();
+    void MNClose_Click();
+    void MNFileList_Click(int index);
+    // Text1 receives a position of the book, its rows completed.
+    void ShowPosition(const QString& board);
+    // The name put into the style list as if typed there with Enter.
+    void ChooseStyleByName(const QString& name);
+    BookPanel* bookPanel() const { return frame2_; }
 
     void CmdSave();
     void MNSave_Click();
@@ -113,7 +125,7 @@ class Form1 : public QMainWindow {
     QLabel* label3_ = nullptr;
     QLineEdit* text1_ = nullptr;
     QComboBox* combo1_ = nullptr;
-    QFrame* frame2_ = nullptr;
+    BookPanel* frame2_ = nullptr;
     QWidget* picture3_ = nullptr;
     QWidget* picture4_ = nullptr;
     DiagramView* picMain_ = nullptr;

@@ -179,6 +179,36 @@ std::array<QPixmap, 2> RecFaces() {
     return f;
 }
 
+std::array<QPixmap, 8> BookButtonFaces() {
+    std::array<QPixmap, 8> f;
+    // Triangles pointing the way of the step; a bar stands at the far end.
+    const std::array<Glyph, 4> glyphs = {
+        [](QPainter& p) { // first
+            p.fillRect(3, 4, 2, 8, Qt::black);
+            p.setBrush(Qt::black);
+            p.drawPolygon(QPolygon({QPoint(11, 4), QPoint(6, 8), QPoint(11, 12)}));
+        },
+        [](QPainter& p) { // back
+            p.setBrush(Qt::black);
+            p.drawPolygon(QPolygon({QPoint(10, 4), QPoint(5, 8), QPoint(10, 12)}));
+        },
+        [](QPainter& p) { // forward
+            p.setBrush(Qt::black);
+            p.drawPolygon(QPolygon({QPoint(5, 4), QPoint(10, 8), QPoint(5, 12)}));
+        },
+        [](QPainter& p) { // last
+            p.setBrush(Qt::black);
+            p.drawPolygon(QPolygon({QPoint(4, 4), QPoint(9, 8), QPoint(4, 12)}));
+            p.fillRect(11, 4, 2, 8, Qt::black);
+        },
+    };
+    for (int i = 0; i < 4; ++i) {
+        f[i] = Face(16, 16, false, glyphs[i]);
+        f[i + 4] = Face(16, 16, true, glyphs[i]);
+    }
+    return f;
+}
+
 QPixmap ProgramIcon() {
     QImage image(32, 32, QImage::Format_RGB32);
     image.fill(Qt::white);

@@ -15,6 +15,9 @@ std::array<QPixmap, 18> FirstStripFaces();
 std::array<QPixmap, 18> SecondStripFaces();
 // Image8: the Rec button, off and on.
 std::array<QPixmap, 2> RecFaces();
+// Image1: the move buttons of the book panel (first, back, forward, last),
+// 16 by 16, resting at i and pressed at i + 4.
+std::array<QPixmap, 8> BookButtonFaces();
 // The program's icon.
 QPixmap ProgramIcon();
 

@@ -1,0 +1,113 @@
+#include "books/book_walk.h"
+
+namespace marlith {
+
+namespace {
+
+bool InRange(const OpenBook& book, int32_t record) {
+    return record >= 1 && record <= book.recordCount;
+}
+
+QByteArray GameField(const QByteArray& record) {
+    return record.mid(2, 6);
+}
+
+} // namespace
+
+bool GoToGame(OpenBook& book, int32_t n) {
+    book.currentRecord = QByteArray(kRecordLength, ' ');
+    const qint64 at = (static_cast<qint64>(n) - 1) * 6;
+    if (n < 1 || at + 6 > book.gameIndex.size()) return false;
+    bool ok = false;
+    const int32_t number = book.gameIndex.mid(at, 6).trimmed().toInt(&ok);
+    if (!ok) return false;
+    book.currentRecNo = number;
+    if (!InRange(book, number)) return false;
+    const auto record = book.work.read(number);
+    if (!record) return false;
+    book.currentRecord = *record;
+    return true;
+}
+
+bool NextRecord(OpenBook& book, char& kind) {
+    kind = 0;
+    const int32_t r = book.currentRecNo + 1;
+    if (!InRange(book, r)) return false;
+    const auto record = book.work.read(r);
+    if (!record || GameField(*record) != GameField(book.currentRecord)) return false;
+    book.currentRecord = *record;
+    book.currentRecNo = r;
+    // The record behind tells whether the game goes on.
+    if (const auto behind = book.work.read(r + 1)) kind = behind->at(1);
+    return true;
+}
+
+bool PrevRecord(OpenBook& book) {
+    const int32_t r = book.currentRecNo - 1;
+    if (!InRange(book, r)) return false;
+    const auto record = book.work.read(r);
+    if (!record || GameField(*record) != GameField(book.currentRecord) ||
+        record->at(1) != kPositionKind)
+        return false;
+    book.currentRecord = *record;
+    book.currentRecNo = r;
+    return true;
+}
+
+QByteArray DelComment(const QByteArray& record) {
+    QByteArray s = record.trimmed();
+    // A tag line keeps what stands inside its brackets.
+    qsizetype from = 0;
+    if (s.size() >= 2 && s.at(1) == '[') {
+        from = s.indexOf(']');
+        if (from < 0) from = s.size();
+    }
+    for (const char mark : {';', '{'}) {
+        const qsizetype at = s.indexOf(mark, from);
+        if (at > 0) s.truncate(at);
+    }
+    return s.size() < 9 ? QByteArray() : s.mid(8);
+}
+
+ShownPosition ShowRecord(const QByteArray& record) {
+    const QByteArray text = DelComment(record) + " -";
+    const qsizetype blank = text.indexOf(' ');
+    ShownPosition shown;
+    shown.side = blank + 1 < text.size() ? text.at(blank + 1) : 0;
+    shown.board = text.left(blank);
+    return shown;
+}
+
+QString SideCaption(char side) {
+    switch (side) {
+    case 'W':
+    case 'w':
+        return QStringLiteral("White moves...");
+    case 'B':
+    case 'b':
+        return QStringLiteral("Black moves...");
+    default:
+        return QStringLiteral("Move Control:");
+    }
+}
+
+QStringList WrapHeader(const QString& line) {
+    QStringList lines;
+    QString t = line;
+    while (t.size() >= 34) {
+        lines << t.left(33);
+        t = QLatin1Char(' ') + t.mid(33);
+    }
+    lines << t;
+    return lines;
+}
+
+std::optional<QString> StyleTag(const QString& line) {
+    if (!line.startsWith(QLatin1String("[STYLE"), Qt::CaseInsensitive)) return std::nullopt;
+    const qsizetype open = line.indexOf(QLatin1Char('"'));
+    if (open < 0) return QString();
+    const qsizetype close = line.indexOf(QLatin1Char('"'), open + 1);
+    return close < 0 ? line.mid(open + 1) : line.mid(open + 1, close - open - 1);
+}
+
+} // namespace marlith
