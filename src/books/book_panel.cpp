@@ -35,6 +35,8 @@ BookPanel::BookPanel(AppState& state, Form1& form1, QWidget* parent)
     hScroll1_->setObjectName(QStringLiteral("HScroll1"));
     hScroll1_->setGeometry(TwipRect(120, 480, 2775, 255));
     hScroll1_->setFocusPolicy(Qt::StrongFocus);
+    // Left steps back a game, as on any scroll bar of the desktop.
+    hScroll1_->setInvertedControls(false);
     hScroll1_->setRange(1, 1);
     list1_ = new QListWidget(this);
     list1_->setObjectName(QStringLiteral("List1"));
