@@ -2,6 +2,7 @@
 
 #include "books/book_panel.h"
 #include "books/book_scan.h"
+#include "chooser/file_chooser.h"
 #include "core/about_window.h"
 #include "core/help_window.h"
 #include "core/settings.h"
@@ -692,9 +693,19 @@ void Form1::MNPaste_Click() {
 }
 
 bool Form1::ShowChooser(int mode, QString& path) {
+    if (!winSeek_) {
+        winSeek_ = new WinSeek(state_, this);
+        // Unloaded first of the child windows when the program stops.
+        setChildWindow(0, winSeek_);
+    }
     state_.seekMode = static_cast<int16_t>(mode);
-    (void)path; // CHOOSER
-    return state_.seekMode == 1;
+    if (runChooser)
+        runChooser(*winSeek_);
+    else
+        winSeek_->exec();
+    if (state_.seekMode != 1) return false;
+    path = winSeek_->text2();
+    return true;
 }
 
 void Form1::setChildWindow(int number, QWidget* window) {

@@ -27,6 +27,7 @@ class DiagramView;
 class Form6;
 class HelpWindow;
 class ToolImage;
+class WinSeek;
 
 class Form1 : public QMainWindow {
     Q_OBJECT
@@ -99,6 +100,8 @@ class Form1 : public QMainWindow {
     std::function<void(const QStringList&)> startInstance;
     // Shows the "Warning" message box (replaced by tests).
     std::function<void(const QString&)> warn;
+    // Runs the file chooser modally (replaced by tests, which drive it).
+    std::function<void(WinSeek&)> runChooser;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -138,6 +141,8 @@ class Form1 : public QMainWindow {
     QString hiddenForms_;
     HelpWindow* helpWindow_ = nullptr;
     Form6* form6_ = nullptr;
+    // Created at first use, then hidden between uses so that it remembers.
+    WinSeek* winSeek_ = nullptr;
     std::unique_ptr<QLockFile> instanceLock_;
     bool unloaded_ = false;
 };

@@ -1,6 +1,7 @@
 // A fresh program folder, state and main window for a GUI test.
 #pragma once
 
+#include "chooser/file_chooser.h"
 #include "core/main_window.h"
 #include "core/tool_image.h"
 #include "drawing/diagram_view.h"
@@ -40,6 +41,11 @@ struct Fixture {
         form = std::make_unique<Form1>(state);
         form->startInstance = [this](const QStringList& rest) { instances.append(rest); };
         form->warn = [this](const QString& text) { warnings.append(text); };
+        // A command that opens the file chooser finds it closed at once.
+        form->runChooser = [](WinSeek& chooser) {
+            chooser.show();
+            chooser.CancelCmd_Click();
+        };
         form->Form_Load(arguments);
         form->show();
         form->activateWindow();
