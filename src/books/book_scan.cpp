@@ -2,7 +2,9 @@
 
 #include "position/fen.h"
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace marlith {
 
@@ -19,14 +21,27 @@ class ScanSink {
 
     int32_t game = 1;
 
-    // False when the record can't be written or no number is left for it:
-    // the scan then ends where it stands.
+    // False when the record can't be written: the scan then ends where it
+    // stands. The record is built in one buffer kept for the whole scan.
     bool write(char kind, const QByteArray& text) {
-        if (work_.written() >= kMaxRecordNumber) return false;
-        return work_.append(MakeRecord(kind, game, text));
+        if (work_.written() >= std::numeric_limits<int32_t>::max() - 1) return false;
+        if (game != fieldGame_) {
+            fieldGame_ = game;
+            field_ = SixCharacters(game);
+        }
+        char* record = record_.data();
+        record[0] = '?';
+        record[1] = kind;
+        std::memcpy(record + 2, field_.constData(), 6);
+        const qsizetype size = std::min<qsizetype>(text.size(), kRecordTextLength);
+        std::memcpy(record + 8, text.constData(), static_cast<size_t>(size));
+        std::memset(record + 8 + size, ' ', static_cast<size_t>(kRecordTextLength - size));
+        return work_.append(record_);
     }
+    // A record number of more than six digits can't stand in the index: that
+    // game is counted but can't be reached, as those behind the index limit.
     void indexNextRecord() {
-        if (scan_.gameIndex.size() < kIndexLimit)
+        if (scan_.gameIndex.size() < kIndexLimit && work_.written() < kMaxRecordNumber)
             scan_.gameIndex += SixCharacters(static_cast<int64_t>(work_.written()) + 1);
     }
     void dropLastIndexEntry() { scan_.gameIndex.chop(6); }
@@ -49,6 +64,9 @@ class ScanSink {
     WorkFile& work_;
     BookScan& scan_;
     const ScanProgress& progress_;
+    QByteArray record_ = QByteArray(kRecordLength, ' ');
+    QByteArray field_;
+    int32_t fieldGame_ = -1;
 };
 
 bool OpenText(QFile& file, const QString& path) {
@@ -311,6 +329,171 @@ BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
         }
         if (!sink.write(kPositionKind, VetToFEN(vet, board, piecesList).toLatin1())) return fail();
     }
+    sink.finish(true);
+    return scan;
+}
+
+} // namespace marlith
+
+namespace marlith {
+
+namespace {
+
+// The running state of the game scanner between lines.
+class PgnScanner {
+  public:
+    PgnScanner(BookScan& scan, ScanSink& sink, PgnBoard& board, const QByteArray& startPos)
+        : scan_(scan), sink_(sink), board_(board), startPos_(startPos), fen_(startPos) {}
+
+    // False when a record can't be written: the scan ends there.
+    bool line(const QByteArray& line) {
+        const char first = line.at(0);
+        if (first == ' ' || first == ';' || first == '%' || first == '*') return emptyLine();
+        if (first == '[') return tagLine(line);
+        return moveText(line);
+    }
+
+    // Tags at the very end open a game with no text: not counted.
+    void finish() {
+        if (last_ == 0 && scan_.gameCount >= 2) {
+            --scan_.gameCount;
+            sink_.dropLastIndexEntry();
+        }
+    }
+
+  private:
+    bool emptyLine() {
+        if (last_ == 2) {
+            if (!sink_.write(kPositionKind, fen_)) return false;
+            fen_ = startPos_;
+        } else {
+            side_ = -1;
+        }
+        last_ = seen_;
+        return true;
+    }
+
+    bool tagLine(const QByteArray& line) {
+        seen_ = 1;
+        if (last_ == 1) {
+            ++scan_.gameCount;
+            sink_.game = scan_.gameCount;
+            sink_.indexNextRecord();
+            sink_.count(scan_.gameCount, 10);
+        }
+        if (!line.toUpper().startsWith("[FEN")) {
+            if (!sink_.write(kHeaderKind, line)) return false;
+            if (last_ != 2) last_ = 0;
+            return true;
+        }
+        // The position stands between the first two quotes behind "[FEN".
+        const QByteArray rest = line.mid(4);
+        const qsizetype open = rest.indexOf('"');
+        if (open < 0) {
+            fen_ = rest.trimmed();
+        } else {
+            const qsizetype close = rest.indexOf('"', open + 1);
+            fen_ = close < 0 ? rest.mid(open + 1) : rest.mid(open + 1, close - open - 1);
+        }
+        last_ = 2;
+        side_ = fen_.toLower().contains(" b") ? 1 : 0;
+        board_.setUp(fen_);
+        return true;
+    }
+
+    bool moveText(const QByteArray& line) {
+        last_ = seen_;
+        word_.clear();
+        for (const char c : line) {
+            switch (c) {
+            case ' ':
+            case '.':
+                if (!endWord()) return false;
+                break;
+            case '(':
+            case '{':
+                ++depth_;
+                break;
+            case ')':
+            case '}':
+                --depth_;
+                break;
+            default:
+                // Comments and variations nest and may span lines.
+                if (depth_ < 1) {
+                    word_ += c;
+                    depth_ = 0;
+                }
+                break;
+            }
+        }
+        return true;
+    }
+
+    // Move numbers and results begin with a digit from 1 to 9; anything
+    // else, the empty word included, is tried as a move.
+    bool endWord() {
+        const bool numbered = !word_.isEmpty() && word_.at(0) >= '1' && word_.at(0) <= '9';
+        if (!numbered && !tryMove()) return false;
+        word_.clear();
+        return true;
+    }
+
+    bool tryMove() {
+        if (side_ < 0) {
+            // A game with no setup starts from the start position.
+            if (!sink_.write(kPositionKind, startPos_)) return false;
+            side_ = 0;
+            fen_ = startPos_;
+            board_.setUp(fen_);
+        }
+        if (word_.isEmpty() || !board_.play(word_, side_)) return true;
+        board_.boardText(position_);
+        position_ += side_ != 0 ? " w - - 0 0" : " b - - 0 0";
+        side_ = 1 - side_;
+        return sink_.write(kPositionKind, position_);
+    }
+
+    BookScan& scan_;
+    ScanSink& sink_;
+    PgnBoard& board_;
+    const QByteArray& startPos_;
+    QByteArray fen_;
+    QByteArray word_;
+    QByteArray position_;
+    int side_ = -1;
+    int seen_ = 0;
+    int last_ = 0;
+    int depth_ = 0;
+};
+
+} // namespace
+
+BookScan ScanPGN(const QString& bookFile, WorkFile& work, PgnBoard& board,
+                 const QByteArray& startPos, const ScanProgress& progress) {
+    BookScan scan;
+    scan.gameCount = 1;
+    scan.gameIndex = SixCharacters(1);
+    ScanSink sink(work, scan, progress);
+    QFile file;
+    if (!work.isOpen() || !OpenText(file, bookFile)) {
+        sink.finish(false);
+        return scan;
+    }
+    LineReader reader(file);
+    PgnScanner scanner(scan, sink, board, startPos);
+    QByteArray raw;
+    while (reader.next(raw)) {
+        if (!scanner.line(PrepareLine(raw))) {
+            sink.finish(false);
+            return scan;
+        }
+    }
+    if (reader.error()) {
+        sink.finish(false);
+        return scan;
+    }
+    scanner.finish();
     sink.finish(true);
     return scan;
 }

@@ -63,4 +63,23 @@ BookScan ScanEPD(const QString& bookFile, WorkFile& work, const ScanProgress& pr
 BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
                  const QString& piecesList, const ScanProgress& progress);
 
+// What the game scanner needs of the board: set up a position, play one word
+// of move text, and tell the position as FEN text. The scanner knows nothing
+// of how pieces move.
+class PgnBoard {
+  public:
+    virtual ~PgnBoard() = default;
+    // The position's pieces into the wanted slots; fields behind the board are
+    // read as the board text reader reads them.
+    virtual void setUp(const QByteArray& fen) = 0;
+    // side 0 White, 1 Black; false when the word is no move on this board.
+    virtual bool play(QByteArray& word, int side) = 0;
+    // The board field of the position, into out.
+    virtual void boardText(QByteArray& out) = 0;
+};
+
+// Games with their tags: each half-move played becomes one position record.
+BookScan ScanPGN(const QString& bookFile, WorkFile& work, PgnBoard& board,
+                 const QByteArray& startPos, const ScanProgress& progress);
+
 } // namespace marlith

@@ -75,14 +75,14 @@ bool WorkFile::append(const QByteArray& record) {
     pending_ += record;
     ++written_;
     // Records go out in blocks: a scan writes hundreds of thousands.
-    return pending_.size() < (1 << 16) || flush();
+    return pending_.size() < (1 << 20) || flush();
 }
 
 bool WorkFile::flush() {
     if (pending_.isEmpty()) return true;
     const qint64 at = static_cast<qint64>(written_) * kRecordLength - pending_.size();
     const bool ok = file_.seek(at) && file_.write(pending_) == pending_.size();
-    pending_.clear();
+    pending_.resize(0); // keeps its room for the next block
     return ok;
 }
 

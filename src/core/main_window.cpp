@@ -2,6 +2,7 @@
 
 #include "books/book_panel.h"
 #include "books/book_scan.h"
+#include "books/pgn_board.h"
 #include "chooser/file_chooser.h"
 #include "core/about_window.h"
 #include "core/help_window.h"
@@ -201,9 +202,9 @@ void Form1::CreateMenus() {
               {"MNSave", "&Save Image", ctrl(Qt::Key_S), true, &Form1::MNSave_Click},
               {"MNSaveAs", "Save Image &As...", ctrl(Qt::Key_A), true, &Form1::MNSaveAs_Click},
               {"MNs2", "-", {}, true, nullptr},
-              {"MNLoad", "Open &Book", ctrl(Qt::Key_B), true, nullptr},
+              {"MNLoad", "Open &Book", ctrl(Qt::Key_B), true, &Form1::MNLoad_Click},
               {"MNCriteria", "&Criteria", ctrl(Qt::Key_F), false, nullptr},
-              {"MNClose", "Cl&ose book", ctrl(Qt::Key_O), false, nullptr},
+              {"MNClose", "Cl&ose book", ctrl(Qt::Key_O), false, &Form1::MNClose_Click},
               {"MNs6", "-", {}, true, nullptr},
               {"MNPrint", "&Print", ctrl(Qt::Key_P), true, nullptr},
               {"MNs3", "-", {}, true, nullptr}});
@@ -605,7 +606,11 @@ void Form1::CmdLoad() {
                        state_.style.BorderWidth, state_.style.PiecesList, progress);
     else if (extension == QLatin1String(".EPD"))
         scan = ScanEPD(state_.bookFile, book.work, progress);
-    else
+    else if (extension == QLatin1String(".PGN")) {
+        StylePgnBoard board(state_.style);
+        scan =
+            ScanPGN(state_.bookFile, book.work, board, state_.style.StartPos.toLatin1(), progress);
+    } else
         scan = ScanFEN(state_.bookFile, book.work, progress);
     book.gameCount = scan.gameCount;
     book.recordCount = scan.recordCount;

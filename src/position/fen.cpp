@@ -20,41 +20,68 @@ int FoldedContent(int value, int piecesCount) {
     return value < 0 ? 0 : value;
 }
 
-QString VetToFEN(const VetArray& vet, const Board& board, const QString& piecesList) {
-    const int pieces = static_cast<int>(piecesList.size());
-    const int squares = board.squares();
-    QString w;
+namespace {
+
+// One writer for both kinds of text: Text is QString or QByteArray, letter(k)
+// gives the letter of piece k (from 0).
+template <typename Text, typename Letter>
+void WriteFEN(const VetArray& vet, const Board& board, int pieces, Letter letter, Text& w) {
+    const int squares = std::min(board.squares(), kVetSquares);
     int col = 0;
     int run = 0;
+    auto number = [&w](int n) {
+        // A run is at most a row long; rows may have up to 400 squares.
+        if (n >= 100) w += static_cast<char>('0' + n / 100);
+        if (n >= 10) w += static_cast<char>('0' + n / 10 % 10);
+        w += static_cast<char>('0' + n % 10);
+    };
     for (int i = 0; i < squares; ++i) {
         const int k = FoldedContent(vet[i][1], pieces);
         if (k < 1 || k > pieces) {
             ++col;
             ++run;
             if (col == board.columns) {
-                w += QString::number(run) + QLatin1Char('/');
+                number(run);
+                w += '/';
                 run = 0;
                 col = 0;
             }
             if (run > 8) {
-                w += QLatin1Char('8');
+                w += '8';
                 run = 1;
             }
         } else {
             if (run > 0) {
-                w += QString::number(run);
+                number(run);
                 run = 0;
             }
-            w += piecesList.at(k - 1);
+            w += letter(k - 1);
             ++col;
             if (col == board.columns) {
-                w += QLatin1Char('/');
+                w += '/';
                 col = 0;
             }
         }
     }
-    if (w.endsWith(QLatin1Char('/'))) w.chop(1);
+    if (w.endsWith('/')) w.chop(1);
+}
+
+} // namespace
+
+QString VetToFEN(const VetArray& vet, const Board& board, const QString& piecesList) {
+    QString w;
+    WriteFEN(
+        vet, board, static_cast<int>(piecesList.size()),
+        [&piecesList](int k) { return piecesList.at(k); }, w);
     return w;
+}
+
+void VetToFEN(const VetArray& vet, const Board& board, const QByteArray& piecesList,
+              QByteArray& out) {
+    out.clear();
+    WriteFEN(
+        vet, board, static_cast<int>(piecesList.size()),
+        [&piecesList](int k) { return piecesList.at(k); }, out);
 }
 
 void ResetVet(VetArray& vet, const Board& board) {

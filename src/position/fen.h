@@ -1,6 +1,7 @@
 // The square vector and the program's FEN dialect, in both directions.
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <array>
 #include <cstdint>
@@ -28,6 +29,10 @@ int16_t SqrColor(int square, int columns);
 int FoldedContent(int value, int piecesCount);
 
 QString VetToFEN(const VetArray& vet, const Board& board, const QString& piecesList);
+// The same for a list of single-byte letters, into a buffer kept by the
+// caller: the game scanner writes a position for every half-move.
+void VetToFEN(const VetArray& vet, const Board& board, const QByteArray& piecesList,
+              QByteArray& out);
 
 void ResetVet(VetArray& vet, const Board& board);
 

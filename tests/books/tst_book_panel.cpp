@@ -171,7 +171,7 @@ class TstBookPanel : public QObject {
         Book b(kThreeGames);
         const int openHeight = b.form->height();
         QCOMPARE(b.state.recentFile[0], b.folder() + QStringLiteral("b.fen"));
-        b.form->MNClose_Click();
+        b.action("MNClose")->trigger();
         QVERIFY(!b.panel->isVisible());
         QVERIFY(!b.state.book.isOpen());
         QVERIFY(!b.action("MNClose")->isEnabled());

@@ -375,7 +375,7 @@ class TstFileChooser : public QObject {
             auto* files = chooser.findChild<QListWidget*>(QStringLiteral("filList"));
             DoubleClick(files, Row(files, "b.fen"));
         };
-        f.form->MNLoad_Click();
+        f.action("MNLoad")->trigger(); // the menu item runs the command
         QCOMPARE(f.state.bookFile, f.folder() + QStringLiteral("b.fen"));
         QVERIFY(f.state.book.isOpen());
         QCOMPARE(f.state.book.gameCount, 1);

@@ -1,0 +1,32 @@
+#include "books/pgn_board.h"
+
+#include "position/move_reader.h"
+#include "position/move_writer.h"
+
+namespace marlith {
+
+StylePgnBoard::StylePgnBoard(const Style& style)
+    : board_{style.BorderHeight, style.BorderWidth}, notation_(NotationOf(style)),
+      piecesLetters_(style.PiecesList.toLatin1()),
+      singleByteLetters_(QString::fromLatin1(piecesLetters_) == style.PiecesList) {}
+
+void StylePgnBoard::setUp(const QByteArray& fen) {
+    QString text = QString::fromLatin1(fen);
+    Build2(1, text, vet_, board_, notation_.piecesList);
+}
+
+bool StylePgnBoard::play(QByteArray& word, int side) {
+    word_ = QString::fromLatin1(word);
+    PlayMove(side, word_, vet_, board_, notation_);
+    if (word_.isEmpty()) word.clear();
+    return !word_.isEmpty();
+}
+
+void StylePgnBoard::boardText(QByteArray& out) {
+    if (singleByteLetters_)
+        VetToFEN(vet_, board_, piecesLetters_, out);
+    else
+        out = VetToFEN(vet_, board_, notation_.piecesList).toUtf8();
+}
+
+} // namespace marlith

@@ -1,0 +1,30 @@
+// The board of the game scanner in the current style: its size, its letters
+// for the pieces, and which kind of piece each letter is.
+#pragma once
+
+#include "books/book_scan.h"
+#include "position/fen.h"
+#include "position/notation.h"
+
+namespace marlith {
+
+class StylePgnBoard final : public PgnBoard {
+  public:
+    explicit StylePgnBoard(const Style& style);
+
+    void setUp(const QByteArray& fen) override;
+    bool play(QByteArray& word, int side) override;
+    void boardText(QByteArray& out) override;
+
+  private:
+    Board board_;
+    Notation notation_;
+    QByteArray piecesLetters_; // the letters as single bytes, when they are
+    bool singleByteLetters_ = false;
+    VetArray vet_{};
+    // Kept between moves to spare allocations: the scan asks for a position
+    // at every half-move.
+    QString word_;
+};
+
+} // namespace marlith

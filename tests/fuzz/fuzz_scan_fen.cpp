@@ -1,0 +1,11 @@
+// Any bytes as a .fen book: the scan and the walk never read outside a
+// buffer or the work file.
+#include "scan_fuzz_support.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    marlith::fuzz::ScanAndWalk(data, size, ".fen",
+                               [](const QString& book, marlith::WorkFile& work) {
+                                   return marlith::ScanFEN(book, work, {});
+                               });
+    return 0;
+}

@@ -1,0 +1,15 @@
+// Any bytes as a .pgn book, played on the default board: the scan and the
+// walk never read outside a buffer or the work file.
+#include "books/pgn_board.h"
+#include "scan_fuzz_support.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    marlith::fuzz::ScanAndWalk(
+        data, size, ".pgn", [](const QString& book, marlith::WorkFile& work) {
+            marlith::Style style;
+            marlith::ResetStyle(style);
+            marlith::StylePgnBoard board(style);
+            return marlith::ScanPGN(book, work, board, style.StartPos.toLatin1(), {});
+        });
+    return 0;
+}
