@@ -4,6 +4,7 @@
 #include "core/main_window.h"
 #include "core/tool_faces.h"
 #include "core/tool_image.h"
+#include "core/widget_geometry.h"
 
 #include <QKeyEvent>
 #include <QLabel>
@@ -11,19 +12,6 @@
 #include <QScrollBar>
 
 namespace marlith {
-
-namespace {
-
-QRect TwipRect(int left, int top, int width, int height) {
-    return QRect(left / kTwipsPerPixel, top / kTwipsPerPixel, width / kTwipsPerPixel,
-                 height / kTwipsPerPixel);
-}
-
-void SetBorder(QLabel* label, bool on) {
-    label->setFrameStyle(on ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
-}
-
-} // namespace
 
 BookPanel::BookPanel(AppState& state, Form1& form1, QWidget* parent)
     : QGroupBox(parent), state_(state), form1_(form1) {
@@ -170,17 +158,17 @@ bool BookPanel::eventFilter(QObject* watched, QEvent* event) {
     }
     case QEvent::FocusIn:
         if (watched == hScroll1_)
-            SetBorder(label1_, true);
+            SetFocusBorder(label1_, true);
         else if (watched == picture1_)
-            SetBorder(label5_, true);
+            SetFocusBorder(label5_, true);
         else if (watched == list1_ && list1_->count() > 0)
             list1_->setCurrentRow(0);
         break;
     case QEvent::FocusOut:
         if (watched == hScroll1_)
-            SetBorder(label1_, false);
+            SetFocusBorder(label1_, false);
         else if (watched == picture1_)
-            SetBorder(label5_, false);
+            SetFocusBorder(label5_, false);
         else if (watched == list1_)
             list1_->clearSelection();
         break;

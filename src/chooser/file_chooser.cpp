@@ -2,6 +2,7 @@
 
 #include "chooser/seek_rules.h"
 #include "core/app_state.h"
+#include "core/widget_geometry.h"
 #include "styles/style.h"
 
 #include <QCloseEvent>
@@ -20,16 +21,6 @@
 namespace marlith {
 
 namespace {
-
-// Design positions are twips; a widget's pixels are twips / 15.
-QRect TwipRect(int left, int top, int width, int height) {
-    return QRect(left / kTwipsPerPixel, top / kTwipsPerPixel, width / kTwipsPerPixel,
-                 height / kTwipsPerPixel);
-}
-
-void SetBorder(QLabel* label, bool on) {
-    label->setFrameStyle(on ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
-}
 
 constexpr int kClientWidth = 5415;
 constexpr int kClientHeight = 3405;
@@ -282,10 +273,10 @@ bool WinSeek::eventFilter(QObject* watched, QEvent* event) {
         const bool in = type == QEvent::FocusIn;
         if (watched == text2_) {
             if (in) text2_->selectAll();
-            SetBorder(label1_, in);
+            SetFocusBorder(label1_, in);
         } else if (watched == txtSearchSpec_) {
             if (in) txtSearchSpec_->lineEdit()->selectAll();
-            SetBorder(lblCriteria_, in);
+            SetFocusBorder(lblCriteria_, in);
         } else if (watched == dirList_ && !in) {
             // A folder reached by the arrow keys counts as opened once the
             // focus leaves the list for another control of this window.

@@ -11,6 +11,7 @@
 #include "core/style_list.h"
 #include "core/tool_faces.h"
 #include "core/tool_image.h"
+#include "core/widget_geometry.h"
 #include "drawing/diagram_view.h"
 #include "drawing/view_window.h"
 #include "editing/board_edit.h"
@@ -37,16 +38,6 @@
 namespace marlith {
 
 namespace {
-
-// Design positions are twips; a widget's pixels are twips / 15.
-QRect TwipRect(int left, int top, int width, int height) {
-    return QRect(left / kTwipsPerPixel, top / kTwipsPerPixel, width / kTwipsPerPixel,
-                 height / kTwipsPerPixel);
-}
-
-void SetCounterBorder(QLabel* label, bool on) {
-    label->setFrameStyle(on ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
-}
 
 QFrame* SeparatorLine(QWidget* parent, int y, const QColor& colour) {
     auto* line = new QFrame(parent);
@@ -766,10 +757,10 @@ bool Form1::eventFilter(QObject* watched, QEvent* event) {
             break;
         }
         case QEvent::FocusIn:
-            SetCounterBorder(label3_, true);
+            SetFocusBorder(label3_, true);
             break;
         case QEvent::FocusOut:
-            SetCounterBorder(label3_, false);
+            SetFocusBorder(label3_, false);
             break;
         default:
             break;
