@@ -151,6 +151,8 @@ Form8::Form8(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), st
 }
 
 Form8::~Form8() {
+    // Focus moves while the widgets go; this part of the window is gone by then.
+    disconnect(qApp, nullptr, this, nullptr);
     // An engine still at work when the program ends goes with it.
     if (process_ && process_->state() != QProcess::NotRunning) {
         process_->kill();
