@@ -1,5 +1,6 @@
 #include "engines/popeye.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
@@ -206,6 +207,35 @@ class TstPopeye : public QObject {
         QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Finished);
         QVERIFY(!QFile::exists(protocol));
         QVERIFY(!run.active());
+    }
+
+    // A protocol that goes away before it is read is waited for again; a
+    // huge one is shown in part.
+    void vanishingAndHugeProtocols() {
+        QTemporaryDir dir;
+        const QString protocol = dir.path() + QStringLiteral("/Fi.tmp");
+        PopeyeRun run;
+        QStringList rows;
+        run.begin(protocol, 60);
+        Write(protocol, "a\r\n");
+        run.advance(false, rows);
+        QVERIFY(QFile::remove(protocol));
+        QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Waiting);
+        QCOMPARE(run.stage(), int16_t(1));
+        Write(protocol, QByteArray("x\n").repeated(kMaxResultRows + 10));
+        QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Rows);
+        QCOMPARE(rows.size(), kMaxResultRows);
+
+        QByteArray text = "one\r\ntwo\n\nthree\rfour";
+        QBuffer buffer(&text);
+        QVERIFY(buffer.open(QIODevice::ReadOnly));
+        QCOMPARE(ReadLines(buffer, true, 2),
+                 QStringList({QStringLiteral("one"), QStringLiteral("two")}));
+        QVERIFY(buffer.seek(0));
+        QCOMPARE(ReadLines(buffer, true, 100, 7),
+                 QStringList({QStringLiteral("one"), QStringLiteral("tw")}));
+        QVERIFY(buffer.seek(0));
+        QCOMPARE(ReadLines(buffer, true).last(), QStringLiteral("four"));
     }
 
     void clockShowsEachNewSecond() {
