@@ -22,7 +22,7 @@ namespace marlith {
 
 namespace {
 
-constexpr int kTickMs = 20;
+constexpr int kTickMs = 50;
 
 QPushButton* Button(QWidget* parent, const char* name, const char* caption, QRect geometry) {
     auto* button = new QPushButton(QString::fromUtf8(caption), parent);

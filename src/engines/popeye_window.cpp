@@ -21,7 +21,7 @@ namespace marlith {
 
 namespace {
 
-constexpr int kTickMs = 20;
+constexpr int kTickMs = 50;
 
 const char* const kCaptions[11] = {"Stipulation ", "Moves ",        "Conditions ", "Options ",
                                    "Twins ",       "ZeroPosition ", "White pcs ",  "Black pcs ",
