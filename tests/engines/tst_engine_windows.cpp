@@ -26,7 +26,7 @@ proto=$(sed -n 's/^Protocol //p' "$last" | tr -d '\r')
 sleep 0.3
 printf 'Popeye stand-in\r\n\r\n' >> "$proto"
 tr -d '\r' < "$last" >> "$proto"
-sleep 1.2
+sleep 2
 printf '%s\r\n' "solution: 1.Qd1-d8 ! zugzwang, and then a line long enough to wrap" >> "$proto"
 )sh";
 
@@ -51,7 +51,7 @@ while IFS= read -r line; do
     "log on") next ;;
     setboard*) board=${line#setboard } ;;
     analyze) sleep 0.3; printf 'Crafty stand-in\r\n\r\nposition %s\r\n' "$board" >> "$log" ;;
-    quit) sleep 1.2; printf '  depth 9 done\n' >> "$log"; printf 'no line end' >> "$log"; exit 0 ;;
+    quit) sleep 2; printf '  depth 9 done\n' >> "$log"; printf 'no line end' >> "$log"; exit 0 ;;
   esac
 done
 )sh";
