@@ -7,6 +7,7 @@
 #include "styles/style.h"
 
 #include <QString>
+#include <QStringList>
 #include <array>
 #include <cstdint>
 
@@ -24,6 +25,15 @@ struct AppState {
     QString recentEngine;
     QString pyDatDictionary;
     QString fullDictionary;
+    // The engines found at start ("" when missing) and the lists that Py.dat
+    // gives the Popeye window's boxes.
+    QString popeyeProgram;
+    QString craftyProgram;
+    std::array<QStringList, 11> pyDatLists;
+    // The Popeye window's fields, kept for the run and never saved.
+    std::array<QString, 11> pyParam;
+    // The extension of the current Crafty log, such as "007".
+    QString logExt;
     int16_t prevInstanceFlag = 0;
     int16_t keepForms = -1; // -1 while the main window lives, 0 once it closes
     int16_t reversedBoard = 0;

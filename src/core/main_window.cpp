@@ -234,8 +234,8 @@ void Form1::CreateMenus() {
                     {"MNstyle", "Styl&e", ctrl(Qt::Key_E), true, &Form1::MNstyle_Click}});
 
     QMenu* engines = addMenu(nullptr, "MNEngines", "En&gines");
-    addItems(engines, {{"MNpy", "Pope&ye", ctrl(Qt::Key_Y), true, nullptr},
-                       {"MNCrafty", "&Crafty", ctrl(Qt::Key_K), true, nullptr}});
+    addItems(engines, {{"MNpy", "Pope&ye", ctrl(Qt::Key_Y), true, &Form1::MNpy_Click},
+                       {"MNCrafty", "&Crafty", ctrl(Qt::Key_K), true, &Form1::MNCrafty_Click}});
 
     QMenu* help = addMenu(nullptr, "MNHelp", "&Help");
     addItems(help, {{"MNContents", "&Contents", {}, true, &Form1::MNContents_Click},
@@ -315,6 +315,7 @@ void Form1::Form_Load(const QStringList& arguments) {
     setWindowTitle(QStringLiteral("Marlith - Marlith.bmp"));
 
     ReadSettings();
+    DetectEngines();
 
     state_.fullDictionary = state_.style.PyDictionary + state_.pyDatDictionary;
 
@@ -356,6 +357,7 @@ void Form1::Form_Unload() {
     if (state_.programFolder.isEmpty()) return;
     WriteSettings();
     DeleteTempFiles(state_.programFolder);
+    EngineCleanUp();
     if (instanceLock_) instanceLock_->unlock();
 }
 

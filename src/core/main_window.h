@@ -25,6 +25,8 @@ namespace marlith {
 class BookPanel;
 class DiagramView;
 class Form6;
+class Form8;
+class Form9;
 class HelpWindow;
 class ToolImage;
 class WinSeek;
@@ -88,6 +90,12 @@ class Form1 : public QMainWindow {
     void DrawView();
     DiagramView* picMain() const { return picMain_; }
 
+    // The engines: the Popeye and Crafty windows, created hidden at first use.
+    void MNpy_Click();
+    void MNCrafty_Click();
+    Form8* form8();
+    Form9* form9();
+
     // The child windows that follow the main window when it is minimised,
     // by their number (3, 6, 7, 8, 9); later windows register here.
     void setChildWindow(int number, QWidget* window);
@@ -122,6 +130,9 @@ class Form1 : public QMainWindow {
     bool MenuShortcutWins(QKeyEvent* key) const;
     // Shows the file chooser for a purpose; true and the path after Ok.
     bool ShowChooser(int mode, QString& path);
+    // Looks for the engines and Py.dat at start; the clean-up at the end.
+    void DetectEngines();
+    void EngineCleanUp();
 
     AppState& state_;
     Diagram diagram_;
@@ -143,6 +154,8 @@ class Form1 : public QMainWindow {
     Form6* form6_ = nullptr;
     // Created at first use, then hidden between uses so that it remembers.
     WinSeek* winSeek_ = nullptr;
+    Form8* form8_ = nullptr;
+    Form9* form9_ = nullptr;
     std::unique_ptr<QLockFile> instanceLock_;
     bool unloaded_ = false;
 };

@@ -227,8 +227,9 @@ class TstMainWindow : public QObject {
             {"MNDown", "MNEffects", "Move &Down", "F8", "1"},
             {"MNGraphic", "MNEdit", "&Graphic", "Ctrl+G", "1"},
             {"MNstyle", "MNEdit", "Styl&e", "Ctrl+E", "1"},
-            {"MNpy", "MNEngines", "Pope&ye", "Ctrl+Y", "1"},
-            {"MNCrafty", "MNEngines", "&Crafty", "Ctrl+K", "1"},
+            // No engine in the program folder: both entries are disabled.
+            {"MNpy", "MNEngines", "Pope&ye", "Ctrl+Y", "0"},
+            {"MNCrafty", "MNEngines", "&Crafty", "Ctrl+K", "0"},
             {"MNContents", "MNHelp", "&Contents", "", "1"},
             {"MNAbout", "MNHelp", "&About...", "", "1"},
         };
@@ -355,6 +356,7 @@ class TstMainWindow : public QObject {
         QTest::mouseClick(f.tool(QStringLiteral("Image4(8)")), Qt::LeftButton, {}, QPoint(5, 5));
         QCOMPARE(py.count(), 0);
         f.state.recentEngine = QStringLiteral("popeye");
+        f.action("MNpy")->setEnabled(true); // as if Popeye had been found
         QTest::mouseClick(f.tool(QStringLiteral("Image4(8)")), Qt::LeftButton, {}, QPoint(5, 5));
         QCOMPARE(py.count(), 1);
     }

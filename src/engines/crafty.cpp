@@ -1,0 +1,154 @@
+#include "engines/crafty.h"
+
+#include <QBuffer>
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+namespace marlith {
+
+namespace {
+
+QString LogName(const QString& ext) {
+    return QStringLiteral("log.") + ext;
+}
+
+} // namespace
+
+QByteArray CraftyRcText(const QString& depth, const QString& fen, bool whiteToMove) {
+    const QStringList lines = {
+        QStringLiteral("log off"),
+        QStringLiteral("ponder off"),
+        QStringLiteral("sd ") + depth,
+        QStringLiteral("setboard ") + fen +
+            (whiteToMove ? QStringLiteral(" w - -") : QStringLiteral(" b - -")),
+        whiteToMove ? QStringLiteral("white") : QStringLiteral("black"),
+        QStringLiteral("log on"),
+        QStringLiteral("analyze"),
+        QStringLiteral("exit"),
+        QStringLiteral("quit"),
+        QStringLiteral("exit"),
+    };
+    QByteArray text;
+    for (const QString& line : lines)
+        text += line.toUtf8() + "\r\n";
+    return text;
+}
+
+QString FirstFreeLogExt(const QString& folder) {
+    int i = 1;
+    for (; i <= 999; ++i)
+        if (!QFileInfo::exists(folder + LogName(QString::number(1000 + i).right(3)))) break;
+    return QString::number(1000 + i).right(3);
+}
+
+QString RunLogExt(const QString& folder, const QString& from) {
+    bool ok = false;
+    const int first = from.toInt(&ok);
+    QString best;
+    QDateTime bestTime;
+    int bestNumber = -1;
+    const QFileInfoList files =
+        QDir(folder).entryInfoList({QStringLiteral("log.*")}, QDir::Files, QDir::Name);
+    for (const QFileInfo& file : files) {
+        const QString name = file.fileName();
+        if (name.size() != 7 || !name.startsWith(QLatin1String("log."))) continue;
+        const QString ext = name.right(3);
+        bool digits = false;
+        const int number = ext.toInt(&digits);
+        if (!digits || (ok && number < first) || file.size() <= 0) continue;
+        const QDateTime time = file.lastModified();
+        if (best.isEmpty() || time > bestTime || (time == bestTime && number > bestNumber)) {
+            best = ext;
+            bestTime = time;
+            bestNumber = number;
+        }
+    }
+    return best;
+}
+
+QStringList LogRows(const QByteArray& data) {
+    QByteArray copy = data;
+    QBuffer buffer(&copy);
+    buffer.open(QIODevice::ReadOnly);
+    return ReadLines(buffer, false);
+}
+
+QString CraftyFen(const QString& text, const QString& piecesList, const QString& englishNotation) {
+    QString copy;
+    copy.reserve(text.size());
+    for (const QChar c : text) {
+        const qsizetype p = piecesList.indexOf(c);
+        if (p < 0)
+            copy += c;
+        else if (p < englishNotation.size())
+            copy += englishNotation[p];
+    }
+    return copy;
+}
+
+QString ElapsedText(int32_t elapsed) {
+    return ClockText(elapsed);
+}
+
+void CraftyRun::begin(const QString& folder, const QString& logExt) {
+    active_ = true;
+    stage_ = 0;
+    folder_ = folder;
+    firstExt_ = logExt;
+    logExt_ = logExt;
+    clock_.reset();
+}
+
+std::optional<QString> CraftyRun::clock(double now) {
+    if (!active_) return std::nullopt;
+    return clock_.tick(now, [](int32_t n) { return ElapsedText(n); });
+}
+
+CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool()>& start,
+                                   QStringList& rows) {
+    if (!active_) return Step::Waiting;
+    const QString log = folder_ + LogName(logExt_);
+    switch (stage_) {
+    case 0: {
+        const QFileInfo rc(folder_ + QLatin1String(kCraftyRc));
+        if (rc.exists() && rc.size() > 0 && start && start()) stage_ = 1;
+        return Step::Waiting;
+    }
+    case 1: {
+        // The log is read once the engine has ended and let go of it.
+        if (engineRunning) return Step::Waiting;
+        const QString ext = RunLogExt(folder_, firstExt_);
+        if (!ext.isEmpty()) {
+            logExt_ = ext;
+            stage_ = 2;
+        }
+        return Step::Waiting;
+    }
+    case 2: {
+        QFile file(log);
+        if (!file.open(QIODevice::ReadOnly)) return Step::Waiting;
+        rows = ReadLines(file, false);
+        stage_ = 3;
+        return Step::Rows;
+    }
+    case 3:
+        if (QFileInfo::exists(log)) QFile::remove(log);
+        if (!QFileInfo::exists(log)) stage_ = 4;
+        return Step::Waiting;
+    default: {
+        const QString game = folder_ + QStringLiteral("game.") + logExt_;
+        if (QFileInfo::exists(game)) QFile::remove(game);
+        if (QFileInfo::exists(game)) return Step::Waiting;
+        // The game file of the log the engine opened first and put away.
+        if (firstExt_ != logExt_) QFile::remove(folder_ + QStringLiteral("game.") + firstExt_);
+        stage_ = 0;
+        active_ = false;
+        clock_.reset();
+        return Step::Finished;
+    }
+    }
+}
+
+} // namespace marlith

@@ -1,0 +1,25 @@
+// What the two engine windows do alike with their result lists: copy them
+// to the clipboard and print them, and the twip geometry of their controls.
+#pragma once
+
+#include <QRect>
+#include <QString>
+#include <QStringList>
+
+class QListWidget;
+
+namespace marlith {
+
+// Design positions are twips; a widget's pixels are twips / 15.
+QRect TwipGeometry(int left, int top, int width, int height);
+
+QStringList ListRows(const QListWidget* list);
+
+// The clipboard is emptied; rows, each ended by CR LF, go there as text.
+void CopyRows(const QStringList& rows);
+
+// One row a line on the default printer, or into `pdfPath` when there is no
+// printer. No rows, nothing printed.
+bool PrintRows(const QStringList& rows, const QString& pdfPath);
+
+} // namespace marlith
