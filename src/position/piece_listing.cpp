@@ -1,5 +1,7 @@
 #include "position/piece_listing.h"
 
+#include "position/move_writer.h"
+
 #include <algorithm>
 
 namespace marlith {
@@ -27,12 +29,6 @@ void AddSquare(QString& list, const QString& name, const QString& square, const 
 }
 
 } // namespace
-
-QString SquareName(int square, int columns) {
-    if (columns <= 0) return {};
-    return QChar(static_cast<char16_t>(97 + square % columns)) +
-           QString::number(columns - square / columns);
-}
 
 PieceLists FEN2ALG(const VetArray& vet, const Board& board, const QString& piecesList,
                    const QString& englishNotation, const QString& dictionary, ListingMode mode) {

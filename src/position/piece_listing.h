@@ -22,9 +22,6 @@ enum class ListingMode : int16_t {
     Dictionary = 2,      // the dictionary's names, squares run together
 };
 
-// Square name: letter 'a' + column, then columns - row (as on square boards).
-QString SquareName(int square, int columns);
-
 // `dictionary` is FullDictionary: entries "&&" letter "=" colour name, the
 // style's before those of Py.dat, the first match deciding.
 PieceLists FEN2ALG(const VetArray& vet, const Board& board, const QString& piecesList,

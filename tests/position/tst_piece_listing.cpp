@@ -1,3 +1,4 @@
+#include "position/move_writer.h"
 #include "position/piece_listing.h"
 
 #include <QTest>
