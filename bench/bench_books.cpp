@@ -29,6 +29,7 @@ struct Run {
     int32_t games = 0;
     int32_t records = 0;
     bool ok = false;
+    bool exitedCleanly = false;
 };
 
 // Runs `work` in a child process, so that its peak memory is its own.
@@ -50,6 +51,7 @@ template <typename Work> Run InChild(Work work) {
     rusage usage{};
     wait4(child, &status, 0, &usage);
     run.peakKb = usage.ru_maxrss;
+    run.exitedCleanly = WIFEXITED(status) && WEXITSTATUS(status) == 0;
     return run;
 }
 
@@ -173,6 +175,9 @@ int main(int argc, char** argv) {
     const Run baseline = BaselineInChild(book);
     const Run oursBig = ScanInChild(big, work);
     const Run baselineBig = BaselineInChild(big);
+    if (!baseline.exitedCleanly || !baselineBig.exitedCleanly)
+        std::printf("pgn-extract did not run (bash scripts/setup.sh installs it): "
+                    "the baseline rows below mean nothing\n");
     Run named = baseline;
     named.games = ours.games;
     Run namedBig = baselineBig;

@@ -9,7 +9,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
   fontconfig fonts-dejavu-core
   xvfb xauth xdotool xclip x11-utils
-  pgn-extract clang libclang-rt-14-dev
+  pgn-extract
 )
 
 missing=()
