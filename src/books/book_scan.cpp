@@ -19,15 +19,21 @@ class ScanSink {
         work_.restart();
     }
 
-    int32_t game = 1;
+    // Game `number` begins with the next record; the running count is told
+    // at every `every`th game.
+    void startGame(int32_t number, int every) {
+        game_ = number;
+        indexNextRecord();
+        if (progress_ && number % every == 0) progress_(number);
+    }
 
     // False when the record can't be written: the scan then ends where it
     // stands. The record is built in one buffer kept for the whole scan.
     bool write(char kind, const QByteArray& text) {
         if (work_.written() >= std::numeric_limits<int32_t>::max() - 1) return false;
-        if (game != fieldGame_) {
-            fieldGame_ = game;
-            field_ = SixCharacters(game);
+        if (game_ != fieldGame_) {
+            fieldGame_ = game_;
+            field_ = SixCharacters(game_);
         }
         char* record = record_.data();
         record[0] = '?';
@@ -38,16 +44,7 @@ class ScanSink {
         std::memset(record + 8 + size, ' ', static_cast<size_t>(kRecordTextLength - size));
         return work_.append(record_);
     }
-    // A record number of more than six digits can't stand in the index: that
-    // game is counted but can't be reached, as those behind the index limit.
-    void indexNextRecord() {
-        if (scan_.gameIndex.size() < kIndexLimit && work_.written() < kMaxRecordNumber)
-            scan_.gameIndex += SixCharacters(static_cast<int64_t>(work_.written()) + 1);
-    }
     void dropLastIndexEntry() { scan_.gameIndex.chop(6); }
-    void count(int32_t games, int every) {
-        if (progress_ && games % every == 0) progress_(games);
-    }
     void finish(bool complete) {
         if (complete) work_.append(EndMark());
         work_.flush();
@@ -61,17 +58,33 @@ class ScanSink {
     }
 
   private:
+    // A record number of more than six digits can't stand in the index: that
+    // game is counted but can't be reached, as those behind the index limit.
+    void indexNextRecord() {
+        if (scan_.gameIndex.size() < kIndexLimit && work_.written() < kMaxRecordNumber)
+            scan_.gameIndex += SixCharacters(static_cast<int64_t>(work_.written()) + 1);
+    }
+
     WorkFile& work_;
     BookScan& scan_;
     const ScanProgress& progress_;
+    int32_t game_ = 1;
     QByteArray record_ = QByteArray(kRecordLength, ' ');
     QByteArray field_;
     int32_t fieldGame_ = -1;
 };
 
-bool OpenText(QFile& file, const QString& path) {
-    file.setFileName(path);
-    return file.open(QIODevice::ReadOnly);
+// Hands each line of the book, prepared, to handle(line). False when the
+// book can't be read to its end or handle refuses a line: a fault.
+template <typename Handle>
+bool ReadTextLines(const QString& bookFile, const WorkFile& work, Handle handle) {
+    QFile file(bookFile);
+    if (!work.isOpen() || !file.open(QIODevice::ReadOnly)) return false;
+    LineReader reader(file);
+    QByteArray raw;
+    while (reader.next(raw))
+        if (!handle(PrepareLine(raw))) return false;
+    return !reader.error();
 }
 
 } // namespace
@@ -179,67 +192,35 @@ BookScan ScanFEN(const QString& bookFile, WorkFile& work, const ScanProgress& pr
     scan.gameCount = 1;
     scan.gameIndex = SixCharacters(1);
     ScanSink sink(work, scan, progress);
-    // A fault ends the scan: what was read stays, no end mark is written.
-    auto fail = [&] {
-        sink.finish(false);
-        return scan;
-    };
-    QFile file;
-    if (!work.isOpen() || !OpenText(file, bookFile)) return fail();
-    LineReader reader(file);
-    QByteArray raw;
     bool lastWasPosition = false;
     bool lastWasHeader = false;
-    while (reader.next(raw)) {
-        const QByteArray line = PrepareLine(raw);
+    const bool complete = ReadTextLines(bookFile, work, [&](const QByteArray& line) {
         const char first = line.at(0);
-        if (first == ' ' || first == ';' || first == '{' || first == '%' || first == '*') continue;
-        if (first == '[') {
-            if (lastWasPosition) {
-                ++scan.gameCount;
-                sink.game = scan.gameCount;
-                sink.indexNextRecord();
-                sink.count(scan.gameCount, 100);
-            }
-            if (!sink.write(kHeaderKind, line)) return fail();
-            lastWasPosition = false;
-            lastWasHeader = true;
-        } else {
-            if (!sink.write(kPositionKind, line)) return fail();
-            lastWasPosition = true;
-            lastWasHeader = false;
-        }
-    }
-    if (reader.error()) return fail();
+        if (first == ' ' || first == ';' || first == '{' || first == '%' || first == '*')
+            return true;
+        const bool header = first == '[';
+        if (header && lastWasPosition) sink.startGame(++scan.gameCount, 100);
+        lastWasPosition = !header;
+        lastWasHeader = header;
+        return sink.write(header ? kHeaderKind : kPositionKind, line);
+    });
     // Headers at the very end open a game with no position: not counted.
-    if (lastWasHeader && scan.gameCount > 1) {
+    if (complete && lastWasHeader && scan.gameCount > 1) {
         --scan.gameCount;
         sink.dropLastIndexEntry();
     }
-    sink.finish(true);
+    // A fault keeps what was read, with no end mark.
+    sink.finish(complete);
     return scan;
 }
 
 BookScan ScanEPD(const QString& bookFile, WorkFile& work, const ScanProgress& progress) {
     BookScan scan;
     ScanSink sink(work, scan, progress);
-    // A fault ends the scan: what was read stays, no end mark is written.
-    auto fail = [&] {
-        sink.finish(false);
-        return scan;
-    };
-    QFile file;
-    if (!work.isOpen() || !OpenText(file, bookFile)) return fail();
-    LineReader reader(file);
-    QByteArray raw;
-    while (reader.next(raw)) {
-        const QByteArray line = PrepareLine(raw);
+    const bool complete = ReadTextLines(bookFile, work, [&](const QByteArray& line) {
         const char first = line.at(0);
-        if (first == ' ' || first == ';' || first == '{' || first == '%') continue;
-        ++scan.gameCount;
-        sink.game = scan.gameCount;
-        sink.indexNextRecord();
-        sink.count(scan.gameCount, 100);
+        if (first == ' ' || first == ';' || first == '{' || first == '%') return true;
+        sink.startGame(++scan.gameCount, 100);
         // The operations stand behind the fourth blank, each closed by ";".
         qsizetype blank = 0;
         int blanks = 0;
@@ -252,13 +233,13 @@ BookScan ScanEPD(const QString& bookFile, WorkFile& work, const ScanProgress& pr
                 if (end < 0) end = line.size();
                 const QByteArray piece = line.mid(from, end - from).trimmed();
                 if (piece.isEmpty()) break;
-                if (!sink.write(kHeaderKind, '[' + piece + ']')) return fail();
+                if (!sink.write(kHeaderKind, '[' + piece + ']')) return false;
                 from = end + 1;
             }
         }
-        if (!sink.write(kPositionKind, line)) return fail();
-    }
-    sink.finish(!reader.error());
+        return sink.write(kPositionKind, line);
+    });
+    sink.finish(complete);
     return scan;
 }
 
@@ -294,9 +275,7 @@ BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
     VetArray vet{};
     const Board board{rows, columns};
     for (int32_t n = 1; n <= scan.gameCount; ++n) {
-        sink.game = n;
-        sink.indexNextRecord();
-        sink.count(n, 100);
+        sink.startGame(n, 100);
         QByteArray entry;
         // An entry promised by the count but not in the file ends the scan.
         if (!readExactly(entries, 2 + static_cast<qint64>(n - 1) * kEntrySize, kEntrySize, entry))
@@ -375,13 +354,9 @@ class PgnScanner {
 
     bool tagLine(const QByteArray& line) {
         seen_ = 1;
-        if (last_ == 1) {
-            ++scan_.gameCount;
-            sink_.game = scan_.gameCount;
-            sink_.indexNextRecord();
-            sink_.count(scan_.gameCount, 10);
-        }
-        if (!line.toUpper().startsWith("[FEN")) {
+        // Games cost more to read than positions: the count is told more often.
+        if (last_ == 1) sink_.startGame(++scan_.gameCount, 10);
+        if (line.size() < 4 || qstrnicmp(line.constData(), "[FEN", 4) != 0) {
             if (!sink_.write(kHeaderKind, line)) return false;
             if (last_ != 2) last_ = 0;
             return true;
@@ -475,26 +450,11 @@ BookScan ScanPGN(const QString& bookFile, WorkFile& work, PgnBoard& board,
     scan.gameCount = 1;
     scan.gameIndex = SixCharacters(1);
     ScanSink sink(work, scan, progress);
-    QFile file;
-    if (!work.isOpen() || !OpenText(file, bookFile)) {
-        sink.finish(false);
-        return scan;
-    }
-    LineReader reader(file);
     PgnScanner scanner(scan, sink, board, startPos);
-    QByteArray raw;
-    while (reader.next(raw)) {
-        if (!scanner.line(PrepareLine(raw))) {
-            sink.finish(false);
-            return scan;
-        }
-    }
-    if (reader.error()) {
-        sink.finish(false);
-        return scan;
-    }
-    scanner.finish();
-    sink.finish(true);
+    const bool complete = ReadTextLines(
+        bookFile, work, [&scanner](const QByteArray& line) { return scanner.line(line); });
+    if (complete) scanner.finish();
+    sink.finish(complete);
     return scan;
 }
 

@@ -370,7 +370,7 @@ void Form1::DrawBoard() {
     image7_[6]->setVisible(outcome.squareBoard);
     image7_[8]->setVisible(outcome.squareBoard);
     picMain_->refresh(diagram_.takeDirty());
-    if (windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)) return;
+    if (!IsNormalState(*this)) return;
     const QSize twips = MainWindowSize(state_.style, frame2_->isVisible());
     resize(TwipToPixInt(twips.width()), TwipToPixInt(twips.height()));
 }
@@ -583,9 +583,8 @@ void Form1::PicMain_MouseUp(int, int, double x, double y) {
 void Form1::CmdLoad() {
     setCursor(Qt::WaitCursor);
     if (state_.book.isOpen()) MNClose_Click();
-    const bool normal =
-        !(windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen));
-    if (state_.style.WndHeight + 1350 < 5580 && normal) resize(width(), TwipToPixInt(5580));
+    if (state_.style.WndHeight + 1350 < 5580 && IsNormalState(*this))
+        resize(width(), TwipToPixInt(5580));
     frame2_->show();
     repaint();
 
@@ -631,8 +630,7 @@ void Form1::MNLoad_Click() {
 void Form1::MNClose_Click() {
     state_.book.work.close();
     frame2_->hide();
-    if (!(windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)))
-        resize(width(), TwipToPixInt(state_.style.WndHeight + 1350));
+    if (IsNormalState(*this)) resize(width(), TwipToPixInt(state_.style.WndHeight + 1350));
     action(QStringLiteral("MNCriteria"))->setEnabled(false);
     action(QStringLiteral("MNClose"))->setEnabled(false);
 }

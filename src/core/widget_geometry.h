@@ -5,19 +5,43 @@
 
 #include <QFrame>
 #include <QLabel>
+#include <QPushButton>
 #include <QRect>
+#include <QWidget>
 
 namespace marlith {
 
-// Positions of controls are kept in twips; a widget's pixels are twips / 15.
+// Positions of controls are kept in twips, turned into pixels as every other
+// length of the program.
 inline QRect TwipRect(int left, int top, int width, int height) {
-    return QRect(left / kTwipsPerPixel, top / kTwipsPerPixel, width / kTwipsPerPixel,
-                 height / kTwipsPerPixel);
+    return QRect(TwipToPixInt(left), TwipToPixInt(top), TwipToPixInt(width), TwipToPixInt(height));
 }
 
 // A label shows a border while the control it names has the focus.
 inline void SetFocusBorder(QLabel* label, bool on) {
     label->setFrameStyle(on ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
+}
+
+// Neither minimised, maximised nor full screen: only then does a window size
+// itself.
+inline bool IsNormalState(const QWidget& window) {
+    return !(window.windowState() &
+             (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen));
+}
+
+inline QPushButton* NamedButton(QWidget* parent, const char* name, const char* caption,
+                                QRect geometry) {
+    auto* button = new QPushButton(QString::fromUtf8(caption), parent);
+    button->setObjectName(QLatin1String(name));
+    button->setGeometry(geometry);
+    return button;
+}
+
+inline QLabel* NamedLabel(QWidget* parent, const char* name, const char* caption, QRect geometry) {
+    auto* label = new QLabel(QString::fromUtf8(caption), parent);
+    label->setObjectName(QLatin1String(name));
+    label->setGeometry(geometry);
+    return label;
 }
 
 } // namespace marlith

@@ -6,16 +6,6 @@
 
 namespace marlith {
 
-QString TrimSpaces(const QString& text) {
-    qsizetype start = 0;
-    qsizetype end = text.size();
-    while (start < end && text[start] == u' ')
-        ++start;
-    while (end > start && text[end - 1] == u' ')
-        --end;
-    return text.mid(start, end - start);
-}
-
 QStringList ReadLines(QIODevice& device, bool lastWithoutEnd, int maxLines, qint64 maxBytes) {
     QStringList lines;
     QByteArray buffer;

@@ -1,6 +1,8 @@
-// Text helpers shared by the two engines: trimming, the rows of a result
+// Text helpers shared by the two engines: the rows of a result
 // file, and the clock shown during a run.
 #pragma once
+
+#include "styles/style_block.h" // TrimSpaces
 
 #include <QByteArray>
 #include <QString>
@@ -11,9 +13,6 @@
 class QIODevice;
 
 namespace marlith {
-
-// Blanks (spaces only) off both ends.
-QString TrimSpaces(const QString& text);
 
 // A result file can be large: what is shown of it stops here.
 inline constexpr int kMaxResultRows = 100000;

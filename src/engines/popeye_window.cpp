@@ -1,19 +1,16 @@
 #include "engines/popeye_window.h"
 
 #include "core/app_state.h"
+#include "core/widget_geometry.h"
 #include "engines/solution_list.h"
 #include "position/piece_listing.h"
 
-#include <QApplication>
-#include <QCloseEvent>
 #include <QComboBox>
+#include <QEvent>
 #include <QFile>
-#include <QFileInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QMessageBox>
-#include <QProcess>
 #include <QPushButton>
 #include <QTimer>
 
@@ -21,18 +18,9 @@ namespace marlith {
 
 namespace {
 
-constexpr int kTickMs = 50;
-
 const char* const kCaptions[11] = {"Stipulation ", "Moves ",        "Conditions ", "Options ",
                                    "Twins ",       "ZeroPosition ", "White pcs ",  "Black pcs ",
                                    "Neutral pcs ", "Command ",      "Maxmem "};
-
-QPushButton* Button(QWidget* parent, const char* name, const char* caption, QRect geometry) {
-    auto* button = new QPushButton(QString::fromUtf8(caption), parent);
-    button->setObjectName(QLatin1String(name));
-    button->setGeometry(geometry);
-    return button;
-}
 
 QFrame* Rule(QWidget* parent, const char* name, int y, const QColor& colour) {
     auto* line = new QFrame(parent);
@@ -53,13 +41,9 @@ QString CutTrailingBlanks(QString text) {
 
 } // namespace
 
-Form8::Form8(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), state_(state) {
-    setObjectName(QStringLiteral("Form8"));
-    setWindowTitle(QStringLiteral("Popeye"));
+Form8::Form8(AppState& state, QWidget* parent)
+    : EngineWindow(state, parent, QStringLiteral("Form8"), QStringLiteral("Popeye")) {
     resize(TwipToPixInt(8565), TwipToPixInt(4170));
-    warn = [this](const QString& text) {
-        QMessageBox::warning(this, QStringLiteral("Warning"), text);
-    };
 
     QPalette red = palette();
     red.setColor(QPalette::WindowText, QColor(0xFF, 0, 0));
@@ -77,18 +61,18 @@ Form8::Form8(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), st
         combo->setCurrentIndex(-1);
         combo->setEditText(QString());
         if (i == 0) {
-            label->setGeometry(TwipGeometry(0, 40, 975, 315));
-            combo->setGeometry(TwipGeometry(960, 40, 1815, 315));
+            label->setGeometry(TwipRect(0, 40, 975, 315));
+            combo->setGeometry(TwipRect(960, 40, 1815, 315));
         } else if (i == 1) {
-            label->setGeometry(TwipGeometry(3000, 45, 735, 315));
-            combo->setGeometry(TwipGeometry(3720, 45, 735, 315));
+            label->setGeometry(TwipRect(3000, 45, 735, 315));
+            combo->setGeometry(TwipRect(3720, 45, 735, 315));
         } else if (i == 10) {
-            label->setGeometry(TwipGeometry(0, 3360, 975, 315));
-            combo->setGeometry(TwipGeometry(960, 3360, 1215, 315));
+            label->setGeometry(TwipRect(0, 3360, 975, 315));
+            combo->setGeometry(TwipRect(960, 3360, 1215, 315));
         } else {
             const int top = 480 + (i - 2) * 360;
-            label->setGeometry(TwipGeometry(0, top, 975, 315));
-            combo->setGeometry(TwipGeometry(960, top, 3495, 315));
+            label->setGeometry(TwipRect(0, top, 975, 315));
+            combo->setGeometry(TwipRect(960, top, 3495, 315));
         }
         if (i < 2) label->setPalette(red);
         // Typing is a change; a text set by the program is not, as the field
@@ -103,31 +87,25 @@ Form8::Form8(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), st
 
     label2_ = new QLabel(this);
     label2_->setObjectName(QStringLiteral("Label2"));
-    label2_->setGeometry(TwipGeometry(2280, 3480, 1215, 255));
+    label2_->setGeometry(TwipRect(2280, 3480, 1215, 255));
     label2_->setAlignment(Qt::AlignCenter);
     QFont bold = label2_->font();
     bold.setBold(true);
     label2_->setFont(bold);
 
-    command2_ = Button(this, "Command2", "&Solution", TwipGeometry(3600, 3360, 855, 315));
+    command2_ = NamedButton(this, "Command2", "&Solution", TwipRect(3600, 3360, 855, 315));
     command2_->setFont(bold);
-    command1_ = Button(this, "Command1", "Cl&ear All", TwipGeometry(0, 3840, 855, 315));
-    command4_ = Button(this, "Command4", "&Copy Sol", TwipGeometry(1320, 3840, 855, 315));
-    command5_ = Button(this, "Command5", "&Print Sol", TwipGeometry(2280, 3840, 855, 315));
-    command3_ = Button(this, "Command3", "Cl&ose", TwipGeometry(3600, 3840, 855, 315));
+    command1_ = NamedButton(this, "Command1", "Cl&ear All", TwipRect(0, 3840, 855, 315));
+    command4_ = NamedButton(this, "Command4", "&Copy Sol", TwipRect(1320, 3840, 855, 315));
+    command5_ = NamedButton(this, "Command5", "&Print Sol", TwipRect(2280, 3840, 855, 315));
+    command3_ = NamedButton(this, "Command3", "Cl&ose", TwipRect(3600, 3840, 855, 315));
     connect(command1_, &QPushButton::clicked, this, &Form8::Command1_Click);
     connect(command2_, &QPushButton::clicked, this, &Form8::Command2_Click);
     connect(command3_, &QPushButton::clicked, this, &Form8::Command3_Click);
     connect(command4_, &QPushButton::clicked, this, &Form8::Command4_Click);
     connect(command5_, &QPushButton::clicked, this, &Form8::Command5_Click);
 
-    list1_ = new QListWidget(this);
-    list1_->setObjectName(QStringLiteral("List1"));
-    list1_->setGeometry(TwipGeometry(4560, 45, 3975, 3960));
-    list1_->setFocusPolicy(Qt::NoFocus);
-    QPalette face = list1_->palette();
-    face.setColor(QPalette::Base, face.color(QPalette::Button));
-    list1_->setPalette(face);
+    MakeList1(TwipRect(4560, 45, 3975, 3960))->setFocusPolicy(Qt::NoFocus);
 
     QWidget* previous = combo1_[0];
     for (QWidget* next : {static_cast<QWidget*>(combo1_[1]), static_cast<QWidget*>(combo1_[2]),
@@ -142,22 +120,7 @@ Form8::Form8(AppState& state, QWidget* parent) : QWidget(parent, Qt::Window), st
         previous = next;
     }
 
-    timer1_ = new QTimer(this);
-    timer1_->setObjectName(QStringLiteral("Timer1"));
-    timer1_->setInterval(kTickMs);
-    connect(timer1_, &QTimer::timeout, this, &Form8::Timer1_Timer);
-    connect(qApp, &QApplication::focusChanged, this, &Form8::FocusChanged);
-    clock_.start();
-}
-
-Form8::~Form8() {
-    // Focus moves while the widgets go; this part of the window is gone by then.
-    disconnect(qApp, nullptr, this, nullptr);
-    // An engine still at work when the program ends goes with it.
-    if (process_ && process_->state() != QProcess::NotRunning) {
-        process_->kill();
-        process_->waitForFinished(1000);
-    }
+    WatchFocus();
 }
 
 void Form8::SetPieceLists(const PieceLists& lists) {
@@ -217,16 +180,9 @@ void Form8::Command2_Click() {
     list1_->addItem(QStringLiteral("Calculating..."));
     const double maxTime = MakeOptionText(state_.pyParam[3]).maxTime;
 
-    const QString program = state_.popeyeProgram;
-    if (program.isEmpty() || !QFileInfo(program).isExecutable()) return;
-    if (process_) process_->deleteLater();
-    process_ = new QProcess(this);
-    process_->setWorkingDirectory(state_.programFolder);
-    process_->setStandardInputFile(QProcess::nullDevice());
-    process_->setStandardOutputFile(QProcess::nullDevice());
-    process_->setStandardErrorFile(QProcess::nullDevice());
-    process_->start(program, PopeyeArguments(state_.pyParam, problem));
-    if (!process_->waitForStarted(5000)) return;
+    if (!engine_.start(state_.popeyeProgram, PopeyeArguments(state_.pyParam, problem),
+                       state_.programFolder))
+        return;
 
     lePy_ = 1;
     command2_->setEnabled(false);
@@ -247,10 +203,6 @@ void Form8::Command5_Click() {
     PrintRows(ListRows(list1_), state_.programFolder + QStringLiteral("Solution.pdf"));
 }
 
-bool Form8::EngineRunning() const {
-    return process_ && process_->state() != QProcess::NotRunning;
-}
-
 void Form8::Wake() {
     if (!timer1_->isActive()) timer1_->start();
 }
@@ -266,23 +218,15 @@ void Form8::Timer1_Timer() {
         timer1_->stop();
         return;
     }
-    if (const std::optional<QString> shown = run_.clock(clock_.elapsed() / 1000.0)) {
-        label2_->setText(*shown);
-        label2_->repaint();
-    }
+    ShowClock(run_.clock(clock_.elapsed() / 1000.0));
     QStringList rows;
-    switch (run_.advance(EngineRunning(), rows)) {
+    switch (run_.advance(engine_.running(), rows)) {
     case PopeyeRun::Step::Rows:
-        if (!isVisible()) show();
-        list1_->clear();
-        list1_->addItems(rows);
+        ShowRows(rows);
         break;
     case PopeyeRun::Step::Finished:
         lePy_ = 0;
-        label2_->clear();
-        command2_->setEnabled(true);
-        command3_->setText(QStringLiteral("Cl&ose"));
-        timer1_->stop();
+        EndRun(command2_, command3_);
         break;
     case PopeyeRun::Step::Waiting:
         break;
@@ -292,27 +236,13 @@ void Form8::Timer1_Timer() {
 void Form8::FocusChanged() {
     for (size_t i = 0; i < combo1_.size(); ++i) {
         const bool focused = combo1_[i]->hasFocus() || combo1_[i]->lineEdit()->hasFocus();
-        label1_[i]->setFrameStyle(focused ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
+        SetFocusBorder(label1_[i], focused);
     }
-}
-
-void Form8::closeEvent(QCloseEvent* event) {
-    // Closing only hides the window while the main window lives; a run goes on.
-    if (state_.keepForms != 0) {
-        event->ignore();
-        hide();
-        return;
-    }
-    event->accept();
 }
 
 void Form8::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    if (windowState() & (Qt::WindowMinimized | Qt::WindowMaximized | Qt::WindowFullScreen)) return;
-    const QSize outer = frameGeometry().size();
-    const int width = TwipToPixInt(std::max(0, outer.width() * kTwipsPerPixel - 4690));
-    const int height = TwipToPixInt(std::max(0, outer.height() * kTwipsPerPixel - 465));
-    list1_->resize(width, height);
+    StretchList1(4690, 465);
 }
 
 void Form8::changeEvent(QEvent* event) {

@@ -13,10 +13,6 @@
 
 namespace marlith {
 
-QRect TwipGeometry(int left, int top, int width, int height) {
-    return QRect(TwipToPixInt(left), TwipToPixInt(top), TwipToPixInt(width), TwipToPixInt(height));
-}
-
 QStringList ListRows(const QListWidget* list) {
     QStringList rows;
     for (int i = 0; i < list->count(); ++i)

@@ -1,5 +1,5 @@
 // What the two engine windows do alike with their result lists: copy them
-// to the clipboard and print them, and the twip geometry of their controls.
+// to the clipboard and print them.
 #pragma once
 
 #include <QRect>
@@ -9,9 +9,6 @@
 class QListWidget;
 
 namespace marlith {
-
-// Design positions are twips; a widget's pixels are twips / 15.
-QRect TwipGeometry(int left, int top, int width, int height);
 
 QStringList ListRows(const QListWidget* list);
 

@@ -1,22 +1,13 @@
 #include "position/piece_listing.h"
 
 #include "position/move_writer.h"
+#include "styles/style_block.h"
 
 #include <algorithm>
 
 namespace marlith {
 
 namespace {
-
-QString TrimSpaces(const QString& text) {
-    qsizetype start = 0;
-    qsizetype end = text.size();
-    while (start < end && text[start] == u' ')
-        ++start;
-    while (end > start && text[end - 1] == u' ')
-        --end;
-    return text.mid(start, end - start);
-}
 
 // A square goes directly behind the first occurrence of the name; a name not
 // yet there starts a new item at the end.

@@ -13,6 +13,16 @@ bool IsBlank(QChar c) {
     return c == u' ' || c == u'\t';
 }
 
+template <typename Strip> QString TrimWhile(QStringView text, Strip strip) {
+    qsizetype start = 0;
+    qsizetype end = text.size();
+    while (start < end && strip(text[start]))
+        ++start;
+    while (end > start && strip(text[end - 1]))
+        --end;
+    return text.mid(start, end - start).toString();
+}
+
 bool IsLineEnd(QChar c) {
     return c == u'\r' || c == u'\n';
 }
@@ -205,13 +215,11 @@ QStringList SplitItems(QStringView text) {
 }
 
 QString TrimBlanks(QStringView text) {
-    qsizetype start = 0;
-    qsizetype end = text.size();
-    while (start < end && IsBlank(text[start]))
-        ++start;
-    while (end > start && IsBlank(text[end - 1]))
-        --end;
-    return text.mid(start, end - start).toString();
+    return TrimWhile(text, IsBlank);
+}
+
+QString TrimSpaces(QStringView text) {
+    return TrimWhile(text, [](QChar c) { return c == u' '; });
 }
 
 std::optional<StyleItem> ParseItem(QStringView item, KeylessItems keyless) {

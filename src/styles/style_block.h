@@ -49,6 +49,8 @@ std::optional<StyleItem> ParseItem(QStringView item, KeylessItems keyless);
 
 // Blanks and tabs: what trimming removes, at the ends of items and lines.
 QString TrimBlanks(QStringView text);
+// Spaces alone off both ends; a tab stays.
+QString TrimSpaces(QStringView text);
 
 // The leading numeric text of a value, read as a number the way the old
 // files were written: decimal with sign, point and exponent (E or D), or

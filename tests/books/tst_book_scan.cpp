@@ -1,4 +1,5 @@
 #include "books/book_scan.h"
+#include "support/book_records.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -25,15 +26,7 @@ struct Book {
     bool openWork() { return work.open(dir.filePath(QStringLiteral("F000001.tmp"))); }
     // The records as "kind game|text" for comparison.
     QStringList records(const BookScan& scan) {
-        QStringList out;
-        for (int32_t n = 1; n <= scan.recordCount; ++n) {
-            const Record r = ParseRecord(*work.read(n));
-            out << QStringLiteral("%1%2|%3")
-                       .arg(QLatin1Char(r.kind))
-                       .arg(r.gameNumber())
-                       .arg(QString::fromLatin1(r.text));
-        }
-        return out;
+        return testing::RecordLines(work, scan.recordCount);
     }
     bool endMarkBehind(const BookScan& scan) {
         const auto mark = work.read(scan.recordCount + 1);

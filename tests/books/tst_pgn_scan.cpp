@@ -2,6 +2,7 @@
 // comments and variations, and the line ends of any platform.
 #include "books/book_scan.h"
 #include "books/pgn_board.h"
+#include "support/book_records.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -36,17 +37,7 @@ struct Pgn {
         return scan;
     }
     // The records as "kind game|text".
-    QStringList records() {
-        QStringList out;
-        for (int32_t n = 1; n <= scan.recordCount; ++n) {
-            const Record r = ParseRecord(*work.read(n));
-            out << QStringLiteral("%1%2|%3")
-                       .arg(QLatin1Char(r.kind))
-                       .arg(r.gameNumber())
-                       .arg(QString::fromLatin1(r.text));
-        }
-        return out;
-    }
+    QStringList records() { return testing::RecordLines(work, scan.recordCount); }
 };
 
 QString Start(int game) {

@@ -1,0 +1,32 @@
+// An outside program started for a run: working folder the program folder,
+// an argument list and never a shell, its output discarded.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <memory>
+
+class QProcess;
+
+namespace marlith {
+
+class EngineProcess {
+  public:
+    EngineProcess();
+    // A program still at work when its window goes is ended with it.
+    ~EngineProcess();
+    EngineProcess(const EngineProcess&) = delete;
+    EngineProcess& operator=(const EngineProcess&) = delete;
+
+    // False when the program isn't an executable file or doesn't start.
+    // Standard input comes from inputFile, or from nothing when it is empty.
+    bool start(const QString& program, const QStringList& arguments, const QString& folder,
+               const QString& inputFile = {});
+    bool running() const;
+
+  private:
+    void stop();
+    std::unique_ptr<QProcess> process_;
+};
+
+} // namespace marlith
