@@ -1,6 +1,7 @@
 #include "styles/style.h"
 
 #include <QTest>
+#include <utility>
 
 using namespace marlith;
 
@@ -12,45 +13,23 @@ class TstStyle : public QObject {
         style.StyleName = QStringLiteral("Mine");
         style.BorderWidth = 12;
         style.PiecesList = QStringLiteral("xX");
-        style.SqrHTab = 300;
-        style.WndWidth = 5000;
         ResetStyle(style);
         QCOMPARE(style.StyleName, QStringLiteral("Mine"));
         QCOMPARE(style.BorderWidth, int16_t(8));
-        QCOMPARE(style.BorderHeight, int16_t(8));
-        QCOMPARE(style.PiecesList, QStringLiteral("pPnNbBrRqQkK"));
+        // Filled in by the reset, not by the record's own defaults.
+        QCOMPARE(style.PiecesList, QLatin1String(kDefaultPiecesList));
         QCOMPARE(style.EnglishNotation, style.PiecesList);
-        QCOMPARE(style.SqrWidth, int16_t(225));
-        QCOMPARE(style.SqrHeight, int16_t(225));
-        QCOMPARE(style.SqrHTab, int16_t(0));
-        QCOMPARE(style.WndWidth, 0);
-        QCOMPARE(style.FontName, QStringLiteral("MS Sans Serif"));
-        QCOMPARE(style.FontPos, QStringLiteral("Left Up"));
-        QCOMPARE(style.FontSize, int16_t(8));
-        QCOMPARE(style.StartPos, QStringLiteral("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR"));
+        QCOMPARE(style.StartPos, QLatin1String(kDefaultStartPos));
     }
 
-    void twipToPix_data() {
-        QTest::addColumn<double>("twips");
-        QTest::addColumn<double>("pixels");
-        QTest::newRow("exact") << 225.0 << 15.0;
-        QTest::newRow("just under") << 224.0 << 15.0;
-        QTest::newRow("margin exhausted") << 223.0 << 14.0;
-        QTest::newRow("239 is 16") << 239.0 << 16.0;
-        QTest::newRow("238 is 15") << 238.0 << 15.0;
-        QTest::newRow("zero") << 0.0 << 0.0;
-        QTest::newRow("largest length") << 32760.0 << 2184.0;
-        QTest::newRow("negative rounds down") << -7.0 << -1.0;
-    }
     void twipToPix() {
-        QFETCH(double, twips);
-        QFETCH(double, pixels);
-        QCOMPARE(TwipToPix(twips), pixels);
-    }
-
-    void pixelsRoundTrip() {
-        for (int pixels = 0; pixels <= 2184; ++pixels)
-            QCOMPARE(TwipToPixInt(pixels * kTwipsPerPixel), pixels);
+        // A margin of 0.1 pixel: 224 twips are still 15 pixels, 223 no longer.
+        const std::pair<double, int> cases[] = {
+            {225, 15}, {224, 15}, {223, 14}, {32760, 2184}, {-7, -1}};
+        for (const auto& [twips, pixels] : cases) {
+            QCOMPARE(TwipToPix(twips), double(pixels));
+            QCOMPARE(TwipToPixInt(twips), pixels);
+        }
     }
 
     void boardSquaresRefusesWhatTheVectorCannotHold() {

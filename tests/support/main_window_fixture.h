@@ -1,4 +1,4 @@
-// A fresh program folder, state and main window for a GUI test.
+// A fresh program folder, state and main window for each case of a GUI test.
 #pragma once
 
 #include "chooser/file_chooser.h"
@@ -17,27 +17,23 @@
 
 namespace marlith::testing {
 
-// A fresh program folder, state and main window for each case.
 struct Fixture {
     QTemporaryDir dir;
+    QString home; // the program folder: dir unless another is given
     AppState state;
     std::unique_ptr<Form1> form;
-    QList<QStringList> instances;
+    QList<QStringList> instances; // arguments of further instances started
+    QStringList warnings;
     QLineEdit* text1 = nullptr;
     QLabel* label3 = nullptr;
-
-    QStringList warnings;
-
-    QString home;
 
     explicit Fixture(const QStringList& arguments = {}, const QByteArray& settings = {},
                      const QString& folder = {})
         : home(folder.isEmpty() ? dir.path() : folder) {
         qputenv("MARLITH_HOME", home.toUtf8());
-        if (!settings.isEmpty()) {
-            QFile ini(home + QStringLiteral("/Marlith.ini"));
-            if (ini.open(QIODevice::WriteOnly)) ini.write(settings);
-        }
+        QFile ini(home + QStringLiteral("/Marlith.ini"));
+        if (!settings.isEmpty() && ini.open(QIODevice::WriteOnly)) ini.write(settings);
+        ini.close();
         form = std::make_unique<Form1>(state);
         form->startInstance = [this](const QStringList& rest) { instances.append(rest); };
         form->warn = [this](const QString& text) { warnings.append(text); };
@@ -56,7 +52,9 @@ struct Fixture {
     void type(const QString& keys) { QTest::keyClicks(text1, keys); }
     QAction* action(const char* name) const { return form->action(QLatin1String(name)); }
     DiagramView* picMain() const { return form->picMain(); }
-    ToolImage* tool(const QString& name) const { return form->findChild<ToolImage*>(name); }
+    ToolImage* tool(const char* name) const {
+        return form->findChild<ToolImage*>(QLatin1String(name));
+    }
     QComboBox* combo1() const { return form->findChild<QComboBox*>(QStringLiteral("Combo1")); }
 };
 
