@@ -1,6 +1,8 @@
-// The records of a work file as "kind game|text", for comparison in tests.
+// Helpers of the book tests: a book written to disk, the records of a work
+// file as "kind game|text", and a scan's outcome in one line.
 #pragma once
 
+#include "books/book_scan.h"
 #include "books/work_file.h"
 
 #include <QStringList>
@@ -17,6 +19,25 @@ inline QStringList RecordLines(WorkFile& work, int32_t count) {
                    .arg(QString::fromLatin1(r.text));
     }
     return out;
+}
+
+inline QString WriteBook(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly)) file.write(bytes);
+    return path;
+}
+
+// "2 games, 6 records, index (1 3)", and ", cut short" when a fault ended the
+// scan; the full index must equal the game index.
+inline QString ScanSummary(const BookScan& scan) {
+    QStringList index;
+    for (qsizetype at = 0; at < scan.gameIndex.size(); at += 6)
+        index << QString::fromLatin1(scan.gameIndex.mid(at, 6).trimmed());
+    return QStringLiteral("%1 games, %2 records, index (%3)%4%5")
+        .arg(scan.gameCount)
+        .arg(scan.recordCount)
+        .arg(index.join(u' '), scan.complete ? QString() : QStringLiteral(", cut short"),
+             scan.fullIndex == scan.gameIndex ? QString() : QStringLiteral(", full index differs"));
 }
 
 } // namespace marlith::testing
