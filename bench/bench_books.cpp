@@ -33,7 +33,7 @@ struct Run {
 };
 
 // Runs `work` in a child process, so that its peak memory is its own.
-template <typename Work> Run InChild(Work work) {
+template <typename Work> Run inChild(Work work) {
     int channel[2];
     Run run;
     if (pipe(channel) != 0) return run;
@@ -55,17 +55,17 @@ template <typename Work> Run InChild(Work work) {
     return run;
 }
 
-Run ScanInChild(const QString& book, const QString& workPath) {
-    return InChild([&] {
+Run scanInChild(const QString& book, const QString& workPath) {
+    return inChild([&] {
         Run run;
         Style style;
-        ResetStyle(style);
+        resetStyle(style);
         WorkFile work;
         if (!work.open(workPath)) return run;
         StylePgnBoard board(style);
         QElapsedTimer clock;
         clock.start();
-        const BookScan scan = ScanPGN(book, work, board, style.StartPos.toLatin1(), {});
+        const BookScan scan = scanPgn(book, work, board, style.StartPos.toLatin1(), {});
         work.close();
         run.seconds = clock.nsecsElapsed() / 1e9;
         run.games = scan.gameCount;
@@ -75,10 +75,10 @@ Run ScanInChild(const QString& book, const QString& workPath) {
     });
 }
 
-Run BaselineInChild(const QString& book) {
+Run baselineInChild(const QString& book) {
     QElapsedTimer clock;
     clock.start();
-    Run run = InChild([&] {
+    Run run = inChild([&] {
         const QByteArray path = book.toLocal8Bit();
         // Its running count goes nowhere, as ours does.
         if (FILE* quiet = std::freopen("/dev/null", "w", stderr)) (void)quiet;
@@ -92,7 +92,7 @@ Run BaselineInChild(const QString& book) {
 }
 
 // A book of `games` games of one header and `positions` positions each.
-void WriteFenBook(const QString& path, int games, int positions) {
+void writeFenBook(const QString& path, int games, int positions) {
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly)) return;
     for (int g = 1; g <= games; ++g) {
@@ -104,12 +104,12 @@ void WriteFenBook(const QString& path, int games, int positions) {
 
 // Nanoseconds of one step forward (and its record on show) in the middle
 // of the book, over many steps.
-double StepTime(const QString& folder, int games) {
+double stepTime(const QString& folder, int games) {
     const QString path = folder + QStringLiteral("/steps.fen");
-    WriteFenBook(path, games, 10);
+    writeFenBook(path, games, 10);
     OpenBook book;
     book.work.open(folder + QStringLiteral("/steps.tmp"));
-    const BookScan scan = ScanFEN(path, book.work, {});
+    const BookScan scan = scanFen(path, book.work, {});
     book.gameCount = scan.gameCount;
     book.recordCount = scan.recordCount;
     book.gameIndex = scan.gameIndex;
@@ -118,11 +118,11 @@ double StepTime(const QString& folder, int games) {
     int64_t steps = 0;
     int64_t nanoseconds = 0;
     for (int round = 0; round < kRounds; ++round) {
-        if (!GoToGame(book, (round * 7919) % games + 1)) continue;
+        if (!goToGame(book, (round * 7919) % games + 1)) continue;
         char kind = 0;
         clock.start();
-        while (NextRecord(book, kind)) {
-            (void)ShowRecord(book.currentRecord);
+        while (nextRecord(book, kind)) {
+            (void)positionOfRecord(book.currentRecord);
             ++steps;
         }
         nanoseconds += clock.nsecsElapsed();
@@ -137,12 +137,12 @@ int main(int argc, char** argv) {
     if (argc == 3 && QByteArray(argv[1]) == "--scan") {
         QTemporaryDir folder;
         Style style;
-        ResetStyle(style);
+        resetStyle(style);
         WorkFile work;
         work.open(folder.path() + QStringLiteral("/work.tmp"));
         StylePgnBoard board(style);
         const BookScan scan =
-            ScanPGN(QString::fromLocal8Bit(argv[2]), work, board, style.StartPos.toLatin1(), {});
+            scanPgn(QString::fromLocal8Bit(argv[2]), work, board, style.StartPos.toLatin1(), {});
         std::printf("%d games, %d records\n", scan.gameCount, scan.recordCount);
         return 0;
     }
@@ -171,10 +171,10 @@ int main(int argc, char** argv) {
                     run.games / run.seconds, run.peakKb / 1024.0);
     };
     const QString work = folder.path() + QStringLiteral("/work.tmp");
-    const Run ours = ScanInChild(book, work);
-    const Run baseline = BaselineInChild(book);
-    const Run oursBig = ScanInChild(big, work);
-    const Run baselineBig = BaselineInChild(big);
+    const Run ours = scanInChild(book, work);
+    const Run baseline = baselineInChild(book);
+    const Run oursBig = scanInChild(big, work);
+    const Run baselineBig = baselineInChild(big);
     if (!baseline.exitedCleanly || !baselineBig.exitedCleanly)
         std::printf("pgn-extract did not run (bash scripts/setup.sh installs it): "
                     "the baseline rows below mean nothing\n");
@@ -197,8 +197,8 @@ int main(int argc, char** argv) {
                 (oursBig.peakKb - ours.peakKb) / 1024.0,
                 std::min<double>(oursBig.games, kIndexLimit / 6) * 6 / 1e6);
 
-    const double small = StepTime(folder.path(), 10);
-    const double large = StepTime(folder.path(), 10'000);
+    const double small = stepTime(folder.path(), 10);
+    const double large = stepTime(folder.path(), 10'000);
     std::printf("\none step forward: %.0f ns in a book of 10 games, %.0f ns in one of 10,000 "
                 "games; ratio %.2f\n",
                 small, large, large / small);

@@ -1,5 +1,5 @@
 #include "core/app_state.h"
-#include "core/main_window.h"
+#include "gui/main_window.h"
 
 #include <QApplication>
 
@@ -9,8 +9,8 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationVersion(QStringLiteral(MARLITH_VERSION));
 
     marlith::AppState state;
-    marlith::Form1 form1(state);
-    form1.Form_Load(QApplication::arguments().mid(1));
+    marlith::MainWindow form1(state);
+    form1.start(QApplication::arguments().mid(1));
     form1.show();
     return app.exec();
 }

@@ -33,7 +33,7 @@ class ScanSink {
         if (work_.written() >= std::numeric_limits<int32_t>::max() - 1) return false;
         if (game_ != fieldGame_) {
             fieldGame_ = game_;
-            field_ = SixCharacters(game_);
+            field_ = sixCharacters(game_);
         }
         char* record = record_.data();
         record[0] = '?';
@@ -46,7 +46,7 @@ class ScanSink {
     }
     void dropLastIndexEntry() { scan_.gameIndex.chop(6); }
     void finish(bool complete) {
-        if (complete) work_.append(EndMark());
+        if (complete) work_.append(endMark());
         work_.flush();
         scan_.recordCount = complete ? work_.written() - 1 : work_.written();
         if (scan_.recordCount <= 0) {
@@ -62,7 +62,7 @@ class ScanSink {
     // game is counted but can't be reached, as those behind the index limit.
     void indexNextRecord() {
         if (scan_.gameIndex.size() < kIndexLimit && work_.written() < kMaxRecordNumber)
-            scan_.gameIndex += SixCharacters(static_cast<int64_t>(work_.written()) + 1);
+            scan_.gameIndex += sixCharacters(static_cast<int64_t>(work_.written()) + 1);
     }
 
     WorkFile& work_;
@@ -77,13 +77,13 @@ class ScanSink {
 // Hands each line of the book, prepared, to handle(line). False when the
 // book can't be read to its end or handle refuses a line: a fault.
 template <typename Handle>
-bool ReadTextLines(const QString& bookFile, const WorkFile& work, Handle handle) {
+bool readTextLines(const QString& bookFile, const WorkFile& work, Handle handle) {
     QFile file(bookFile);
     if (!work.isOpen() || !file.open(QIODevice::ReadOnly)) return false;
     LineReader reader(file);
     QByteArray raw;
     while (reader.next(raw))
-        if (!handle(PrepareLine(raw))) return false;
+        if (!handle(prepareLine(raw))) return false;
     return !reader.error();
 }
 
@@ -135,7 +135,7 @@ bool LineReader::next(QByteArray& line) {
     }
 }
 
-QByteArray PrepareLine(const QByteArray& raw) {
+QByteArray prepareLine(const QByteArray& raw) {
     qsizetype from = 0;
     qsizetype to = raw.size();
     while (from < to && raw.at(from) == ' ')
@@ -147,7 +147,7 @@ QByteArray PrepareLine(const QByteArray& raw) {
     return line;
 }
 
-QByteArray Stipulation(int flags, int moves) {
+QByteArray stipulationText(int flags, int moves) {
     int value = flags & 63;
     QByteArray text;
     QByteArray goal = "#";
@@ -180,21 +180,21 @@ QByteArray Stipulation(int flags, int moves) {
     return text + goal + QByteArray::number(moves);
 }
 
-char PbmPieceLetter(unsigned char byte) {
+char pbmPieceLetter(unsigned char byte) {
     static constexpr char kCodes[] = " %$#!\"&+,-/.*";
     static constexpr char kLetters[] = "1PNBRQKpnbrqk";
     const void* found = std::memchr(kCodes, byte, 13);
     return found ? kLetters[static_cast<const char*>(found) - kCodes] : 0;
 }
 
-BookScan ScanFEN(const QString& bookFile, WorkFile& work, const ScanProgress& progress) {
+BookScan scanFen(const QString& bookFile, WorkFile& work, const ScanProgress& progress) {
     BookScan scan;
     scan.gameCount = 1;
-    scan.gameIndex = SixCharacters(1);
+    scan.gameIndex = sixCharacters(1);
     ScanSink sink(work, scan, progress);
     bool lastWasPosition = false;
     bool lastWasHeader = false;
-    const bool complete = ReadTextLines(bookFile, work, [&](const QByteArray& line) {
+    const bool complete = readTextLines(bookFile, work, [&](const QByteArray& line) {
         const char first = line.at(0);
         if (first == ' ' || first == ';' || first == '{' || first == '%' || first == '*')
             return true;
@@ -214,10 +214,10 @@ BookScan ScanFEN(const QString& bookFile, WorkFile& work, const ScanProgress& pr
     return scan;
 }
 
-BookScan ScanEPD(const QString& bookFile, WorkFile& work, const ScanProgress& progress) {
+BookScan scanEpd(const QString& bookFile, WorkFile& work, const ScanProgress& progress) {
     BookScan scan;
     ScanSink sink(work, scan, progress);
-    const bool complete = ReadTextLines(bookFile, work, [&](const QByteArray& line) {
+    const bool complete = readTextLines(bookFile, work, [&](const QByteArray& line) {
         const char first = line.at(0);
         if (first == ' ' || first == ';' || first == '{' || first == '%') return true;
         sink.startGame(++scan.gameCount, 100);
@@ -243,7 +243,7 @@ BookScan ScanEPD(const QString& bookFile, WorkFile& work, const ScanProgress& pr
     return scan;
 }
 
-BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
+BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
                  const QString& piecesList, const ScanProgress& progress) {
     BookScan scan;
     ScanSink sink(work, scan, progress);
@@ -272,7 +272,7 @@ BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
     static constexpr const char* kTags[7] = {"White", "Site",  "Result", "ECO",
                                              "Comm1", "Comm2", "Comm3"};
     constexpr int kEntrySize = 96;
-    VetArray vet{};
+    SquareVector squareVector{};
     const Board board{rows, columns};
     for (int32_t n = 1; n <= scan.gameCount; ++n) {
         sink.startGame(n, 100);
@@ -282,7 +282,7 @@ BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
             return fail();
         const int flags = static_cast<unsigned char>(entry[2]);
         const int moves = static_cast<unsigned char>(entry[3]);
-        if (!sink.write(kHeaderKind, "[Event \"" + Stipulation(flags, moves) + "\"]"))
+        if (!sink.write(kHeaderKind, "[Event \"" + stipulationText(flags, moves) + "\"]"))
             return fail();
         for (int t = 0; t < 7; ++t) {
             const int base = 4 + t * 4;
@@ -301,12 +301,12 @@ BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
             if (!sink.write(kHeaderKind, tag)) return fail();
         }
         for (int square = 0; square < 64; ++square) {
-            const char letter = PbmPieceLetter(static_cast<unsigned char>(entry[32 + square]));
+            const char letter = pbmPieceLetter(static_cast<unsigned char>(entry[32 + square]));
             if (!letter) return fail();
             const qsizetype at = piecesList.indexOf(QLatin1Char(letter));
-            vet[square][1] = static_cast<int16_t>(at < 0 ? 0 : at + 1);
+            squareVector[square][1] = static_cast<int16_t>(at < 0 ? 0 : at + 1);
         }
-        if (!sink.write(kPositionKind, VetToFEN(vet, board, piecesList).toLatin1())) return fail();
+        if (!sink.write(kPositionKind, squaresToFen(squareVector, board, piecesList).toLatin1())) return fail();
     }
     sink.finish(true);
     return scan;
@@ -444,14 +444,14 @@ class PgnScanner {
 
 } // namespace
 
-BookScan ScanPGN(const QString& bookFile, WorkFile& work, PgnBoard& board,
+BookScan scanPgn(const QString& bookFile, WorkFile& work, PgnBoard& board,
                  const QByteArray& startPos, const ScanProgress& progress) {
     BookScan scan;
     scan.gameCount = 1;
-    scan.gameIndex = SixCharacters(1);
+    scan.gameIndex = sixCharacters(1);
     ScanSink sink(work, scan, progress);
     PgnScanner scanner(scan, sink, board, startPos);
-    const bool complete = ReadTextLines(
+    const bool complete = readTextLines(
         bookFile, work, [&scanner](const QByteArray& line) { return scanner.line(line); });
     if (complete) scanner.finish();
     sink.finish(complete);

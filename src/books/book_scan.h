@@ -47,20 +47,20 @@ class LineReader {
 
 // A line as the scanners compare it: blanks trimmed at both ends, one blank
 // behind, so that an empty line begins with a blank.
-QByteArray PrepareLine(const QByteArray& raw);
+QByteArray prepareLine(const QByteArray& raw);
 
 // The stipulation of a problem from its flags and number of moves: "#2",
 // "h#3", "Max Sh=7", "Sd#12".
-QByteArray Stipulation(int flags, int moves);
+QByteArray stipulationText(int flags, int moves);
 
 // The piece letter of a board byte of the binary format, or 0 for a byte
 // outside the code; "1" is the empty square.
-char PbmPieceLetter(unsigned char byte);
+char pbmPieceLetter(unsigned char byte);
 
-BookScan ScanFEN(const QString& bookFile, WorkFile& work, const ScanProgress& progress);
-BookScan ScanEPD(const QString& bookFile, WorkFile& work, const ScanProgress& progress);
+BookScan scanFen(const QString& bookFile, WorkFile& work, const ScanProgress& progress);
+BookScan scanEpd(const QString& bookFile, WorkFile& work, const ScanProgress& progress);
 // The board is written through the square vector in the style's row length.
-BookScan ScanPBM(const QString& bookFile, WorkFile& work, int rows, int columns,
+BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
                  const QString& piecesList, const ScanProgress& progress);
 
 // What the game scanner needs of the board: set up a position, play one word
@@ -79,7 +79,7 @@ class PgnBoard {
 };
 
 // Games with their tags: each half-move played becomes one position record.
-BookScan ScanPGN(const QString& bookFile, WorkFile& work, PgnBoard& board,
+BookScan scanPgn(const QString& bookFile, WorkFile& work, PgnBoard& board,
                  const QByteArray& startPos, const ScanProgress& progress);
 
 } // namespace marlith

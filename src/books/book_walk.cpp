@@ -4,57 +4,57 @@ namespace marlith {
 
 namespace {
 
-bool InRange(const OpenBook& book, int32_t record) {
+bool inRange(const OpenBook& book, int32_t record) {
     return record >= 1 && record <= book.recordCount;
 }
 
-QByteArray GameField(const QByteArray& record) {
+QByteArray gameField(const QByteArray& record) {
     return record.mid(2, 6);
 }
 
 } // namespace
 
-bool GoToGame(OpenBook& book, int32_t n) {
+bool goToGame(OpenBook& book, int32_t n) {
     book.currentRecord = QByteArray(kRecordLength, ' ');
     const qint64 at = (static_cast<qint64>(n) - 1) * 6;
     if (n < 1 || at + 6 > book.gameIndex.size()) return false;
     bool ok = false;
     const int32_t number = book.gameIndex.mid(at, 6).trimmed().toInt(&ok);
     if (!ok) return false;
-    book.currentRecNo = number;
-    if (!InRange(book, number)) return false;
+    book.currentRecordNumber = number;
+    if (!inRange(book, number)) return false;
     const auto record = book.work.read(number);
     if (!record) return false;
     book.currentRecord = *record;
     return true;
 }
 
-bool NextRecord(OpenBook& book, char& kind) {
+bool nextRecord(OpenBook& book, char& kind) {
     kind = 0;
-    const int32_t r = book.currentRecNo + 1;
-    if (!InRange(book, r)) return false;
+    const int32_t r = book.currentRecordNumber + 1;
+    if (!inRange(book, r)) return false;
     const auto record = book.work.read(r);
-    if (!record || GameField(*record) != GameField(book.currentRecord)) return false;
+    if (!record || gameField(*record) != gameField(book.currentRecord)) return false;
     book.currentRecord = *record;
-    book.currentRecNo = r;
+    book.currentRecordNumber = r;
     // The record behind tells whether the game goes on.
     if (const auto behind = book.work.read(r + 1)) kind = behind->at(1);
     return true;
 }
 
-bool PrevRecord(OpenBook& book) {
-    const int32_t r = book.currentRecNo - 1;
-    if (!InRange(book, r)) return false;
+bool previousRecord(OpenBook& book) {
+    const int32_t r = book.currentRecordNumber - 1;
+    if (!inRange(book, r)) return false;
     const auto record = book.work.read(r);
-    if (!record || GameField(*record) != GameField(book.currentRecord) ||
+    if (!record || gameField(*record) != gameField(book.currentRecord) ||
         record->at(1) != kPositionKind)
         return false;
     book.currentRecord = *record;
-    book.currentRecNo = r;
+    book.currentRecordNumber = r;
     return true;
 }
 
-QByteArray DelComment(const QByteArray& record) {
+QByteArray stripComment(const QByteArray& record) {
     QByteArray s = record.trimmed();
     // A tag line keeps what stands inside its brackets.
     qsizetype from = 0;
@@ -69,8 +69,8 @@ QByteArray DelComment(const QByteArray& record) {
     return s.size() < 9 ? QByteArray() : s.mid(8);
 }
 
-ShownPosition ShowRecord(const QByteArray& record) {
-    const QByteArray text = DelComment(record) + " -";
+ShownPosition positionOfRecord(const QByteArray& record) {
+    const QByteArray text = stripComment(record) + " -";
     const qsizetype blank = text.indexOf(' ');
     ShownPosition shown;
     shown.side = blank + 1 < text.size() ? text.at(blank + 1) : 0;
@@ -78,7 +78,7 @@ ShownPosition ShowRecord(const QByteArray& record) {
     return shown;
 }
 
-QString SideCaption(char side) {
+QString sideCaption(char side) {
     switch (side) {
     case 'W':
     case 'w':
@@ -91,7 +91,7 @@ QString SideCaption(char side) {
     }
 }
 
-QStringList WrapHeader(const QString& line) {
+QStringList wrapHeader(const QString& line) {
     QStringList lines;
     QString t = line;
     while (t.size() >= 34) {
@@ -102,7 +102,7 @@ QStringList WrapHeader(const QString& line) {
     return lines;
 }
 
-std::optional<QString> StyleTag(const QString& line) {
+std::optional<QString> styleTag(const QString& line) {
     if (!line.startsWith(QLatin1String("[STYLE"), Qt::CaseInsensitive)) return std::nullopt;
     const qsizetype open = line.indexOf(QLatin1Char('"'));
     if (open < 0) return QString();

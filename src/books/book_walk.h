@@ -19,26 +19,26 @@ struct OpenBook {
     QByteArray gameIndex; // per game, its first record's number in six characters
     QByteArray fullIndex; // the whole book's index, never narrowed
     QByteArray currentRecord = QByteArray(kRecordLength, ' ');
-    int32_t currentRecNo = 0;
+    int32_t currentRecordNumber = 0;
 
     bool isOpen() const { return work.isOpen(); }
 };
 
 // Loads the first record of the game at place n (from 1) of the index.
 // False, with a blank current record, when there is none.
-bool GoToGame(OpenBook& book, int32_t n);
+bool goToGame(OpenBook& book, int32_t n);
 
 // One step forward within the game; `kind` gets the kind of the record
 // behind the new one ('?' the end mark, '[' a header of the next game, 'E'
 // a further position, 0 when none could be read).
-bool NextRecord(OpenBook& book, char& kind);
+bool nextRecord(OpenBook& book, char& kind);
 
 // One step back within the game, onto position records only.
-bool PrevRecord(OpenBook& book);
+bool previousRecord(OpenBook& book);
 
 // The text of a record without its comment: a tag line stays whole, a
 // position line is cut at its first ";" or "{".
-QByteArray DelComment(const QByteArray& record);
+QByteArray stripComment(const QByteArray& record);
 
 // The position on show from a record: the board field, and the character
 // behind its first blank (the side to move, if the record has one).
@@ -46,16 +46,16 @@ struct ShownPosition {
     QByteArray board;
     char side = 0;
 };
-ShownPosition ShowRecord(const QByteArray& record);
+ShownPosition positionOfRecord(const QByteArray& record);
 
 // "White moves...", "Black moves..." or "Move Control:".
-QString SideCaption(char side);
+QString sideCaption(char side);
 
 // A header line for the list: cut into lines of 33 characters, each further
 // line behind a blank.
-QStringList WrapHeader(const QString& line);
+QStringList wrapHeader(const QString& line);
 
 // The style that a [Style "..."] tag names, if the line is such a tag.
-std::optional<QString> StyleTag(const QString& line);
+std::optional<QString> styleTag(const QString& line);
 
 } // namespace marlith

@@ -6,27 +6,27 @@
 namespace marlith {
 
 StylePgnBoard::StylePgnBoard(const Style& style)
-    : board_{style.BorderHeight, style.BorderWidth}, notation_(NotationOf(style)),
+    : board_{style.BorderHeight, style.BorderWidth}, notation_(notationOf(style)),
       piecesLetters_(style.PiecesList.toLatin1()),
       singleByteLetters_(QString::fromLatin1(piecesLetters_) == style.PiecesList) {}
 
 void StylePgnBoard::setUp(const QByteArray& fen) {
     QString text = QString::fromLatin1(fen);
-    Build2(1, text, vet_, board_, notation_.piecesList);
+    fenToSlot(1, text, squareVector_, board_, notation_.piecesList);
 }
 
 bool StylePgnBoard::play(QByteArray& word, int side) {
     word_ = QString::fromLatin1(word);
-    PlayMove(side, word_, vet_, board_, notation_);
+    playMove(side, word_, squareVector_, board_, notation_);
     if (word_.isEmpty()) word.clear();
     return !word_.isEmpty();
 }
 
 void StylePgnBoard::boardText(QByteArray& out) {
     if (singleByteLetters_)
-        VetToFEN(vet_, board_, piecesLetters_, out);
+        squaresToFen(squareVector_, board_, piecesLetters_, out);
     else
-        out = VetToFEN(vet_, board_, notation_.piecesList).toUtf8();
+        out = squaresToFen(squareVector_, board_, notation_.piecesList).toUtf8();
 }
 
 } // namespace marlith

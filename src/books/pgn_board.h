@@ -21,7 +21,7 @@ class StylePgnBoard final : public PgnBoard {
     Notation notation_;
     QByteArray piecesLetters_; // the letters as single bytes, when they are
     bool singleByteLetters_ = false;
-    VetArray vet_{};
+    SquareVector squareVector_{};
     // Kept between moves to spare allocations: the scan asks for a position
     // at every half-move.
     QString word_;

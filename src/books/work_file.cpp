@@ -4,23 +4,23 @@
 
 namespace marlith {
 
-QByteArray SixCharacters(int64_t number) {
+QByteArray sixCharacters(int64_t number) {
     const QByteArray digits = QByteArray::number(static_cast<qlonglong>(number));
     return (QByteArray(6, ' ') + digits).right(6);
 }
 
-QByteArray MakeRecord(char kind, int32_t game, const QByteArray& text) {
+QByteArray makeRecord(char kind, int32_t game, const QByteArray& text) {
     QByteArray record;
     record.reserve(kRecordLength);
     record += '?';
     record += kind;
-    record += SixCharacters(game);
+    record += sixCharacters(game);
     record += text.left(kRecordTextLength);
     record.append(kRecordLength - record.size(), ' ');
     return record;
 }
 
-QByteArray EndMark() {
+QByteArray endMark() {
     return QByteArray(kRecordLength, '?');
 }
 
@@ -30,7 +30,7 @@ int32_t Record::gameNumber() const {
     return ok ? number : 0;
 }
 
-Record ParseRecord(const QByteArray& bytes) {
+Record parseRecord(const QByteArray& bytes) {
     Record record;
     if (bytes.size() < 8) return record;
     record.kind = bytes.at(1);
@@ -42,7 +42,7 @@ Record ParseRecord(const QByteArray& bytes) {
     return record;
 }
 
-QString RecordText(const QByteArray& text) {
+QString recordText(const QByteArray& text) {
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString decoded = utf8.decode(text);
     if (!utf8.hasError()) return decoded;

@@ -17,12 +17,12 @@ inline constexpr char kHeaderKind = '[';
 inline constexpr char kPositionKind = 'E';
 
 // A number in six characters: blanks in front, the last six kept.
-QByteArray SixCharacters(int64_t number);
+QByteArray sixCharacters(int64_t number);
 
 // One record: "?", the kind, the game number in six characters, the text
 // cut at 124 characters or padded with blanks.
-QByteArray MakeRecord(char kind, int32_t game, const QByteArray& text);
-QByteArray EndMark();
+QByteArray makeRecord(char kind, int32_t game, const QByteArray& text);
+QByteArray endMark();
 
 struct Record {
     char kind = 0;              // '[' header, 'E' position, '?' the end mark
@@ -30,10 +30,10 @@ struct Record {
     QByteArray text;            // without the padding blanks
     int32_t gameNumber() const; // 0 when the field holds no number
 };
-Record ParseRecord(const QByteArray& bytes);
+Record parseRecord(const QByteArray& bytes);
 
 // Record text as shown: UTF-8 where it is, else the single-byte code page.
-QString RecordText(const QByteArray& text);
+QString recordText(const QByteArray& text);
 
 class WorkFile {
   public:

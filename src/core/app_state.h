@@ -16,7 +16,7 @@ namespace marlith {
 struct AppState {
     Style style;
     Style savedStyle;
-    VetArray vet{};
+    SquareVector squares{};
     QString programFolder; // ends in "/"; also the working directory
     QString tempSeed;      // "F" and six digits: the start of all temporary names
     QString imageFile = QStringLiteral("Marlith.bmp");
@@ -31,23 +31,23 @@ struct AppState {
     QString craftyProgram;
     std::array<QStringList, 11> pyDatLists;
     // The Popeye window's fields, kept for the run and never saved.
-    std::array<QString, 11> pyParam;
+    std::array<QString, 11> popeyeParams;
     // The extension of the current Crafty log, such as "007".
-    QString logExt;
-    int16_t prevInstanceFlag = 0;
-    int16_t keepForms = -1; // -1 while the main window lives, 0 once it closes
+    QString logExtension;
+    int16_t otherInstanceRunning = 0;
+    int16_t mainWindowAlive = -1; // -1 while the main window lives, 0 once it closes
     int16_t reversedBoard = 0;
     int16_t clickedSquare = -1;
-    int16_t viewPiece = -1;
+    int16_t chosenPiece = -1;
     float pressX = -1.0f;
     float pressY = -1.0f;
     int16_t pressButton = 0;
-    int16_t pressShift = 0;
+    int16_t pressModifiers = 0;
     int32_t chosenColor = 0;
     int16_t colorTarget = 0;
     // The file chooser's purpose on entry (0 save image, 1 open book, 2 border
     // bitmap, 3 piece sheet, 4 style file), and 1 on return after Ok.
-    int16_t seekMode = 0;
+    int16_t chooserMode = 0;
     // The open book: its work file, index and the record on show.
     OpenBook book;
 

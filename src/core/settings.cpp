@@ -14,13 +14,13 @@ namespace marlith {
 
 namespace {
 
-QString InFolder(const QString& folder, const char* name) {
+QString inFolder(const QString& folder, const char* name) {
     if (folder.isEmpty() || folder.endsWith(u'/')) return folder + QLatin1String(name);
     return folder + u'/' + QLatin1String(name);
 }
 
 // The rename is on disk only once the folder entry is.
-void SyncFolder(const QString& folder) {
+void syncFolder(const QString& folder) {
     const QByteArray path = QFile::encodeName(folder.isEmpty() ? QStringLiteral(".") : folder);
     const int fd = ::open(path.constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     if (fd < 0) return;
@@ -28,16 +28,16 @@ void SyncFolder(const QString& folder) {
     ::close(fd);
 }
 
-bool RenameOver(const QString& from, const QString& to) {
+bool renameOver(const QString& from, const QString& to) {
     return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
 } // namespace
 
-SettingsRead ReadSettings(const QString& settingsPath, const QString& programFolder, Style& style,
+SettingsRead readSettings(const QString& settingsPath, const QString& programFolder, Style& style,
                           RecentList& recentFile, QString& recentEngine) {
     SettingsRead result;
-    ResetStyle(style);
+    resetStyle(style);
     recentEngine.clear();
     const bool reReading = !style.StyleName.isEmpty();
 
@@ -51,11 +51,11 @@ SettingsRead ReadSettings(const QString& settingsPath, const QString& programFol
     QString raw;
     bool inBlock = false;
     while (items.next(raw)) {
-        const std::optional<StyleItem> item = ParseItem(raw, KeylessItems::Skip);
+        const std::optional<StyleItem> item = parseItem(raw, KeylessItems::Skip);
         if (!item) continue;
         const QString& key = item->key;
         if (key == u"RECENTFILE") {
-            AddRecent(recentFile, item->value);
+            addRecent(recentFile, item->value);
         } else if (key == u"RECENTENGINE") {
             recentEngine = item->value;
         } else if (key == u"STYLE" || key == u"RECENTSTYLE") {
@@ -65,7 +65,7 @@ SettingsRead ReadSettings(const QString& settingsPath, const QString& programFol
             // With no RecentStyle line, the first block of the file is the style.
             if (style.StyleName.isEmpty()) style.StyleName = item->value;
             inBlock = style.StyleName.toUpper() == item->value.toUpper();
-        } else if (inBlock && StoreStyleKey(style, *item, programFolder) == StoreResult::Fault) {
+        } else if (inBlock && storeStyleKey(style, *item, programFolder) == StoreResult::Fault) {
             result.stoppedAtFault = true;
             break;
         }
@@ -73,7 +73,7 @@ SettingsRead ReadSettings(const QString& settingsPath, const QString& programFol
     return result;
 }
 
-void AddRecent(RecentList& recentFile, const QString& path) {
+void addRecent(RecentList& recentFile, const QString& path) {
     const auto found = std::find(recentFile.begin(), recentFile.end(), path);
     const auto k = found == recentFile.end() ? recentFile.size() - 1
                                              : static_cast<size_t>(found - recentFile.begin());
@@ -82,11 +82,11 @@ void AddRecent(RecentList& recentFile, const QString& path) {
     recentFile[0] = path;
 }
 
-std::array<RecentMenuItem, 4> RecentMenuItems(const RecentList& recentFile) {
+std::array<RecentMenuItem, 4> recentMenuItems(const RecentList& recentFile) {
     std::array<RecentMenuItem, 4> items;
     for (size_t j = 0; j < items.size(); ++j) {
         items[j].caption = QLatin1Char('&') + QString::number(j + 1) + QLatin1Char(' ') +
-                           CutName(recentFile[j], 30);
+                           shortenPath(recentFile[j], 30);
         items[j].visible = !recentFile[j].isEmpty();
     }
     return items;
@@ -95,7 +95,7 @@ std::array<RecentMenuItem, 4> RecentMenuItems(const RecentList& recentFile) {
 // The root kept in front of a shortened path: "/" for an absolute path, else
 // the first three characters, as the drive of the old platform was
 // ("ABCDEFGHIJ" to 5 gives "ABC.../FGHIJ").
-QString CutName(const QString& w, int n) {
+QString shortenPath(const QString& w, int n) {
     const qsizetype wanted = std::max(n, 0);
     QString cut = w;
     while (cut.size() > wanted) {
@@ -109,7 +109,7 @@ QString CutName(const QString& w, int n) {
     return root + QStringLiteral(".../") + cut;
 }
 
-QList<QByteArray> SplitLines(const QByteArray& bytes) {
+QList<QByteArray> splitLines(const QByteArray& bytes) {
     QList<QByteArray> lines;
     qsizetype start = 0;
     const qsizetype n = bytes.size();
@@ -123,10 +123,10 @@ QList<QByteArray> SplitLines(const QByteArray& bytes) {
     return lines;
 }
 
-bool ReplaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
+bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
                          const SettingsWriteSeams& seams) {
-    const QString tempPath = InFolder(programFolder, kSettingsTempName);
-    const QString settingsPath = InFolder(programFolder, kSettingsFileName);
+    const QString tempPath = inFolder(programFolder, kSettingsTempName);
+    const QString settingsPath = inFolder(programFolder, kSettingsFileName);
 
     // A left-over temporary file goes first, so that nothing is written
     // through a link that happens to stand under that name.
@@ -146,17 +146,17 @@ bool ReplaceSettingsFile(const QString& programFolder, const QList<QByteArray>& 
     ok = ok && temp.error() == QFileDevice::NoError;
     if (ok)
         ok = seams.rename ? seams.rename(tempPath, settingsPath)
-                          : RenameOver(tempPath, settingsPath);
+                          : renameOver(tempPath, settingsPath);
     if (!ok) {
         // A half-written file is of no use to anyone: the settings file stands.
         QFile::remove(tempPath);
         return false;
     }
-    SyncFolder(programFolder);
+    syncFolder(programFolder);
     return true;
 }
 
-bool WriteSettings(const QString& programFolder, const RecentList& recentFile,
+bool writeSettings(const QString& programFolder, const RecentList& recentFile,
                    const QString& recentEngine, const QString& styleName,
                    const SettingsWriteSeams& seams) {
     QList<QByteArray> lines;
@@ -166,7 +166,7 @@ bool WriteSettings(const QString& programFolder, const RecentList& recentFile,
 
     // Only a missing file is a first run; one that is there but can't be read
     // would otherwise be replaced by the recent lines alone.
-    const QString settingsPath = InFolder(programFolder, kSettingsFileName);
+    const QString settingsPath = inFolder(programFolder, kSettingsFileName);
     const QFileInfo info(settingsPath);
     if (info.exists() || info.isSymLink()) {
         QFile old(settingsPath);
@@ -174,15 +174,15 @@ bool WriteSettings(const QString& programFolder, const RecentList& recentFile,
         const QByteArray bytes = old.readAll();
         if (old.error() != QFileDevice::NoError) return false;
         const QByteArray styleLine = ("RecentStyle = " + styleName).toUtf8();
-        for (const QByteArray& line : SplitLines(bytes)) {
-            const QString t = TrimBlanks(QString::fromUtf8(line)).toUpper();
+        for (const QByteArray& line : splitLines(bytes)) {
+            const QString t = trimBlanks(QString::fromUtf8(line)).toUpper();
             if (t.startsWith(u"RECENTSTYLE") || t.startsWith(u"STYLE"))
                 lines.append(styleLine);
             else if (!t.startsWith(u"RECENTENGINE") && !t.startsWith(u"RECENTFILE"))
                 lines.append(line);
         }
     }
-    return ReplaceSettingsFile(programFolder, lines, seams);
+    return replaceSettingsFile(programFolder, lines, seams);
 }
 
 } // namespace marlith

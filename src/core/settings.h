@@ -33,12 +33,12 @@ struct SettingsRead {
 // RecentStyle line or else the first block decides. Whatever happens, the
 // record holds what was read before the end or the fault. The caller empties
 // FullDictionary and draws.
-SettingsRead ReadSettings(const QString& settingsPath, const QString& programFolder, Style& style,
+SettingsRead readSettings(const QString& settingsPath, const QString& programFolder, Style& style,
                           RecentList& recentFile, QString& recentEngine);
 
 // Puts path at the head of the list: an entry equal to it (compared exactly)
 // moves up, else the oldest falls out.
-void AddRecent(RecentList& recentFile, const QString& path);
+void addRecent(RecentList& recentFile, const QString& path);
 
 struct RecentMenuItem {
     QString caption;
@@ -46,11 +46,11 @@ struct RecentMenuItem {
 };
 
 // "&1 " and the shortened path, and so on; an empty entry is hidden.
-std::array<RecentMenuItem, 4> RecentMenuItems(const RecentList& recentFile);
+std::array<RecentMenuItem, 4> recentMenuItems(const RecentList& recentFile);
 
 // A path shortened for display to about n characters, cut at folder
 // boundaries from the left, with its root kept in front: "/.../C/D.FEN".
-QString CutName(const QString& w, int n);
+QString shortenPath(const QString& w, int n);
 
 // Test seams for the replacement of the settings file; empty members take
 // the real behaviour.
@@ -63,20 +63,20 @@ struct SettingsWriteSeams {
 };
 
 // The lines of a text file, split at CR LF, LF or CR, without the line ends.
-QList<QByteArray> SplitLines(const QByteArray& bytes);
+QList<QByteArray> splitLines(const QByteArray& bytes);
 
 // Writes the lines, each ended by CR LF, into "F0000000.tmp" in the program
 // folder, puts it on disk and renames it over "Marlith.ini". On any failure
 // the temporary file is removed, the settings file stays as it was, and the
 // result is false.
-bool ReplaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
+bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
                          const SettingsWriteSeams& seams = {});
 
 // The recent books (oldest first) and the engine, then every line of the old
 // file as it stands, except that a style line carries the current name and
 // the old recent lines go. Without an old file the new one holds the recent
 // lines alone. A settings file that is there but can't be read is left alone.
-bool WriteSettings(const QString& programFolder, const RecentList& recentFile,
+bool writeSettings(const QString& programFolder, const RecentList& recentFile,
                    const QString& recentEngine, const QString& styleName,
                    const SettingsWriteSeams& seams = {});
 

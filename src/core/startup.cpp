@@ -5,12 +5,12 @@
 
 namespace marlith {
 
-QString MakeTempSeed(int msecsSinceMidnight) {
+QString makeTempSeed(int msecsSinceMidnight) {
     const QString digits = QString::number(msecsSinceMidnight / 10);
     return QLatin1Char('F') + (QStringLiteral("000000") + digits).right(6);
 }
 
-QString ProgramFolderFrom(const QString& marlithHome, const QString& executableFolder) {
+QString programFolderFrom(const QString& marlithHome, const QString& executableFolder) {
     QString folder = marlithHome.isEmpty() ? executableFolder : marlithHome;
     if (folder.isEmpty()) folder = QDir::currentPath();
     folder = QDir(folder).absolutePath();
@@ -18,7 +18,7 @@ QString ProgramFolderFrom(const QString& marlithHome, const QString& executableF
     return folder;
 }
 
-CommandLine SplitCommandLine(const QStringList& arguments) {
+CommandLine splitCommandLine(const QStringList& arguments) {
     CommandLine line;
     if (arguments.isEmpty()) return line;
     line.bookFile = arguments.first().trimmed();
@@ -26,7 +26,7 @@ CommandLine SplitCommandLine(const QStringList& arguments) {
     return line;
 }
 
-int DeleteTempFiles(const QString& folder) {
+int deleteTempFiles(const QString& folder) {
     int deleted = 0;
     const QDir dir(folder);
     const QStringList names = dir.entryList(QDir::Files | QDir::Hidden | QDir::System);

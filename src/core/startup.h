@@ -8,11 +8,11 @@
 namespace marlith {
 
 // "F" and the last six digits of the hundredths of a second since midnight.
-QString MakeTempSeed(int msecsSinceMidnight);
+QString makeTempSeed(int msecsSinceMidnight);
 
 // The folder of the program, ending in "/": MARLITH_HOME when it is set,
 // else the folder of the executable.
-QString ProgramFolderFrom(const QString& marlithHome, const QString& executableFolder);
+QString programFolderFrom(const QString& marlithHome, const QString& executableFolder);
 
 // One book per instance: the first path is this instance's book, the others
 // go to a further instance, which does the same with them.
@@ -20,9 +20,9 @@ struct CommandLine {
     QString bookFile;
     QStringList rest;
 };
-CommandLine SplitCommandLine(const QStringList& arguments);
+CommandLine splitCommandLine(const QStringList& arguments);
 
 // Deletes the files "f*.tmp" (either case) in the folder; returns how many.
-int DeleteTempFiles(const QString& folder);
+int deleteTempFiles(const QString& folder);
 
 } // namespace marlith

@@ -4,7 +4,7 @@
 
 namespace marlith {
 
-QStringList SortStyleNames(QStringList names) {
+QStringList sortStyleNames(QStringList names) {
     // A stable sort gives what passes of neighbour swaps give.
     std::stable_sort(names.begin(), names.end(),
                      [](const QString& a, const QString& b) { return a.toUpper() < b.toUpper(); });

@@ -6,6 +6,6 @@
 
 namespace marlith {
 
-QStringList SortStyleNames(QStringList names);
+QStringList sortStyleNames(QStringList names);
 
 } // namespace marlith

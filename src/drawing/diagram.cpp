@@ -1,6 +1,6 @@
 #include "drawing/diagram.h"
 
-#include "drawing/blit.h"
+#include "drawing/pixel_copy.h"
 #include "drawing/piece_sheet.h"
 
 #include <QFontMetrics>
@@ -15,24 +15,24 @@ namespace {
 
 // The old geometry is 16-bit: an overflow anywhere in a length fails the
 // statement that computes it, which then keeps its old value.
-bool In16(long long v) {
+bool in16(long long v) {
     return v >= -32768 && v <= 32767;
 }
 
-std::optional<int> Sum16(std::initializer_list<long long> intermediates, long long result) {
+std::optional<int> sum16(std::initializer_list<long long> intermediates, long long result) {
     for (const long long v : intermediates)
-        if (!In16(v)) return std::nullopt;
-    if (!In16(result)) return std::nullopt;
+        if (!in16(v)) return std::nullopt;
+    if (!in16(result)) return std::nullopt;
     return static_cast<int>(result);
 }
 
 // 2 x base + (count - 1) x pitch + size + 60: the four pixels round the last square.
-std::optional<int> DerivedLength(int base, int count, int tab, int spacing, int size) {
+std::optional<int> derivedLength(int base, int count, int tab, int spacing, int size) {
     const long long pitch = static_cast<long long>(tab) + spacing;
     const long long twice = 2LL * base;
     const long long steps = count - 1LL;
     const long long span = steps * pitch;
-    return Sum16({pitch, twice, steps, span, twice + span, twice + span + size},
+    return sum16({pitch, twice, steps, span, twice + span, twice + span + size},
                  twice + span + size + 60);
 }
 
@@ -40,13 +40,13 @@ std::optional<int> DerivedLength(int base, int count, int tab, int spacing, int 
 // 2184, and a 32-bit size from a style must not allocate without bound.
 constexpr int kMaxPicturePixels = 4096;
 
-int PicturePixels(int32_t twips) {
-    return std::clamp(TwipToPixInt(twips), 0, kMaxPicturePixels);
+int picturePixels(int32_t twips) {
+    return std::clamp(twipsToWholePixels(twips), 0, kMaxPicturePixels);
 }
 
 // Loads a picture and flattens it onto white, so that every sheet is plain
 // 32-bit pixels and a copy from it is a copy of bytes.
-std::optional<QImage> LoadPicture(const QString& path) {
+std::optional<QImage> loadPicture(const QString& path) {
     QImage loaded;
     if (path.isEmpty() || !loaded.load(path) || loaded.isNull()) return std::nullopt;
     QImage flat(loaded.size(), QImage::Format_RGB32);
@@ -59,24 +59,24 @@ std::optional<QImage> LoadPicture(const QString& path) {
 
 } // namespace
 
-QString ProgramPath(const QString& programFolder, const QString& path) {
+QString programPath(const QString& programFolder, const QString& path) {
     if (path.contains(QLatin1Char('/'))) return path;
     return programFolder + path;
 }
 
-QRgb StyleColor(int32_t color) {
+QRgb styleColor(int32_t color) {
     const auto bits = static_cast<uint32_t>(color);
     return qRgb(bits & 0xFF, (bits >> 8) & 0xFF, (bits >> 16) & 0xFF);
 }
 
-int ScreenSquare(int index, int squares, int reversedBoard) {
+int screenSquare(int index, int squares, int reversedBoard) {
     if (reversedBoard == 0) return index;
     // The turn is that of the board as it is now, even when the style has
     // changed its size since Reverse was switched on.
     return squares - 1 - index;
 }
 
-int PixToInd(double x, double y, const Style& style) {
+int squareAt(double x, double y, const Style& style) {
     const double hp = static_cast<double>(style.SqrHTab) + style.SqrHSpc;
     const double vp = static_cast<double>(style.SqrVTab) + style.SqrVSpc;
     if (hp <= 0 || vp <= 0) return -1;
@@ -86,7 +86,7 @@ int PixToInd(double x, double y, const Style& style) {
     return static_cast<int>(r) * style.BorderWidth + static_cast<int>(c);
 }
 
-QSize MainWindowSize(const Style& style, bool bookPanelVisible) {
+QSize mainWindowSize(const Style& style, bool bookPanelVisible) {
     const long long height = static_cast<long long>(style.WndHeight) + 1350;
     const long long width = static_cast<long long>(style.WndWidth) + 3300;
     const long long h = bookPanelVisible && height < 5580 ? 5580 : height;
@@ -95,19 +95,19 @@ QSize MainWindowSize(const Style& style, bool bookPanelVisible) {
                  static_cast<int>(std::min<long long>(h, INT32_MAX)));
 }
 
-Diagram::Diagram() : pecas_(BuiltInSheet()), font_(QStringLiteral("MS Sans Serif")) {
+Diagram::Diagram() : pieceSheet_(builtInSheet()), font_(QStringLiteral("MS Sans Serif")) {
     font_.setPixelSize(11);
     font_.setStyleStrategy(QFont::NoAntialias);
 }
 
-Diagram::Outcome Diagram::DrawBoard(Style& style, int reversedBoard, const QString& programFolder) {
+Diagram::Outcome Diagram::drawBoard(Style& style, int reversedBoard, const QString& programFolder) {
     Outcome outcome;
     std::optional<QImage> border;
     if (!style.BorderFile.isEmpty())
-        border = LoadPicture(ProgramPath(programFolder, style.BorderFile));
+        border = loadPicture(programPath(programFolder, style.BorderFile));
     if (!style.PiecesFile.isEmpty()) {
-        if (auto sheet = LoadPicture(ProgramPath(programFolder, style.PiecesFile)))
-            pecas_ = std::move(*sheet);
+        if (auto sheet = loadPicture(programPath(programFolder, style.PiecesFile)))
+            pieceSheet_ = std::move(*sheet);
     }
     if (style.SqrVTab == 0) style.SqrVTab = style.SqrHeight;
     if (style.SqrHTab == 0) style.SqrHTab = style.SqrWidth;
@@ -120,33 +120,33 @@ Diagram::Outcome Diagram::DrawBoard(Style& style, int reversedBoard, const QStri
         style.BorderWidth = 8;
     }
     if (style.WndHeight == 0) {
-        if (auto h = DerivedLength(style.YBase, style.BorderHeight, style.SqrVTab, style.SqrVSpc,
+        if (auto h = derivedLength(style.YBase, style.BorderHeight, style.SqrVTab, style.SqrVSpc,
                                    style.SqrHeight))
             style.WndHeight = *h;
     }
     if (style.WndWidth == 0) {
-        if (auto w = DerivedLength(style.XBase, style.BorderWidth, style.SqrHTab, style.SqrHSpc,
+        if (auto w = derivedLength(style.XBase, style.BorderWidth, style.SqrHTab, style.SqrHSpc,
                                    style.SqrWidth))
             style.WndWidth = *w;
     }
 
-    picMain_ =
-        QImage(PicturePixels(style.WndWidth), PicturePixels(style.WndHeight), QImage::Format_RGB32);
-    dirty_ = picMain_.rect();
-    if (picMain_.isNull()) return outcome;
-    picMain_.fill(StyleColor(style.BackColor));
+    image_ =
+        QImage(picturePixels(style.WndWidth), picturePixels(style.WndHeight), QImage::Format_RGB32);
+    dirty_ = image_.rect();
+    if (image_.isNull()) return outcome;
+    image_.fill(styleColor(style.BackColor));
     if (border) {
-        QPainter painter(&picMain_);
+        QPainter painter(&image_);
         painter.drawImage(0, 0, *border);
     }
-    if (style.FrameWidth > 0) DrawFrame(style);
-    if (style.ShowGrid == 1) DrawCoordinates(style, reversedBoard);
+    if (style.FrameWidth > 0) drawFrame(style);
+    if (style.ShowGrid == 1) drawCoordinates(style, reversedBoard);
     return outcome;
 }
 
-void Diagram::DrawFrame(const Style& style) {
-    QPainter painter(&picMain_);
-    QPen pen(QColor(StyleColor(style.FrameColor)));
+void Diagram::drawFrame(const Style& style) {
+    QPainter painter(&image_);
+    QPen pen(QColor(styleColor(style.FrameColor)));
     pen.setWidth(style.FrameWidth);
     pen.setCapStyle(Qt::FlatCap);
     painter.setPen(pen);
@@ -154,7 +154,7 @@ void Diagram::DrawFrame(const Style& style) {
     const double width = style.WndWidth;
     const double height = style.WndHeight;
     auto line = [&](double x1, double y1, double x2, double y2) {
-        painter.drawLine(TwipToPixInt(x1), TwipToPixInt(y1), TwipToPixInt(x2), TwipToPixInt(y2));
+        painter.drawLine(twipsToWholePixels(x1), twipsToWholePixels(y1), twipsToWholePixels(x2), twipsToWholePixels(y2));
     };
     // Along the edges of the picture; the far lines keep 66 twips clear.
     line(h, 0, h, height);
@@ -163,7 +163,7 @@ void Diagram::DrawFrame(const Style& style) {
     line(width, height - h - 66, 0, height - h - 66);
 }
 
-void Diagram::DrawCoordinates(const Style& style, int reversedBoard) {
+void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
     int ha = 0;
     if (style.FontPos.contains(QLatin1String("CENTER"))) ha = 1;
     if (style.FontPos.contains(QLatin1String("RIGHT"))) ha = 2;
@@ -180,9 +180,9 @@ void Diagram::DrawCoordinates(const Style& style, int reversedBoard) {
             std::max(1, static_cast<int>(std::lround(style.FontSize * 96.0 / 72.0))));
     if (!style.FontName.isEmpty()) font_.setFamily(style.FontName);
 
-    QPainter painter(&picMain_);
+    QPainter painter(&image_);
     painter.setFont(font_);
-    painter.setPen(QColor(StyleColor(style.FontColor)));
+    painter.setPen(QColor(styleColor(style.FontColor)));
     const QFontMetrics metrics(font_);
     const double textHeight = static_cast<double>(metrics.height()) * kTwipsPerPixel;
     const double hp = static_cast<double>(style.SqrHTab) + style.SqrHSpc;
@@ -192,7 +192,7 @@ void Diagram::DrawCoordinates(const Style& style, int reversedBoard) {
     const int flip = reversedBoard != 0 ? rows - 1 : 0;
     const int flipc = reversedBoard != 0 ? columns - 1 : 0;
     auto print = [&](double x, double y, const QString& text) {
-        painter.drawText(TwipToPixInt(x), TwipToPixInt(y) + metrics.ascent(), text);
+        painter.drawText(twipsToWholePixels(x), twipsToWholePixels(y) + metrics.ascent(), text);
     };
 
     for (int i = 0; i < rows; ++i) {
@@ -219,28 +219,28 @@ void Diagram::DrawCoordinates(const Style& style, int reversedBoard) {
     }
 }
 
-void Diagram::PutPeca(int iPeca, int casa, const Style& style, int reversedBoard) {
+void Diagram::copyCellToSquare(int cell, int oneBasedSquare, const Style& style, int reversedBoard) {
     const int columns = style.BorderWidth;
-    const int squares = BoardSquares(style.BorderHeight, columns);
+    const int squares = boardSquares(style.BorderHeight, columns);
     const int cellsPerRow = static_cast<int>(style.PiecesList.size()) + 1;
-    if (columns <= 0 || iPeca < 0 || casa < 1 || casa > squares) return;
-    const int s = ScreenSquare(casa - 1, squares, reversedBoard);
+    if (columns <= 0 || cell < 0 || oneBasedSquare < 1 || oneBasedSquare > squares) return;
+    const int s = screenSquare(oneBasedSquare - 1, squares, reversedBoard);
     // Square s sits `index` pitches from the base; every step is 16-bit.
     auto place = [](long long index, int tab, int spacing, int base) {
         const long long pitch = static_cast<long long>(tab) + spacing;
-        return Sum16({pitch, index * pitch}, index * pitch + base);
+        return sum16({pitch, index * pitch}, index * pitch + base);
     };
     const auto y = place(s / columns, style.SqrVTab, style.SqrVSpc, style.YBase);
     const auto x = place(s % columns, style.SqrHTab, style.SqrHSpc, style.XBase);
-    const auto x2 = Sum16({}, static_cast<long long>(iPeca % cellsPerRow) * style.SqrHTab);
-    const auto y2 = Sum16({}, static_cast<long long>(iPeca / cellsPerRow) * style.SqrVTab);
+    const auto x2 = sum16({}, static_cast<long long>(cell % cellsPerRow) * style.SqrHTab);
+    const auto y2 = sum16({}, static_cast<long long>(cell / cellsPerRow) * style.SqrVTab);
     if (!x || !y || !x2 || !y2) return;
 
     // A plain copy of the cell, background and all.
     const QRect written =
-        CopyPixels(pecas_, QPoint(TwipToPixInt(*x2), TwipToPixInt(*y2)), picMain_,
-                   QPoint(TwipToPixInt(*x), TwipToPixInt(*y)),
-                   QSize(TwipToPixInt(style.SqrWidth), TwipToPixInt(style.SqrHeight)));
+        copyPixels(pieceSheet_, QPoint(twipsToWholePixels(*x2), twipsToWholePixels(*y2)), image_,
+                   QPoint(twipsToWholePixels(*x), twipsToWholePixels(*y)),
+                   QSize(twipsToWholePixels(style.SqrWidth), twipsToWholePixels(style.SqrHeight)));
     if (written.isEmpty()) return;
     ++copies_;
     dirty_ |= written;

@@ -1,4 +1,4 @@
-// The picture of the diagram: the persistent image that PicMain shows, the
+// The picture of the diagram: the persistent image that diagramView shows, the
 // piece sheet it is painted from, and the geometry between them.
 #pragma once
 
@@ -13,21 +13,21 @@
 namespace marlith {
 
 // A path from a style: one without "/" lies in the program folder.
-QString ProgramPath(const QString& programFolder, const QString& path);
+QString programPath(const QString& programFolder, const QString& path);
 
 // Colour of the style files (red in the low byte) as a pixel value.
-QRgb StyleColor(int32_t color);
+QRgb styleColor(int32_t color);
 
 // Square on the screen for board square number `index` (from 0). A turned
 // board shows square i at squares - 1 - i; the mapping is its own inverse.
-int ScreenSquare(int index, int squares, int reversedBoard);
+int screenSquare(int index, int squares, int reversedBoard);
 
 // Square of the screen under a point in twips, or -1. Each gap between two
 // squares belongs half to each neighbour.
-int PixToInd(double x, double y, const Style& style);
+int squareAt(double x, double y, const Style& style);
 
 // Size in twips of the main window that holds a diagram of the style.
-QSize MainWindowSize(const Style& style, bool bookPanelVisible);
+QSize mainWindowSize(const Style& style, bool bookPanelVisible);
 
 class Diagram {
   public:
@@ -40,27 +40,27 @@ class Diagram {
     // Clears the image and draws the empty diagram of the style: border
     // picture, frame and coordinates; loads the style's sheet. Fills in the
     // derived sizes of the style and falls back to 8 by 8 beyond 400 squares.
-    Outcome DrawBoard(Style& style, int reversedBoard, const QString& programFolder);
+    Outcome drawBoard(Style& style, int reversedBoard, const QString& programFolder);
 
-    // Copies sheet cell iPeca onto square casa (counted from 1).
-    void PutPeca(int iPeca, int casa, const Style& style, int reversedBoard);
+    // Copies sheet cell cell onto square oneBasedSquare (counted from 1).
+    void copyCellToSquare(int cell, int oneBasedSquare, const Style& style, int reversedBoard);
 
-    const QImage& image() const { return picMain_; }
-    QImage& image() { return picMain_; }
-    const QImage& sheet() const { return pecas_; }
+    const QImage& image() const { return image_; }
+    QImage& image() { return image_; }
+    const QImage& sheet() const { return pieceSheet_; }
     const QFont& font() const { return font_; }
 
     // Area changed since the last call, in pixels.
     QRect takeDirty();
-    // Number of square copies so far; tells how much a Build repainted.
+    // Number of square copies so far; tells how much a buildBoard repainted.
     long long copies() const { return copies_; }
 
   private:
-    void DrawFrame(const Style& style);
-    void DrawCoordinates(const Style& style, int reversedBoard);
+    void drawFrame(const Style& style);
+    void drawCoordinates(const Style& style, int reversedBoard);
 
-    QImage picMain_;
-    QImage pecas_;
+    QImage image_;
+    QImage pieceSheet_;
     QFont font_;
     QRect dirty_;
     long long copies_ = 0;

@@ -1,18 +1,18 @@
 #include "drawing/palette.h"
 
-#include "drawing/blit.h"
+#include "drawing/pixel_copy.h"
 
 #include <cmath>
 
 namespace marlith {
 
-int PaletteRows(int piecesCount) {
+int paletteRows(int piecesCount) {
     if (piecesCount <= 0) return 0;
     return piecesCount / kPaletteColumns + (piecesCount % kPaletteColumns != 0 ? 1 : 0);
 }
 
-QSize PaletteSizeTwips(const Style& style) {
-    const int rows = PaletteRows(static_cast<int>(style.PiecesList.size()));
+QSize paletteSizeTwips(const Style& style) {
+    const int rows = paletteRows(static_cast<int>(style.PiecesList.size()));
     const long long height =
         static_cast<long long>(rows - 1) * style.SqrVTab + style.SqrHeight + 60;
     const long long width = 5LL * style.SqrHTab + style.SqrWidth + 60;
@@ -20,16 +20,16 @@ QSize PaletteSizeTwips(const Style& style) {
     return QSize(clamp(width), clamp(height));
 }
 
-void CopyCell(const QImage& sheet, int sx, int sy, QImage& target, int tx, int ty,
+void copyCell(const QImage& sheet, int sx, int sy, QImage& target, int tx, int ty,
               const Style& style) {
-    CopyPixels(sheet, QPoint(TwipToPixInt(sx), TwipToPixInt(sy)), target,
-               QPoint(TwipToPixInt(tx), TwipToPixInt(ty)),
-               QSize(TwipToPixInt(style.SqrWidth), TwipToPixInt(style.SqrHeight)));
+    copyPixels(sheet, QPoint(twipsToWholePixels(sx), twipsToWholePixels(sy)), target,
+               QPoint(twipsToWholePixels(tx), twipsToWholePixels(ty)),
+               QSize(twipsToWholePixels(style.SqrWidth), twipsToWholePixels(style.SqrHeight)));
 }
 
-QImage DrawPalette(const QImage& sheet, const Style& style) {
-    const QSize twips = PaletteSizeTwips(style);
-    QImage palette(TwipToPixInt(twips.width()), TwipToPixInt(twips.height()), QImage::Format_RGB32);
+QImage paletteImage(const QImage& sheet, const Style& style) {
+    const QSize twips = paletteSizeTwips(style);
+    QImage palette(twipsToWholePixels(twips.width()), twipsToWholePixels(twips.height()), QImage::Format_RGB32);
     if (palette.isNull()) return palette;
     palette.fill(Qt::white);
     const int pieces = static_cast<int>(style.PiecesList.size());
@@ -38,26 +38,26 @@ QImage DrawPalette(const QImage& sheet, const Style& style) {
         const long long tx = static_cast<long long>((k - 1) % kPaletteColumns) * style.SqrHTab;
         const long long ty = static_cast<long long>((k - 1) / kPaletteColumns) * style.SqrVTab;
         if (sx > INT32_MAX || tx > INT32_MAX || ty > INT32_MAX) break;
-        CopyCell(sheet, static_cast<int>(sx), 0, palette, static_cast<int>(tx),
+        copyCell(sheet, static_cast<int>(sx), 0, palette, static_cast<int>(tx),
                  static_cast<int>(ty), style);
     }
     return palette;
 }
 
-QImage DrawSelected(const QImage& sheet, const Style& style, int viewPiece) {
-    if (viewPiece < 0) return QImage();
-    QImage selected(TwipToPixInt(style.SqrWidth), TwipToPixInt(style.SqrHeight),
+QImage chosenPieceImage(const QImage& sheet, const Style& style, int chosenPiece) {
+    if (chosenPiece < 0) return QImage();
+    QImage selected(twipsToWholePixels(style.SqrWidth), twipsToWholePixels(style.SqrHeight),
                     QImage::Format_RGB32);
     if (selected.isNull()) return selected;
     const int cellsPerRow = static_cast<int>(style.PiecesList.size()) + 1;
-    const long long sx = static_cast<long long>(viewPiece % cellsPerRow) * style.SqrHTab;
-    const long long sy = static_cast<long long>(viewPiece / cellsPerRow) * style.SqrVTab;
+    const long long sx = static_cast<long long>(chosenPiece % cellsPerRow) * style.SqrHTab;
+    const long long sy = static_cast<long long>(chosenPiece / cellsPerRow) * style.SqrVTab;
     if (sx > INT32_MAX || sy > INT32_MAX) return QImage();
-    CopyCell(sheet, static_cast<int>(sx), static_cast<int>(sy), selected, 0, 0, style);
+    copyCell(sheet, static_cast<int>(sx), static_cast<int>(sy), selected, 0, 0, style);
     return selected;
 }
 
-int PaletteCell(double x, double y, const Style& style) {
+int paletteCell(double x, double y, const Style& style) {
     if (style.SqrHTab <= 0 || style.SqrVTab <= 0) return 0;
     const int pieces = static_cast<int>(style.PiecesList.size());
     // The rows of this test: L / 6 rounded, one more for a part row.

@@ -28,7 +28,7 @@ constexpr const char* kSheetRows[kBuiltInCellPixels] = {
 
 } // namespace
 
-QImage BuiltInSheet() {
+QImage builtInSheet() {
     const QRgb black = qRgb(0, 0, 0);
     const QRgb white = qRgb(255, 255, 255);
     const QRgb silver = qRgb(192, 192, 192);

@@ -10,6 +10,6 @@ inline constexpr int kBuiltInSheetWidth = 13 * kBuiltInCellPixels;
 
 // 195 by 30 pixels: 13 cells (bare square, then "pPnNbBrRqQkK") on white in
 // row 0 and on silver 192 in row 1.
-QImage BuiltInSheet();
+QImage builtInSheet();
 
 } // namespace marlith

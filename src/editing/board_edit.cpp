@@ -4,54 +4,54 @@
 
 namespace marlith {
 
-int ButtonNumber(Qt::MouseButtons buttons) {
+int buttonNumber(Qt::MouseButtons buttons) {
     if (buttons & Qt::LeftButton) return kLeftButton;
     if (buttons & Qt::RightButton) return kRightButton;
     if (buttons & Qt::MiddleButton) return kMiddleButton;
     return 0;
 }
 
-int KeyMask(Qt::KeyboardModifiers modifiers) {
+int keyMask(Qt::KeyboardModifiers modifiers) {
     return (modifiers & Qt::ShiftModifier ? kMaskShift : 0) |
            (modifiers & Qt::ControlModifier ? kMaskCtrl : 0) |
            (modifiers & Qt::AltModifier ? kMaskAlt : 0);
 }
 
-void Land(VetArray& vet, int square, int content, int piecesCount, int columns) {
+void landPiece(SquareVector& squareVector, int square, int content, int piecesCount, int columns) {
     if (content > piecesCount) content -= piecesCount + 1;
-    vet[square][1] = static_cast<int16_t>(content + (piecesCount + 1) * SqrColor(square, columns));
+    squareVector[square][1] = static_cast<int16_t>(content + (piecesCount + 1) * squareColor(square, columns));
 }
 
-BoardEdit ReleaseOnBoard(const BoardPress& press, double x, double y, VetArray& vet,
-                         const Style& style, int reversedBoard, int viewPiece) {
+BoardEdit editOnRelease(const BoardPress& press, double x, double y, SquareVector& squareVector,
+                         const Style& style, int reversedBoard, int chosenPiece) {
     BoardEdit edit;
-    if (IsStroke(press)) return edit;
-    const int screenA = PixToInd(press.x, press.y, style);
-    const int screenB = PixToInd(x, y, style);
+    if (isStroke(press)) return edit;
+    const int screenA = squareAt(press.x, press.y, style);
+    const int screenB = squareAt(x, y, style);
     if (screenA < 0 || screenB < 0) return edit;
-    const int squares = BoardSquares(style.BorderHeight, style.BorderWidth);
+    const int squares = boardSquares(style.BorderHeight, style.BorderWidth);
     if (screenA >= squares || screenB >= squares) return edit;
-    const int a = ScreenSquare(screenA, squares, reversedBoard);
-    const int b = ScreenSquare(screenB, squares, reversedBoard);
+    const int a = screenSquare(screenA, squares, reversedBoard);
+    const int b = screenSquare(screenB, squares, reversedBoard);
     const int pieces = static_cast<int>(style.PiecesList.size());
     const int columns = style.BorderWidth;
-    const int emptyOfA = (pieces + 1) * SqrColor(a, columns);
+    const int emptyOfA = (pieces + 1) * squareColor(a, columns);
 
     if (press.button == kLeftButton && a != b) {
-        const int moved = vet[a][1];
-        if (press.shift != kMaskCtrl) vet[a][1] = static_cast<int16_t>(emptyOfA);
-        Land(vet, b, moved, pieces, columns);
-        edit.picMove = true;
+        const int moved = squareVector[a][1];
+        if (press.shift != kMaskCtrl) squareVector[a][1] = static_cast<int16_t>(emptyOfA);
+        landPiece(squareVector, b, moved, pieces, columns);
+        edit.squaresChanged = true;
     } else if (press.button == kLeftButton) {
-        if (viewPiece >= 0) {
-            Land(vet, b, viewPiece, pieces, columns);
-            edit.picMove = true;
+        if (chosenPiece >= 0) {
+            landPiece(squareVector, b, chosenPiece, pieces, columns);
+            edit.squaresChanged = true;
         }
         edit.clicked = true;
         edit.clickedSquare = screenB;
     } else if (press.button == kRightButton && a == b) {
-        vet[a][1] = static_cast<int16_t>(emptyOfA);
-        edit.picMove = true;
+        squareVector[a][1] = static_cast<int16_t>(emptyOfA);
+        edit.squaresChanged = true;
     }
     return edit;
 }

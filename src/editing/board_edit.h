@@ -1,6 +1,6 @@
 // Editing on the diagram: what a press and a release on the board do to the
 // square vector. Nothing is painted here; the caller passes the vector on
-// to the text (PicMove).
+// to the text (commitBoardEdit).
 #pragma once
 
 #include "position/fen.h"
@@ -21,8 +21,8 @@ inline constexpr int kMiddleButton = 4;
 
 // The button of a mouse event as numbered here (0 for none), and the mask of
 // its keys.
-int ButtonNumber(Qt::MouseButtons buttons);
-int KeyMask(Qt::KeyboardModifiers modifiers);
+int buttonNumber(Qt::MouseButtons buttons);
+int keyMask(Qt::KeyboardModifiers modifiers);
 
 struct BoardPress {
     double x = -1; // twips on the diagram
@@ -32,12 +32,12 @@ struct BoardPress {
 };
 
 // Shift alone at the press starts a stroke of the overlay, not an edit.
-inline bool IsStroke(const BoardPress& press) {
+inline bool isStroke(const BoardPress& press) {
     return press.shift == kMaskShift;
 }
 
 struct BoardEdit {
-    bool picMove = false;   // the vector changed: pass it on to the text
+    bool squaresChanged = false;   // the vector changed: pass it on to the text
     int clickedSquare = -1; // the square clicked, as numbered on the screen
     bool clicked = false;   // clickedSquare is to be taken over
 };
@@ -45,11 +45,11 @@ struct BoardEdit {
 // The edit of a release at (x, y) after `press`: a left drag moves (Ctrl
 // alone copies), a left click sets the chosen piece, a right click empties.
 // A gesture that starts or ends off the squares does nothing.
-BoardEdit ReleaseOnBoard(const BoardPress& press, double x, double y, VetArray& vet,
-                         const Style& style, int reversedBoard, int viewPiece);
+BoardEdit editOnRelease(const BoardPress& press, double x, double y, SquareVector& squareVector,
+                         const Style& style, int reversedBoard, int chosenPiece);
 
 // Puts piece `content` on board square `square` as the sheet cell of that
-// square's colour, as an edit leaves it until the next Build.
-void Land(VetArray& vet, int square, int content, int piecesCount, int columns);
+// square's colour, as an edit leaves it until the next buildBoard.
+void landPiece(SquareVector& squareVector, int square, int content, int piecesCount, int columns);
 
 } // namespace marlith

@@ -10,13 +10,13 @@ namespace marlith {
 
 namespace {
 
-QString LogName(const QString& ext) {
+QString logName(const QString& ext) {
     return QStringLiteral("log.") + ext;
 }
 
 } // namespace
 
-QByteArray CraftyRcText(const QString& depth, const QString& fen, bool whiteToMove) {
+QByteArray craftyRcText(const QString& depth, const QString& fen, bool whiteToMove) {
     const QStringList lines = {
         QStringLiteral("log off"),
         QStringLiteral("ponder off"),
@@ -36,14 +36,14 @@ QByteArray CraftyRcText(const QString& depth, const QString& fen, bool whiteToMo
     return text;
 }
 
-QString FirstFreeLogExt(const QString& folder) {
+QString firstFreeLogExtension(const QString& folder) {
     int i = 1;
     for (; i <= 999; ++i)
-        if (!QFileInfo::exists(folder + LogName(QString::number(1000 + i).right(3)))) break;
+        if (!QFileInfo::exists(folder + logName(QString::number(1000 + i).right(3)))) break;
     return QString::number(1000 + i).right(3);
 }
 
-QString RunLogExt(const QString& folder, const QString& from) {
+QString runLogExtension(const QString& folder, const QString& from) {
     bool ok = false;
     const int first = from.toInt(&ok);
     QString best;
@@ -68,14 +68,14 @@ QString RunLogExt(const QString& folder, const QString& from) {
     return best;
 }
 
-QStringList LogRows(const QByteArray& data) {
+QStringList logRows(const QByteArray& data) {
     QByteArray copy = data;
     QBuffer buffer(&copy);
     buffer.open(QIODevice::ReadOnly);
-    return ReadLines(buffer, false);
+    return readLines(buffer, false);
 }
 
-QString CraftyFen(const QString& text, const QString& piecesList, const QString& englishNotation) {
+QString craftyFen(const QString& text, const QString& piecesList, const QString& englishNotation) {
     QString copy;
     copy.reserve(text.size());
     for (const QChar c : text) {
@@ -88,28 +88,28 @@ QString CraftyFen(const QString& text, const QString& piecesList, const QString&
     return copy;
 }
 
-QString ElapsedText(int32_t elapsed) {
-    return ClockText(elapsed);
+QString elapsedText(int32_t elapsed) {
+    return clockText(elapsed);
 }
 
-void CraftyRun::begin(const QString& folder, const QString& logExt) {
+void CraftyRun::begin(const QString& folder, const QString& logExtension) {
     active_ = true;
     stage_ = 0;
     folder_ = folder;
-    firstExt_ = logExt;
-    logExt_ = logExt;
+    firstExtension_ = logExtension;
+    logExtension_ = logExtension;
     clock_.reset();
 }
 
 std::optional<QString> CraftyRun::clock(double now) {
     if (!active_) return std::nullopt;
-    return clock_.tick(now, [](int32_t n) { return ElapsedText(n); });
+    return clock_.tick(now, [](int32_t n) { return elapsedText(n); });
 }
 
 CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool()>& start,
                                    QStringList& rows) {
     if (!active_) return Step::Waiting;
-    const QString log = folder_ + LogName(logExt_);
+    const QString log = folder_ + logName(logExtension_);
     switch (stage_) {
     case 0: {
         const QFileInfo rc(folder_ + QLatin1String(kCraftyRc));
@@ -119,9 +119,9 @@ CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool(
     case 1: {
         // The log is read once the engine has ended and let go of it.
         if (engineRunning) return Step::Waiting;
-        const QString ext = RunLogExt(folder_, firstExt_);
+        const QString ext = runLogExtension(folder_, firstExtension_);
         if (!ext.isEmpty()) {
-            logExt_ = ext;
+            logExtension_ = ext;
             stage_ = 2;
         }
         return Step::Waiting;
@@ -129,7 +129,7 @@ CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool(
     case 2: {
         QFile file(log);
         if (!file.open(QIODevice::ReadOnly)) return Step::Waiting;
-        rows = ReadLines(file, false);
+        rows = readLines(file, false);
         stage_ = 3;
         return Step::Rows;
     }
@@ -138,11 +138,11 @@ CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool(
         if (!QFileInfo::exists(log)) stage_ = 4;
         return Step::Waiting;
     default: {
-        const QString game = folder_ + QStringLiteral("game.") + logExt_;
+        const QString game = folder_ + QStringLiteral("game.") + logExtension_;
         if (QFileInfo::exists(game)) QFile::remove(game);
         if (QFileInfo::exists(game)) return Step::Waiting;
         // The game file of the log the engine opened first and put away.
-        if (firstExt_ != logExt_) QFile::remove(folder_ + QStringLiteral("game.") + firstExt_);
+        if (firstExtension_ != logExtension_) QFile::remove(folder_ + QStringLiteral("game.") + firstExtension_);
         stage_ = 0;
         active_ = false;
         clock_.reset();

@@ -16,27 +16,27 @@ inline constexpr const char* kCraftyRc = "Crafty.rc";
 
 // The command file: set up the position for the side to move, analyse to
 // the depth and end. Depth and position go out as typed.
-QByteArray CraftyRcText(const QString& depth, const QString& fen, bool whiteToMove);
+QByteArray craftyRcText(const QString& depth, const QString& fen, bool whiteToMove);
 
 // The extension of the first free "log.NNN", NNN from 001 to 999; "000" when
 // all are taken.
-QString FirstFreeLogExt(const QString& folder);
+QString firstFreeLogExtension(const QString& folder);
 
 // The engine numbers its own logs and starts a new one at "log on": the log
 // of a run is the newest non-empty "log.NNN" at or above `from`, or "" when
 // there is none yet.
-QString RunLogExt(const QString& folder, const QString& from);
+QString runLogExtension(const QString& folder, const QString& from);
 
 // The rows of a log: any run of CR and LF ends a row; what follows the last
 // line end is not a row.
-QStringList LogRows(const QByteArray& data);
+QStringList logRows(const QByteArray& data);
 
 // A style's piece letters in the FEN text become the English ones; a letter
 // beyond the English notation is dropped, anything else stays.
-QString CraftyFen(const QString& text, const QString& piecesList, const QString& englishNotation);
+QString craftyFen(const QString& text, const QString& piecesList, const QString& englishNotation);
 
 // "mm:ss" of the elapsed seconds.
-QString ElapsedText(int32_t elapsed);
+QString elapsedText(int32_t elapsed);
 
 // The stages of one run: 0 start the engine once the command file is there,
 // 1 wait for the log, 2 read it, 3 remove it, 4 remove the game file. One
@@ -45,11 +45,11 @@ class CraftyRun {
   public:
     enum class Step { Waiting, Rows, Finished };
 
-    void begin(const QString& folder, const QString& logExt);
+    void begin(const QString& folder, const QString& logExtension);
     bool active() const { return active_; }
     int16_t stage() const { return stage_; }
     // The extension of the log being waited for or read.
-    QString logExt() const { return logExt_; }
+    QString logExtension() const { return logExtension_; }
     std::optional<QString> clock(double now);
     // `start` starts the engine and says whether it did.
     Step advance(bool engineRunning, const std::function<bool()>& start, QStringList& rows);
@@ -58,8 +58,8 @@ class CraftyRun {
     bool active_ = false;
     int16_t stage_ = 0;
     QString folder_;
-    QString firstExt_;
-    QString logExt_;
+    QString firstExtension_;
+    QString logExtension_;
     RunClock clock_;
 };
 

@@ -13,12 +13,12 @@ namespace marlith {
 
 namespace {
 
-QFileInfoList FilesOf(const QString& folder) {
+QFileInfoList filesOf(const QString& folder) {
     return QDir(folder).entryInfoList(QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
 }
 
 // Line ends are CR, LF or CR LF; the last line needs none.
-QList<QByteArray> SplitLines(const QByteArray& data) {
+QList<QByteArray> splitLines(const QByteArray& data) {
     QList<QByteArray> lines;
     qsizetype start = 0;
     const qsizetype size = data.size();
@@ -35,16 +35,16 @@ QList<QByteArray> SplitLines(const QByteArray& data) {
 
 // The leading number of the first two characters, rounded; a text without
 // one is 0.
-double LineNumber(const QString& line) {
-    const std::optional<double> number = ValNumber(QStringView(line).left(2));
+double lineNumber(const QString& line) {
+    const std::optional<double> number = readNumber(QStringView(line).left(2));
     if (!number || !std::isfinite(*number)) return 0.0;
-    return RoundHalfEven(*number) + 0.0;
+    return roundHalfEven(*number) + 0.0;
 }
 
 } // namespace
 
-QString FindInFolder(const QString& folder, const QStringList& names, bool executable) {
-    const QFileInfoList files = FilesOf(folder);
+QString findInFolder(const QString& folder, const QStringList& names, bool executable) {
+    const QFileInfoList files = filesOf(folder);
     for (const QString& name : names) {
         for (const QFileInfo& file : files) {
             if (file.fileName().compare(name, Qt::CaseInsensitive) != 0) continue;
@@ -55,22 +55,22 @@ QString FindInFolder(const QString& folder, const QStringList& names, bool execu
     return {};
 }
 
-QString FindPopeye(const QString& folder) {
-    return FindInFolder(folder, {QStringLiteral("py"), QStringLiteral("py.exe")}, true);
+QString findPopeye(const QString& folder) {
+    return findInFolder(folder, {QStringLiteral("py"), QStringLiteral("py.exe")}, true);
 }
 
-QString FindCrafty(const QString& folder) {
-    return FindInFolder(folder, {QStringLiteral("crafty"), QStringLiteral("crafty.exe")}, true);
+QString findCrafty(const QString& folder) {
+    return findInFolder(folder, {QStringLiteral("crafty"), QStringLiteral("crafty.exe")}, true);
 }
 
-QString FindPyDat(const QString& folder) {
-    return FindInFolder(folder, {QStringLiteral("py.dat")}, false);
+QString findPyDat(const QString& folder) {
+    return findInFolder(folder, {QStringLiteral("py.dat")}, false);
 }
 
-EngineMenu LocateEngines(bool popeyeFound, bool craftyFound, const QString& recentEngine) {
+EngineMenu locateEngines(bool popeyeFound, bool craftyFound, const QString& recentEngine) {
     EngineMenu menu;
     menu.recentEngine = recentEngine;
-    menu.pyEnabled = popeyeFound;
+    menu.popeyeEnabled = popeyeFound;
     menu.craftyEnabled = craftyFound;
     if (!popeyeFound) {
         if (menu.recentEngine.toUpper() == QLatin1String("POPEYE"))
@@ -87,24 +87,24 @@ EngineMenu LocateEngines(bool popeyeFound, bool craftyFound, const QString& rece
     }
     const QString engine = menu.recentEngine.toUpper();
     if (engine == QLatin1String("POPEYE")) {
-        menu.pyChecked = menu.pyEnabled;
+        menu.popeyeChecked = menu.popeyeEnabled;
         menu.craftyChecked = false;
     } else if (engine == QLatin1String("CRAFTY")) {
         menu.craftyChecked = menu.craftyEnabled;
-        menu.pyChecked = false;
+        menu.popeyeChecked = false;
     }
     return menu;
 }
 
-PyDat ParsePyDat(const QByteArray& data) {
+PyDat parsePyDat(const QByteArray& data) {
     PyDat table;
-    for (const QByteArray& bytes : SplitLines(data)) {
+    for (const QByteArray& bytes : splitLines(data)) {
         const QString line = QString::fromUtf8(bytes);
         if (line.isEmpty() || line.startsWith(QLatin1Char(';'))) continue;
         // A line of one character has no value behind its number field: the
         // old reader failed there, and the rest of the file goes unread.
         if (line.size() < 2) break;
-        const double number = LineNumber(line);
+        const double number = lineNumber(line);
         const QString value = line.mid(2);
         if (number >= 0 && number <= 10)
             table.lists[static_cast<size_t>(number)].append(value);
@@ -115,17 +115,17 @@ PyDat ParsePyDat(const QByteArray& data) {
     return table;
 }
 
-PyDat ReadPyDat(const QString& path) {
+PyDat readPyDat(const QString& path) {
     QFile file(path);
-    if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) return ParsePyDat({});
+    if (path.isEmpty() || !file.open(QIODevice::ReadOnly)) return parsePyDat({});
     // A table is a few kilobytes; a huge file is read only in part.
     constexpr qint64 kMaxBytes = 16 * 1024 * 1024;
-    return ParsePyDat(file.read(kMaxBytes));
+    return parsePyDat(file.read(kMaxBytes));
 }
 
-bool DeleteNoCase(const QString& folder, const QStringList& names) {
+bool deleteNoCase(const QString& folder, const QStringList& names) {
     bool deleted = false;
-    for (const QFileInfo& file : FilesOf(folder)) {
+    for (const QFileInfo& file : filesOf(folder)) {
         for (const QString& name : names) {
             if (file.fileName().compare(name, Qt::CaseInsensitive) == 0 &&
                 QFile::remove(file.absoluteFilePath())) {
@@ -137,11 +137,11 @@ bool DeleteNoCase(const QString& folder, const QStringList& names) {
     return deleted;
 }
 
-int ClearLeftovers(const QString& folder) {
+int clearLeftovers(const QString& folder) {
     QSet<QString> visited;
     for (;;) {
         QString log;
-        for (const QFileInfo& file : FilesOf(folder)) {
+        for (const QFileInfo& file : filesOf(folder)) {
             const QString name = file.fileName();
             if (name.startsWith(QLatin1String("log."), Qt::CaseInsensitive) &&
                 !visited.contains(name)) {
@@ -152,14 +152,14 @@ int ClearLeftovers(const QString& folder) {
         if (log.isEmpty()) break;
         visited.insert(log);
         const QString ext = log.right(3);
-        DeleteNoCase(folder, {QStringLiteral("log.") + ext});
-        DeleteNoCase(folder, {QStringLiteral("game.") + ext});
+        deleteNoCase(folder, {QStringLiteral("log.") + ext});
+        deleteNoCase(folder, {QStringLiteral("game.") + ext});
     }
     return static_cast<int>(visited.size());
 }
 
-void DeleteCraftyWorkFiles(const QString& folder) {
-    DeleteNoCase(folder, {QStringLiteral("position.bin"), QStringLiteral("position.lrn"),
+void deleteCraftyWorkFiles(const QString& folder) {
+    deleteNoCase(folder, {QStringLiteral("position.bin"), QStringLiteral("position.lrn"),
                           QStringLiteral("book.lrn")});
 }
 

@@ -6,7 +6,7 @@
 
 namespace marlith {
 
-QStringList ReadLines(QIODevice& device, bool lastWithoutEnd, int maxLines, qint64 maxBytes) {
+QStringList readLines(QIODevice& device, bool lastWithoutEnd, int maxLines, qint64 maxBytes) {
     QStringList lines;
     QByteArray buffer;
     qint64 total = 0;
@@ -35,7 +35,7 @@ QStringList ReadLines(QIODevice& device, bool lastWithoutEnd, int maxLines, qint
     return lines;
 }
 
-QString ClockText(double seconds) {
+QString clockText(double seconds) {
     const double r = std::isnan(seconds) || seconds < 0 ? 0.0 : std::min(seconds, 1e15);
     const auto whole = static_cast<long long>(r);
     return QStringLiteral("%1:%2")

@@ -2,7 +2,7 @@
 // file, and the clock shown during a run.
 #pragma once
 
-#include "styles/style_block.h" // TrimSpaces
+#include "styles/style_block.h" // trimSpaces
 
 #include <QByteArray>
 #include <QString>
@@ -21,11 +21,11 @@ inline constexpr qint64 kMaxResultBytes = 64 * 1024 * 1024;
 // The lines of a device, decoded as UTF-8. Any run of CR and LF is one line
 // end, so no empty line comes out. With `lastWithoutEnd` the text behind the
 // last line end is a line too; otherwise it is dropped.
-QStringList ReadLines(QIODevice& device, bool lastWithoutEnd, int maxLines = kMaxResultRows,
+QStringList readLines(QIODevice& device, bool lastWithoutEnd, int maxLines = kMaxResultRows,
                       qint64 maxBytes = kMaxResultBytes);
 
 // "mm:ss": minutes modulo 100 and seconds, two digits each; negative is 0.
-QString ClockText(double seconds);
+QString clockText(double seconds);
 
 // Seconds as the run's clock: whole seconds since the first reading.
 class RunClock {

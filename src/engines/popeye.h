@@ -15,10 +15,10 @@ namespace marlith {
 // The eleven fields of the Popeye window: 0 stipulation, 1 moves,
 // 2 conditions, 3 options, 4 twins, 5 zero position, 6 white, 7 black,
 // 8 neutral pieces, 9 a raw command line, 10 the -maxmem value.
-using PyParams = std::array<QString, 11>;
+using PopeyeParams = std::array<QString, 11>;
 
 // The refusal of a run for missing fields, or "" when it may start.
-QString RunWarning(const PyParams& pyParam);
+QString runWarning(const PopeyeParams& popeyeParams);
 
 // The Option line's text and the time limit it gives. "MaxTime 60 " goes in
 // front unless the options already hold "maxtime " in some case.
@@ -26,16 +26,16 @@ struct OptionText {
     QString text;
     double maxTime = 60;
 };
-OptionText MakeOptionText(const QString& options);
+OptionText makeOptionText(const QString& options);
 
 // The lines of the problem file, without line ends.
-QStringList ProblemFileLines(const PyParams& pyParam, const QString& protocolPath);
+QStringList problemFileLines(const PopeyeParams& popeyeParams, const QString& protocolPath);
 // The same joined, each line ended by CR LF, as written to the file.
-QByteArray ProblemFileText(const PyParams& pyParam, const QString& protocolPath);
+QByteArray problemFileText(const PopeyeParams& popeyeParams, const QString& protocolPath);
 
 // The arguments behind the program: "-maxmem" and its value when given, then
 // the problem file. Each is one argument, whatever blanks it holds.
-QStringList PopeyeArguments(const PyParams& pyParam, const QString& problemPath);
+QStringList popeyeArguments(const PopeyeParams& popeyeParams, const QString& problemPath);
 
 // Choosing an entry of a box's list: the text before " '" and the mode
 // character behind it (">" when there is none) combine with the field.
@@ -43,20 +43,20 @@ struct EntryChoice {
     bool none = false; // "NONE": the field and the box are emptied at once
     QString param;
 };
-EntryChoice ChooseEntry(const QString& entry, const QString& param);
+EntryChoice entryChoice(const QString& entry, const QString& param);
 
 // A protocol line as rows of the list: up to 50 characters whole, longer
 // lines broken at the first blank from column 45, or behind column 44.
-QStringList WrapRows(const QString& line);
+QStringList wrapRows(const QString& line);
 // Every line of a protocol, wrapped; empty lines give no row.
-QStringList ProtocolRows(const QStringList& lines);
+QStringList protocolRows(const QStringList& lines);
 
 // The countdown: MaxTime less the elapsed seconds, rounded, not below 0.
-QString CountdownText(double maxTime, int32_t elapsed);
+QString countdownText(double maxTime, int32_t elapsed);
 
 // The work files of a run: the seed and a letter, in the program folder.
-QString ProblemPath(const QString& programFolder, const QString& tempSeed);
-QString ProtocolPath(const QString& programFolder, const QString& tempSeed);
+QString problemPath(const QString& programFolder, const QString& tempSeed);
+QString protocolPath(const QString& programFolder, const QString& tempSeed);
 
 // The stages of one run after the start: 0 waiting for the protocol file,
 // 1 reading it, 2 removing it. One step per tick; a step that fails is

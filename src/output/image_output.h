@@ -9,18 +9,18 @@ namespace marlith {
 
 // The name an image is saved under: "Marlith.bmp" for none, ".bmp" added to
 // a name without any ".", even one in a folder name.
-QString SettleImageName(const QString& imageFile);
+QString settleImageName(const QString& imageFile);
 
 // Writes the picture as a Windows bitmap whatever the extension of the name.
-bool SaveBitmap(const QImage& image, const QString& path);
+bool saveBitmap(const QImage& image, const QString& path);
 
 // The text that a copy of the position puts on the clipboard: the canonical
 // text, with the piece counter directly in front when the style asks for it.
-QString CopiedPositionText(const QString& canonical, const QString& counter, int copyCounter);
+QString copiedPositionText(const QString& canonical, const QString& counter, int copyCounter);
 
 // A pasted text made to fit the board: rows completed, at most `maxLength`
 // characters read (the position box holds no more).
-QString PastedPositionText(const QString& clipboard, int columns, const QString& piecesList,
+QString pastedPositionText(const QString& clipboard, int columns, const QString& piecesList,
                            int maxLength);
 
 } // namespace marlith

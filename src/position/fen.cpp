@@ -7,15 +7,15 @@
 namespace marlith {
 
 int Board::squares() const {
-    return BoardSquares(rows, columns);
+    return boardSquares(rows, columns);
 }
 
-int16_t SqrColor(int square, int columns) {
+int16_t squareColor(int square, int columns) {
     if (columns <= 0 || square < 0) return 0;
     return static_cast<int16_t>(((square % columns) + ((square / columns) % 2)) % 2);
 }
 
-int FoldedContent(int value, int piecesCount) {
+int foldedContent(int value, int piecesCount) {
     if (value > piecesCount) value -= piecesCount + 1;
     return value < 0 ? 0 : value;
 }
@@ -25,8 +25,8 @@ namespace {
 // One writer for both kinds of text: Text is QString or QByteArray, letter(k)
 // gives the letter of piece k (from 0).
 template <typename Text, typename Letter>
-void WriteFEN(const VetArray& vet, const Board& board, int pieces, Letter letter, Text& w) {
-    const int squares = std::min(board.squares(), kVetSquares);
+void writeFen(const SquareVector& squareVector, const Board& board, int pieces, Letter letter, Text& w) {
+    const int squares = std::min(board.squares(), kSquareCount);
     int col = 0;
     int run = 0;
     auto number = [&w](int n) {
@@ -36,7 +36,7 @@ void WriteFEN(const VetArray& vet, const Board& board, int pieces, Letter letter
         w += static_cast<char>('0' + n % 10);
     };
     for (int i = 0; i < squares; ++i) {
-        const int k = FoldedContent(vet[i][1], pieces);
+        const int k = foldedContent(squareVector[i][1], pieces);
         if (k < 1 || k > pieces) {
             ++col;
             ++run;
@@ -68,41 +68,41 @@ void WriteFEN(const VetArray& vet, const Board& board, int pieces, Letter letter
 
 } // namespace
 
-QString VetToFEN(const VetArray& vet, const Board& board, const QString& piecesList) {
+QString squaresToFen(const SquareVector& squareVector, const Board& board, const QString& piecesList) {
     QString w;
-    WriteFEN(
-        vet, board, static_cast<int>(piecesList.size()),
+    writeFen(
+        squareVector, board, static_cast<int>(piecesList.size()),
         [&piecesList](int k) { return piecesList.at(k); }, w);
     return w;
 }
 
-void VetToFEN(const VetArray& vet, const Board& board, const QByteArray& piecesList,
+void squaresToFen(const SquareVector& squareVector, const Board& board, const QByteArray& piecesList,
               QByteArray& out) {
     out.clear();
-    WriteFEN(
-        vet, board, static_cast<int>(piecesList.size()),
+    writeFen(
+        squareVector, board, static_cast<int>(piecesList.size()),
         [&piecesList](int k) { return piecesList.at(k); }, out);
 }
 
-void ResetVet(VetArray& vet, const Board& board) {
-    const int last = std::min(board.squares(), kVetSquares - 1);
+void invalidatePainted(SquareVector& squareVector, const Board& board) {
+    const int last = std::min(board.squares(), kSquareCount - 1);
     for (int i = 0; i <= last; ++i)
-        vet[i][0] = -1;
+        squareVector[i][0] = -1;
 }
 
-QString DropCounterPrefix(const QString& text) {
+QString dropCounterPrefix(const QString& text) {
     const qsizetype close = text.indexOf(QLatin1Char(')'));
     return close < 0 ? text : text.mid(close + 1);
 }
 
-QString CounterText(const PieceCount& count) {
+QString counterText(const PieceCount& count) {
     return QStringLiteral("(%1x%2)").arg(count.whites).arg(count.blacks);
 }
 
 namespace {
 
 // Position of ch in "123456789" followed by the pieces list, 1-based; 0 if absent.
-int LookUp(QChar ch, const QString& piecesList) {
+int lookUp(QChar ch, const QString& piecesList) {
     if (ch >= QLatin1Char('1') && ch <= QLatin1Char('9')) return ch.unicode() - '0';
     const qsizetype at = piecesList.indexOf(ch);
     return at < 0 ? 0 : static_cast<int>(at) + 10;
@@ -110,28 +110,28 @@ int LookUp(QChar ch, const QString& piecesList) {
 
 } // namespace
 
-bool Build(const QString& text, VetArray& vet, const Board& board, const QString& piecesList,
+bool buildBoard(const QString& text, SquareVector& squareVector, const Board& board, const QString& piecesList,
            const PaintSquare& paint, PieceCount* count) {
     const int squares = board.squares();
     const int pieces = static_cast<int>(piecesList.size());
     auto setAndPaint = [&](int i, int value) {
-        vet[i][1] = static_cast<int16_t>(value);
-        if (vet[i][1] == vet[i][0] || i >= squares) return;
-        vet[i][0] = vet[i][1];
-        if (paint) paint(vet[i][1] + (pieces + 1) * SqrColor(i, board.columns), i + 1);
+        squareVector[i][1] = static_cast<int16_t>(value);
+        if (squareVector[i][1] == squareVector[i][0] || i >= squares) return;
+        squareVector[i][0] = squareVector[i][1];
+        if (paint) paint(squareVector[i][1] + (pieces + 1) * squareColor(i, board.columns), i + 1);
     };
 
     PieceCount counted;
     int i = 0;
-    for (const QChar ch : DropCounterPrefix(text)) {
-        const int k = LookUp(ch, piecesList);
+    for (const QChar ch : dropCounterPrefix(text)) {
+        const int k = lookUp(ch, piecesList);
         if (k >= 1 && k <= 9) {
             for (int n = 0; n < k; ++n) {
-                if (i >= kVetSquares) return false;
+                if (i >= kSquareCount) return false;
                 setAndPaint(i++, 0);
             }
         } else if (k > 9) {
-            if (i >= kVetSquares) return false;
+            if (i >= kSquareCount) return false;
             setAndPaint(i++, k - 9);
             if (ch == ch.toUpper())
                 ++counted.whites;
@@ -145,10 +145,10 @@ bool Build(const QString& text, VetArray& vet, const Board& board, const QString
     return true;
 }
 
-QString FillRows(const QString& text, int columns, const QString& piecesList) {
+QString fillRows(const QString& text, int columns, const QString& piecesList) {
     QString out;
     int count = 0;
-    for (const QChar ch : DropCounterPrefix(text)) {
+    for (const QChar ch : dropCounterPrefix(text)) {
         if (ch >= QLatin1Char('1') && ch <= QLatin1Char('9')) {
             count += ch.unicode() - '0';
         } else if (ch == QLatin1Char('/')) {
@@ -175,19 +175,19 @@ QString FillRows(const QString& text, int columns, const QString& piecesList) {
     return out;
 }
 
-QString CutAfterLastPiece(const QString& text, const QString& piecesList) {
+QString cutAfterLastPiece(const QString& text, const QString& piecesList) {
     for (qsizetype at = text.size() - 1; at >= 0; --at) {
         if (piecesList.contains(text.at(at))) return text.left(at + 1);
     }
     return QString();
 }
 
-RowCompletion CompleteRow(const QString& text, int caret, int columns, const QString& piecesList) {
+RowCompletion completeRow(const QString& text, int caret, int columns, const QString& piecesList) {
     const int s = std::clamp(caret, 0, static_cast<int>(text.size()));
     QString typed = text;
     typed.insert(s, QLatin1Char('/'));
     RowCompletion result;
-    result.text = FillRows(typed, columns, piecesList);
+    result.text = fillRows(typed, columns, piecesList);
     result.caret = std::min(s + 2, static_cast<int>(result.text.size()));
     return result;
 }

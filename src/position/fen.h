@@ -9,12 +9,12 @@
 
 namespace marlith {
 
-inline constexpr int kVetSquares = 401;
+inline constexpr int kSquareCount = 401;
 
 // Square i holds two slots: [1] the wanted content, [0] what is painted
-// (-1: nothing valid, so the next Build paints it whatever it holds).
-using VetSquare = std::array<int16_t, 2>;
-using VetArray = std::array<VetSquare, kVetSquares>;
+// (-1: nothing valid, so the next buildBoard paints it whatever it holds).
+using SquareSlots = std::array<int16_t, 2>;
+using SquareVector = std::array<SquareSlots, kSquareCount>;
 
 struct Board {
     int rows = 8;
@@ -23,47 +23,47 @@ struct Board {
 };
 
 // 0 or 1; the top left square has colour 0 and every row starts anew.
-int16_t SqrColor(int square, int columns);
+int16_t squareColor(int square, int columns);
 
 // Wanted content folded back from a sheet cell to 0..L; negatives are empty.
-int FoldedContent(int value, int piecesCount);
+int foldedContent(int value, int piecesCount);
 
-QString VetToFEN(const VetArray& vet, const Board& board, const QString& piecesList);
+QString squaresToFen(const SquareVector& squareVector, const Board& board, const QString& piecesList);
 // The same for a list of single-byte letters, into a buffer kept by the
 // caller: the game scanner writes a position for every half-move.
-void VetToFEN(const VetArray& vet, const Board& board, const QByteArray& piecesList,
+void squaresToFen(const SquareVector& squareVector, const Board& board, const QByteArray& piecesList,
               QByteArray& out);
 
-void ResetVet(VetArray& vet, const Board& board);
+void invalidatePainted(SquareVector& squareVector, const Board& board);
 
 // Text of the board field with the counter prefix "(...)" dropped.
-QString DropCounterPrefix(const QString& text);
+QString dropCounterPrefix(const QString& text);
 
 struct PieceCount {
     int whites = 0;
     int blacks = 0;
 };
-QString CounterText(const PieceCount& count);
+QString counterText(const PieceCount& count);
 
-// Reads the text into the wanted slots and calls paint(cell, casa) for every
+// Reads the text into the wanted slots and calls paint(cell, oneBasedSquare) for every
 // square of the board whose wanted content differs from what is painted.
 // Returns false when the text runs past the end of the vector: the rest is
 // ignored and the counter is not to be shown.
-using PaintSquare = std::function<void(int cell, int casa)>;
-bool Build(const QString& text, VetArray& vet, const Board& board, const QString& piecesList,
+using PaintSquare = std::function<void(int cell, int oneBasedSquare)>;
+bool buildBoard(const QString& text, SquareVector& squareVector, const Board& board, const QString& piecesList,
            const PaintSquare& paint, PieceCount* count);
 
 // Completes each row typed before a "/" with the digits that fill it.
-QString FillRows(const QString& text, int columns, const QString& piecesList);
+QString fillRows(const QString& text, int columns, const QString& piecesList);
 
 // The End key: the text up to and including its last piece, or "".
-QString CutAfterLastPiece(const QString& text, const QString& piecesList);
+QString cutAfterLastPiece(const QString& text, const QString& piecesList);
 
 // The "/" key at caret s: the new text and the new caret.
 struct RowCompletion {
     QString text;
     int caret = 0;
 };
-RowCompletion CompleteRow(const QString& text, int caret, int columns, const QString& piecesList);
+RowCompletion completeRow(const QString& text, int caret, int columns, const QString& piecesList);
 
 } // namespace marlith

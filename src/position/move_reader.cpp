@@ -11,37 +11,37 @@ constexpr QChar kBlank = QLatin1Char(' ');
 
 // Place of ch in list, counting from 1; 0 when absent, -1 when the place does
 // not fit in a square of the vector.
-int Place(const QString& list, QChar ch) {
+int place(const QString& list, QChar ch) {
     const qsizetype at = list.indexOf(ch);
     if (at < 0) return 0;
     return at < std::numeric_limits<int16_t>::max() ? static_cast<int>(at) + 1 : -1;
 }
 
-bool InVet(long long i) {
-    return i >= 0 && i < kVetSquares;
+bool insideVector(long long i) {
+    return i >= 0 && i < kSquareCount;
 }
 
-bool IsDigit(QChar ch) {
+bool isDigit(QChar ch) {
     return ch >= QLatin1Char('0') && ch <= QLatin1Char('9');
 }
 
 // A digit's value; any other sign is worth 0.
-int DigitValue(QChar ch) {
-    return IsDigit(ch) ? ch.unicode() - '0' : 0;
+int digitValue(QChar ch) {
+    return isDigit(ch) ? ch.unicode() - '0' : 0;
 }
 
-bool StartsWithEither(const QString& word, const char* letterO, const char* digitO) {
+bool startsWithEither(const QString& word, const char* letterO, const char* digitO) {
     return word.startsWith(QLatin1String(letterO)) || word.startsWith(QLatin1String(digitO));
 }
 
 // Writes the four squares of a castling, in order. A square outside the
 // vector stops the writing there, as any failure does.
-bool Castle(bool black, bool longSide, VetArray& vet, const Board& board,
+bool castle(bool black, bool longSide, SquareVector& squareVector, const Board& board,
             const QString& englishNotation) {
     const long long cols = board.columns;
     const long long last = cols * board.rows - 1;
-    const int king = Place(englishNotation, QLatin1Char(black ? 'k' : 'K'));
-    const int rook = Place(englishNotation, QLatin1Char(black ? 'r' : 'R'));
+    const int king = place(englishNotation, QLatin1Char(black ? 'k' : 'K'));
+    const int rook = place(englishNotation, QLatin1Char(black ? 'r' : 'R'));
     if (king < 0 || rook < 0) return false;
 
     long long squares[4];
@@ -57,8 +57,8 @@ bool Castle(bool black, bool longSide, VetArray& vet, const Board& board,
     }
     const int values[4] = {0, 0, king, rook};
     for (int n = 0; n < 4; ++n) {
-        if (!InVet(squares[n])) return false;
-        vet[squares[n]][1] = static_cast<int16_t>(values[n]);
+        if (!insideVector(squares[n])) return false;
+        squareVector[squares[n]][1] = static_cast<int16_t>(values[n]);
     }
     return true;
 }
@@ -67,9 +67,9 @@ bool Castle(bool black, bool longSide, VetArray& vet, const Board& board,
 // goes through test(); the first piece that passes it is the source.
 class SourceSearch {
   public:
-    SourceSearch(const VetArray& vet, const Board& board, long long target, long long col,
+    SourceSearch(const SquareVector& squareVector, const Board& board, long long target, long long col,
                  long long row, int piece, QChar file, QChar rank)
-        : vet_(vet), cols_(board.columns), rows_(board.rows), target_(target), col_(col), row_(row),
+        : squareVector_(squareVector), cols_(board.columns), rows_(board.rows), target_(target), col_(col), row_(row),
           piece_(piece), file_(file), rank_(rank) {}
 
     // Walks outward from the target by (dc, dr) until the ray ends.
@@ -88,21 +88,21 @@ class SourceSearch {
         if (source_ >= 0 || failed_) return false;
         if (c < 0 || c >= cols_ || r < 0 || r >= rows_) return false;
         const long long i = target_ + d;
-        if (!InVet(i)) {
+        if (!insideVector(i)) {
             failed_ = true;
             return false;
         }
-        const int p = vet_[i][1];
+        const int p = squareVector_[i][1];
         if (p == 0) return true;
         if (p != piece_) return false;
         // A piece of the right kind on the wrong file or rank does not block.
         if (file_ != kBlank && file_.unicode() - 97 != c) return true;
-        if (rank_ != kBlank && 8 - DigitValue(rank_) != r) return true;
+        if (rank_ != kBlank && 8 - digitValue(rank_) != r) return true;
         source_ = i;
         return false;
     }
 
-    const VetArray& vet_;
+    const SquareVector& squareVector_;
     long long cols_;
     long long rows_;
     long long target_;
@@ -116,7 +116,7 @@ class SourceSearch {
 };
 
 // The searches in their order, which is the tie-break between two pieces.
-void Search(SourceSearch& search, QChar kind) {
+void searchInOrder(SourceSearch& search, QChar kind) {
     const QChar upper = kind.toUpper();
     if (upper == QLatin1Char('Q')) {
         for (int s : {1, -1}) {
@@ -164,12 +164,12 @@ void Search(SourceSearch& search, QChar kind) {
 
 } // namespace
 
-void PlayMove(int side, QString& word, VetArray& vet, const Board& board,
+void playMove(int side, QString& word, SquareVector& squareVector, const Board& board,
               const Notation& notation) {
     const bool black = side == 1;
-    if (StartsWithEither(word, "O-O-O", "0-0-0") || StartsWithEither(word, "O-O", "0-0")) {
-        const bool longSide = StartsWithEither(word, "O-O-O", "0-0-0");
-        if (!Castle(black, longSide, vet, board, notation.englishNotation)) word.clear();
+    if (startsWithEither(word, "O-O-O", "0-0-0") || startsWithEither(word, "O-O", "0-0")) {
+        const bool longSide = startsWithEither(word, "O-O-O", "0-0-0");
+        if (!castle(black, longSide, squareVector, board, notation.englishNotation)) word.clear();
         return;
     }
 
@@ -211,12 +211,12 @@ void PlayMove(int side, QString& word, VetArray& vet, const Board& board,
 
     // Ranks are counted for eight rows whatever the board's height.
     if (w.size() < 2) return;
-    const long long row = 8 - DigitValue(w.at(w.size() - 1));
+    const long long row = 8 - digitValue(w.at(w.size() - 1));
     const long long col = static_cast<long long>(w.at(w.size() - 2).unicode()) - 97;
     w.chop(2);
     // Mask of file and rank: "a" is a file, "3" a rank, "e2" a file alone.
     QString mask = w.isEmpty() ? QStringLiteral("  ") : w;
-    if (w.size() == 1 && IsDigit(w.at(0)))
+    if (w.size() == 1 && isDigit(w.at(0)))
         mask.prepend(kBlank);
     else if (!w.isEmpty())
         mask.append(kBlank);
@@ -224,32 +224,32 @@ void PlayMove(int side, QString& word, VetArray& vet, const Board& board,
     const QChar rank = mask.at(mask.size() - 1);
 
     if (pieceLetter.isEmpty()) pieceLetter = black ? QStringLiteral("p") : QStringLiteral("P");
-    const int piece = Place(notation.piecesList, pieceLetter.at(0));
+    const int piece = place(notation.piecesList, pieceLetter.at(0));
     if (promotion.isEmpty()) promotion = pieceLetter;
-    const int result = Place(notation.piecesList, promotion.at(0));
+    const int result = place(notation.piecesList, promotion.at(0));
     const long long target = row * board.columns + col;
     if (piece <= 0 || result < 0) return;
     const QChar kind =
         piece <= notation.englishNotation.size() ? notation.englishNotation.at(piece - 1) : QChar();
 
-    SourceSearch search(vet, board, target, col, row, piece, file, rank);
+    SourceSearch search(squareVector, board, target, col, row, piece, file, rank);
     if (kind == QLatin1Char('P') || kind == QLatin1Char('p')) {
         // A pawn that takes onto an empty square takes en passant: the pawn
         // beside it goes before any source is looked for.
         if (mask != QLatin1String("  ")) {
-            if (!InVet(target)) return;
-            if (vet[target][1] <= 0) {
+            if (!insideVector(target)) return;
+            if (squareVector[target][1] <= 0) {
                 const long long taken =
                     target + (kind == QLatin1Char('P') ? 1 : -1) * board.columns;
-                if (!InVet(taken)) return;
-                vet[taken][1] = 0;
+                if (!insideVector(taken)) return;
+                squareVector[taken][1] = 0;
             }
         }
     }
-    Search(search, kind);
-    if (search.failed() || search.source() < 0 || !InVet(target)) return;
-    vet[target][1] = static_cast<int16_t>(result);
-    vet[search.source()][1] = 0;
+    searchInOrder(search, kind);
+    if (search.failed() || search.source() < 0 || !insideVector(target)) return;
+    squareVector[target][1] = static_cast<int16_t>(result);
+    squareVector[search.source()][1] = 0;
     word = QStringLiteral("ok");
 }
 

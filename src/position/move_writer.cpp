@@ -8,12 +8,12 @@ namespace marlith {
 
 namespace {
 
-bool InVet(long long i) {
-    return i >= 0 && i < kVetSquares;
+bool insideVector(long long i) {
+    return i >= 0 && i < kSquareCount;
 }
 
 // Letter k of list, upper-cased; empty past its end.
-QString UpperLetter(const QString& list, int k) {
+QString upperLetter(const QString& list, int k) {
     return k <= list.size() ? QString(list.at(k - 1).toUpper()) : QString();
 }
 
@@ -21,11 +21,11 @@ QString UpperLetter(const QString& list, int k) {
 // walked from the target over the earlier position.
 class TwinSearch {
   public:
-    TwinSearch(const VetArray& vet, int slot, long long cols, long long rows, long long target,
+    TwinSearch(const SquareVector& squareVector, int slot, long long cols, long long rows, long long target,
                long long source)
-        : vet_(vet), slot_(slot), cols_(cols), rows_(rows), last_(cols * rows - 1),
+        : squareVector_(squareVector), slot_(slot), cols_(cols), rows_(rows), last_(cols * rows - 1),
           targetCol_(target % cols), targetRow_(target / cols), source_(source),
-          piece_(vet[source][slot]) {}
+          piece_(squareVector[source][slot]) {}
 
     void ray(int dc, int dr) {
         for (long long k = 1; look(targetCol_ + k * dc, targetRow_ + k * dr); ++k) {
@@ -44,11 +44,11 @@ class TwinSearch {
         if (failed || c < 0 || c >= cols_ || r < 0 || r >= rows_) return false;
         const long long i = r * cols_ + c;
         if (i == source_ || i < 0 || i > last_) return true;
-        if (!InVet(i)) {
+        if (!insideVector(i)) {
             failed = true;
             return false;
         }
-        const int p = vet_[i][slot_];
+        const int p = squareVector_[i][slot_];
         if (p <= 0) return true;
         if (p != piece_) return false;
         found = true;
@@ -57,7 +57,7 @@ class TwinSearch {
         return true;
     }
 
-    const VetArray& vet_;
+    const SquareVector& squareVector_;
     int slot_;
     long long cols_;
     long long rows_;
@@ -68,7 +68,7 @@ class TwinSearch {
     int piece_;
 };
 
-void SearchTwins(TwinSearch& search, QChar kind) {
+void searchTwins(TwinSearch& search, QChar kind) {
     for (int s : {1, -1}) {
         if (kind == QLatin1Char('N')) {
             search.single(s, 2 * s);
@@ -90,18 +90,18 @@ void SearchTwins(TwinSearch& search, QChar kind) {
 
 } // namespace
 
-QString SquareName(int square, int columns) {
+QString squareName(int square, int columns) {
     if (columns <= 0 || square < 0) return QString();
     return QChar(97 + square % columns) + QString::number(columns - square / columns);
 }
 
-void Build2(int k, QString& t, VetArray& vet, const Board& board, const QString& piecesList) {
+void fenToSlot(int k, QString& t, SquareVector& squareVector, const Board& board, const QString& piecesList) {
     if (k != 0 && k != 1) return;
-    t = DropCounterPrefix(t);
+    t = dropCounterPrefix(t);
     long long i = 0;
     auto put = [&](int value) {
-        if (!InVet(i)) return false;
-        vet[i++][k] = static_cast<int16_t>(value);
+        if (!insideVector(i)) return false;
+        squareVector[i++][k] = static_cast<int16_t>(value);
         return true;
     };
     // The whole text is read: a side to move behind the board lands past its
@@ -119,7 +119,7 @@ void Build2(int k, QString& t, VetArray& vet, const Board& board, const QString&
         if (!put(0)) return;
 }
 
-void SetMove(int v, QString& m, const VetArray& vet, const Board& board, const Notation& notation) {
+void writeMove(int v, QString& m, const SquareVector& squareVector, const Board& board, const Notation& notation) {
     m.clear();
     if (v != 0 && v != 1) return;
     const int later = 1 - v;
@@ -131,9 +131,9 @@ void SetMove(int v, QString& m, const VetArray& vet, const Board& board, const N
     std::vector<long long> to;
     std::vector<long long> from;
     for (long long i = 0; i <= last; ++i) {
-        if (!InVet(i)) return;
-        if (vet[i][v] == vet[i][later]) continue;
-        (vet[i][later] > 0 ? to : from).push_back(i);
+        if (!insideVector(i)) return;
+        if (squareVector[i][v] == squareVector[i][later]) continue;
+        (squareVector[i][later] > 0 ? to : from).push_back(i);
     }
 
     // Two squares filled means castling, told apart by the corner the rook left.
@@ -150,12 +150,12 @@ void SetMove(int v, QString& m, const VetArray& vet, const Board& board, const N
     // With nothing changed, square 0 stands as both ends of the move.
     if (to.size() > 1 || from.size() > 2) return;
     const long long target = to.empty() ? 0 : to.front();
-    const int moved = vet[target][later];
+    const int moved = squareVector[target][later];
     if (moved <= 0) return;
-    QString letter = UpperLetter(notation.piecesList, moved);
-    QString kind = UpperLetter(notation.englishNotation, moved);
-    QString x = vet[target][v] > 0 ? QStringLiteral("x") : QString();
-    const QString targetName = SquareName(static_cast<int>(target), static_cast<int>(cols));
+    QString letter = upperLetter(notation.piecesList, moved);
+    QString kind = upperLetter(notation.englishNotation, moved);
+    QString x = squareVector[target][v] > 0 ? QStringLiteral("x") : QString();
+    const QString targetName = squareName(static_cast<int>(target), static_cast<int>(cols));
 
     long long source = from.empty() ? 0 : from.front();
     if (from.size() == 2) {
@@ -163,15 +163,15 @@ void SetMove(int v, QString& m, const VetArray& vet, const Board& board, const N
         x = QStringLiteral("x");
         source = (from[0] - target) % cols != 0 ? from[0] : from[1];
     }
-    const QString sourceName = SquareName(static_cast<int>(source), static_cast<int>(cols));
+    const QString sourceName = squareName(static_cast<int>(source), static_cast<int>(cols));
 
     QString promotion;
-    const int earlier = vet[source][v];
+    const int earlier = squareVector[source][v];
     if (earlier != moved) {
         if (earlier <= 0) return;
         promotion = QLatin1Char('=') + letter;
-        letter = UpperLetter(notation.piecesList, earlier);
-        kind = UpperLetter(notation.englishNotation, earlier);
+        letter = upperLetter(notation.piecesList, earlier);
+        kind = upperLetter(notation.englishNotation, earlier);
     }
 
     if (kind == QLatin1String("P")) {
@@ -181,8 +181,8 @@ void SetMove(int v, QString& m, const VetArray& vet, const Board& board, const N
         m = letter + x + targetName;
     } else if (kind == QLatin1String("N") || kind == QLatin1String("B") ||
                kind == QLatin1String("R") || kind == QLatin1String("Q")) {
-        TwinSearch twins(vet, v, cols, rows, target, source);
-        SearchTwins(twins, kind.at(0));
+        TwinSearch twins(squareVector, v, cols, rows, target, source);
+        searchTwins(twins, kind.at(0));
         if (twins.failed) return;
         // The file alone tells twins apart unless they share it.
         if (twins.found && !twins.sameFile && !twins.sameRank) twins.sameRank = true;

@@ -15,7 +15,7 @@ struct Notation {
     QString englishNotation;
 };
 
-inline Notation NotationOf(const Style& style) {
+inline Notation notationOf(const Style& style) {
     return Notation{style.PiecesList, style.EnglishNotation};
 }
 

@@ -11,7 +11,7 @@ namespace {
 
 // A square goes directly behind the first occurrence of the name; a name not
 // yet there starts a new item at the end.
-void AddSquare(QString& list, const QString& name, const QString& square, const QString& sep) {
+void addSquare(QString& list, const QString& name, const QString& square, const QString& sep) {
     const qsizetype p = list.indexOf(name);
     if (p >= 0)
         list.insert(p + name.size(), square + sep);
@@ -21,15 +21,15 @@ void AddSquare(QString& list, const QString& name, const QString& square, const 
 
 } // namespace
 
-PieceLists FEN2ALG(const VetArray& vet, const Board& board, const QString& piecesList,
+PieceLists listPieces(const SquareVector& squareVector, const Board& board, const QString& piecesList,
                    const QString& englishNotation, const QString& dictionary, ListingMode mode) {
     PieceLists lists;
     const int pieces = static_cast<int>(piecesList.size());
-    const int squares = std::min(board.squares(), kVetSquares);
+    const int squares = std::min(board.squares(), kSquareCount);
     const QString sep = mode == ListingMode::Dictionary ? QString() : QStringLiteral(" ");
     const QString& letters = mode == ListingMode::PiecesList ? piecesList : englishNotation;
     for (int i = 0; i < squares; ++i) {
-        const int piece = FoldedContent(vet[static_cast<size_t>(i)][1], pieces);
+        const int piece = foldedContent(squareVector[static_cast<size_t>(i)][1], pieces);
         if (piece < 1) continue;
         // A piece beyond the letters it is listed by has no name to go under.
         if (piece > letters.size()) continue;
@@ -49,7 +49,7 @@ PieceLists FEN2ALG(const VetArray& vet, const Board& board, const QString& piece
                     group = 1;
                 const qsizetype from = std::min(colourAt + 1, dictionary.size());
                 const qsizetype end = dictionary.indexOf(QLatin1String("&&"), from);
-                const QString found = TrimSpaces(dictionary.mid(from, end < 0 ? -1 : end - from));
+                const QString found = trimSpaces(dictionary.mid(from, end < 0 ? -1 : end - from));
                 // An entry without a name leaves the piece its letter.
                 if (!found.isEmpty()) name = found;
             }
@@ -57,11 +57,11 @@ PieceLists FEN2ALG(const VetArray& vet, const Board& board, const QString& piece
         if (group == 0) group = name == name.toUpper() ? 1 : 2;
         name = name.toUpper();
         QString& list = group == 1 ? lists.white : group == 2 ? lists.black : lists.neutral;
-        AddSquare(list, name, SquareName(i, board.columns), sep);
+        addSquare(list, name, squareName(i, board.columns), sep);
     }
-    lists.white = TrimSpaces(lists.white);
-    lists.black = TrimSpaces(lists.black);
-    lists.neutral = TrimSpaces(lists.neutral);
+    lists.white = trimSpaces(lists.white);
+    lists.black = trimSpaces(lists.black);
+    lists.neutral = trimSpaces(lists.neutral);
     return lists;
 }
 

@@ -5,7 +5,7 @@
 
 namespace marlith {
 
-void ResetStyle(Style& style) {
+void resetStyle(Style& style) {
     Style fresh;
     fresh.StyleName = style.StyleName;
     fresh.PiecesList = QString::fromLatin1(kDefaultPiecesList);
@@ -16,18 +16,18 @@ void ResetStyle(Style& style) {
     style = fresh;
 }
 
-double TwipToPix(double twips) {
+double twipsToPixels(double twips) {
     return std::floor(twips / kTwipsPerPixel + 0.1);
 }
 
-int TwipToPixInt(double twips) {
-    const double pixels = TwipToPix(twips);
+int twipsToWholePixels(double twips) {
+    const double pixels = twipsToPixels(twips);
     if (!(pixels > std::numeric_limits<int>::min() && pixels < std::numeric_limits<int>::max()))
         return 0;
     return static_cast<int>(pixels);
 }
 
-int BoardSquares(int rows, int columns) {
+int boardSquares(int rows, int columns) {
     if (rows < 0 || columns < 0) return 64;
     const long long product = static_cast<long long>(rows) * columns;
     return product > 400 ? 64 : static_cast<int>(product);

@@ -48,14 +48,14 @@ inline constexpr int kTwipsPerPixel = 15;
 
 // Every field but StyleName back to its default; the caller empties
 // FullDictionary, which lives in the shared state.
-void ResetStyle(Style& style);
+void resetStyle(Style& style);
 
 // The one conversion from twips to pixels: the whole part of v / 15 + 0.1.
-double TwipToPix(double twips);
-int TwipToPixInt(double twips);
+double twipsToPixels(double twips);
+int twipsToWholePixels(double twips);
 
 // Number of squares the board really has: rows x columns, or 64 when the
 // product is out of the 0..400 range that the square vector holds.
-int BoardSquares(int rows, int columns);
+int boardSquares(int rows, int columns);
 
 } // namespace marlith

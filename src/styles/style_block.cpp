@@ -9,11 +9,11 @@ namespace marlith {
 
 namespace {
 
-bool IsBlank(QChar c) {
+bool isBlank(QChar c) {
     return c == u' ' || c == u'\t';
 }
 
-template <typename Strip> QString TrimWhile(QStringView text, Strip strip) {
+template <typename Strip> QString trimWhile(QStringView text, Strip strip) {
     qsizetype start = 0;
     qsizetype end = text.size();
     while (start < end && strip(text[start]))
@@ -23,12 +23,12 @@ template <typename Strip> QString TrimWhile(QStringView text, Strip strip) {
     return text.mid(start, end - start).toString();
 }
 
-bool IsLineEnd(QChar c) {
+bool isLineEnd(QChar c) {
     return c == u'\r' || c == u'\n';
 }
 
-bool EndsItem(QChar c) {
-    return c == u',' || IsLineEnd(c);
+bool endsItem(QChar c) {
+    return c == u',' || isLineEnd(c);
 }
 
 // Reads a value character by character, passing over blanks, tabs and line
@@ -37,7 +37,7 @@ class NumberCursor {
   public:
     explicit NumberCursor(QStringView text) : text_(text) {}
     QChar peek() {
-        while (pos_ < text_.size() && (IsBlank(text_[pos_]) || IsLineEnd(text_[pos_])))
+        while (pos_ < text_.size() && (isBlank(text_[pos_]) || isLineEnd(text_[pos_])))
             ++pos_;
         return pos_ < text_.size() ? text_[pos_] : QChar();
     }
@@ -50,7 +50,7 @@ class NumberCursor {
     qsizetype pos_ = 0;
 };
 
-int HexDigit(QChar c) {
+int hexDigit(QChar c) {
     const char16_t u = c.unicode();
     if (u >= u'0' && u <= u'9') return u - u'0';
     if (u >= u'a' && u <= u'f') return u - u'a' + 10;
@@ -58,15 +58,15 @@ int HexDigit(QChar c) {
     return -1;
 }
 
-bool IsDigit(QChar c) {
+bool isDigit(QChar c) {
     return c.unicode() >= u'0' && c.unicode() <= u'9';
 }
 
 // Leading zeros don't count: "&H00FFFF" is the 16-bit -1 like "&HFFFF".
-std::optional<double> ReadHex(NumberCursor& cursor) {
+std::optional<double> readHex(NumberCursor& cursor) {
     uint64_t value = 0;
     int significant = 0;
-    for (int digit = HexDigit(cursor.peek()); digit >= 0; digit = HexDigit(cursor.peek())) {
+    for (int digit = hexDigit(cursor.peek()); digit >= 0; digit = hexDigit(cursor.peek())) {
         cursor.take();
         if (significant == 0 && digit == 0) continue;
         if (++significant > 8) return std::nullopt;
@@ -80,7 +80,7 @@ std::optional<double> ReadHex(NumberCursor& cursor) {
     return static_cast<double>(v >= 0x80000000LL ? v - 0x100000000LL : v);
 }
 
-std::optional<double> ReadDecimal(NumberCursor& cursor) {
+std::optional<double> readDecimal(NumberCursor& cursor) {
     bool negative = false;
     if (cursor.peek() == u'+' || cursor.peek() == u'-') {
         negative = cursor.peek() == u'-';
@@ -88,13 +88,13 @@ std::optional<double> ReadDecimal(NumberCursor& cursor) {
     }
     std::string whole;
     std::string fraction;
-    while (IsDigit(cursor.peek())) {
+    while (isDigit(cursor.peek())) {
         whole += static_cast<char>(cursor.peek().unicode());
         cursor.take();
     }
     if (cursor.peek() == u'.') {
         cursor.take();
-        while (IsDigit(cursor.peek())) {
+        while (isDigit(cursor.peek())) {
             fraction += static_cast<char>(cursor.peek().unicode());
             cursor.take();
         }
@@ -112,12 +112,12 @@ std::optional<double> ReadDecimal(NumberCursor& cursor) {
             negativeExponent = cursor.peek() == u'-';
             cursor.take();
         }
-        if (!IsDigit(cursor.peek())) {
+        if (!isDigit(cursor.peek())) {
             cursor.back(beforeExponent);
         } else {
             // Far beyond any double: saturating keeps the arithmetic defined.
             constexpr long long kExponentCap = 1000000;
-            while (IsDigit(cursor.peek())) {
+            while (isDigit(cursor.peek())) {
                 exponent = std::min(kExponentCap, exponent * 10 + (cursor.peek().unicode() - u'0'));
                 cursor.take();
             }
@@ -144,7 +144,7 @@ std::optional<double> ReadDecimal(NumberCursor& cursor) {
     return (negative ? -value : value) + 0.0; // + 0.0: no negative zero
 }
 
-bool Fits(double value, double low, double high) {
+bool fits(double value, double low, double high) {
     return value >= low && value <= high;
 }
 
@@ -156,21 +156,21 @@ constexpr double kMax32 = std::numeric_limits<int32_t>::max();
 // The old readers took a value as a path of the program folder when it named
 // no folder; "/" is the only separator here. An empty value stays empty, so a
 // style without a sheet doesn't name the folder itself as one.
-QString CompletePath(const QString& value, const QString& folder) {
+QString completePath(const QString& value, const QString& folder) {
     if (folder.isEmpty() || value.isEmpty() || value.contains(u'/')) return value;
     return folder + value;
 }
 
 // " 15 " or "-5 ": the sign's place, the digits, one blank behind.
-QString FreeNumber(long long n) {
+QString freeNumber(long long n) {
     return (n < 0 ? QString() : QStringLiteral(" ")) + QString::number(n) + QLatin1Char(' ');
 }
 
-QString PixelsOf(long long twips) {
-    return FreeNumber(static_cast<long long>(TwipToPix(static_cast<double>(twips))));
+QString pixelsOf(long long twips) {
+    return freeNumber(static_cast<long long>(twipsToPixels(static_cast<double>(twips))));
 }
 
-QString Hex(int32_t colour) {
+QString hex(int32_t colour) {
     return QString::number(static_cast<uint32_t>(colour), 16).toUpper();
 }
 
@@ -179,10 +179,10 @@ QString Hex(int32_t colour) {
 bool ItemSplitter::next(QString& item) {
     const qsizetype n = text_.size();
     while (pos_ < n) {
-        while (pos_ < n && IsBlank(text_[pos_]))
+        while (pos_ < n && isBlank(text_[pos_]))
             ++pos_;
         if (pos_ >= n) break;
-        if (EndsItem(text_[pos_])) {
+        if (endsItem(text_[pos_])) {
             ++pos_;
             continue;
         }
@@ -193,11 +193,11 @@ bool ItemSplitter::next(QString& item) {
             pos_ = close < 0 ? n : close + 1;
         } else {
             const qsizetype start = pos_;
-            while (pos_ < n && !EndsItem(text_[pos_]))
+            while (pos_ < n && !endsItem(text_[pos_]))
                 ++pos_;
             item = text_.mid(start, pos_ - start).toString();
         }
-        while (pos_ < n && !EndsItem(text_[pos_]))
+        while (pos_ < n && !endsItem(text_[pos_]))
             ++pos_;
         if (pos_ < n && text_[pos_] == u',') ++pos_;
         if (!item.isEmpty()) return true;
@@ -205,7 +205,7 @@ bool ItemSplitter::next(QString& item) {
     return false;
 }
 
-QStringList SplitItems(QStringView text) {
+QStringList splitItems(QStringView text) {
     QStringList items;
     ItemSplitter splitter(text);
     QString item;
@@ -214,43 +214,43 @@ QStringList SplitItems(QStringView text) {
     return items;
 }
 
-QString TrimBlanks(QStringView text) {
-    return TrimWhile(text, IsBlank);
+QString trimBlanks(QStringView text) {
+    return trimWhile(text, isBlank);
 }
 
-QString TrimSpaces(QStringView text) {
-    return TrimWhile(text, [](QChar c) { return c == u' '; });
+QString trimSpaces(QStringView text) {
+    return trimWhile(text, [](QChar c) { return c == u' '; });
 }
 
-std::optional<StyleItem> ParseItem(QStringView item, KeylessItems keyless) {
-    while (!item.isEmpty() && IsBlank(item.front()))
+std::optional<StyleItem> parseItem(QStringView item, KeylessItems keyless) {
+    while (!item.isEmpty() && isBlank(item.front()))
         item = item.mid(1);
     // A ";" in the first place keeps the item whole: its key then begins with
     // ";" and matches nothing, which makes such a line a comment too.
     const qsizetype semicolon = item.indexOf(u';');
     if (semicolon > 0) item = item.left(semicolon);
-    const QString text = TrimBlanks(item);
+    const QString text = trimBlanks(item);
     if (text.isEmpty()) return std::nullopt;
     const qsizetype equals = text.indexOf(u'=');
     if (equals >= 1)
-        return StyleItem{TrimBlanks(QStringView(text).left(equals)).toUpper(),
-                         TrimBlanks(QStringView(text).mid(equals + 1))};
+        return StyleItem{trimBlanks(QStringView(text).left(equals)).toUpper(),
+                         trimBlanks(QStringView(text).mid(equals + 1))};
     if (keyless == KeylessItems::AsKey) return StyleItem{text.toUpper(), QString()};
     return std::nullopt;
 }
 
-std::optional<double> ValNumber(QStringView text) {
+std::optional<double> readNumber(QStringView text) {
     NumberCursor cursor(text);
     if (cursor.peek() == u'&') {
         cursor.take();
         if (cursor.peek().toUpper() != u'H') return 0.0;
         cursor.take();
-        return ReadHex(cursor);
+        return readHex(cursor);
     }
-    return ReadDecimal(cursor);
+    return readDecimal(cursor);
 }
 
-double RoundHalfEven(double value) {
+double roundHalfEven(double value) {
     const double below = std::floor(value);
     const double rest = value - below;
     if (rest > 0.5) return below + 1.0;
@@ -258,44 +258,44 @@ double RoundHalfEven(double value) {
     return std::fmod(below, 2.0) == 0.0 ? below : below + 1.0;
 }
 
-std::optional<double> ItemNumber(QStringView value) {
-    const std::optional<double> number = ValNumber(value);
+std::optional<double> itemNumber(QStringView value) {
+    const std::optional<double> number = readNumber(value);
     if (!number) return std::nullopt;
-    return RoundHalfEven(*number) + 0.0;
+    return roundHalfEven(*number) + 0.0;
 }
 
-std::optional<int32_t> ItemColor(QStringView value) {
-    const std::optional<double> number = ItemNumber(value);
-    if (!number || !Fits(*number, kMin32, kMax32)) return std::nullopt;
+std::optional<int32_t> itemColor(QStringView value) {
+    const std::optional<double> number = itemNumber(value);
+    if (!number || !fits(*number, kMin32, kMax32)) return std::nullopt;
     const int32_t colour = static_cast<int32_t>(*number);
     return colour < 0 ? colour + 65536 : colour;
 }
 
-StoreResult StoreStyleKey(Style& style, const StyleItem& item, const QString& folderForBarePaths) {
+StoreResult storeStyleKey(Style& style, const StyleItem& item, const QString& folderForBarePaths) {
     const QString& key = item.key;
     const QString& value = item.value;
 
     const auto number16 = [&](int16_t& field) {
-        const std::optional<double> n = ItemNumber(value);
-        if (!n || !Fits(*n, kMin16, kMax16)) return StoreResult::Fault;
+        const std::optional<double> n = itemNumber(value);
+        if (!n || !fits(*n, kMin16, kMax16)) return StoreResult::Fault;
         field = static_cast<int16_t>(*n);
         return StoreResult::Stored;
     };
     // A pixel value above 2184 doesn't fit a 16-bit twips field.
     const auto twips16 = [&](int16_t& field) {
-        const std::optional<double> n = ItemNumber(value);
-        if (!n || !Fits(*n * kTwipsPerPixel, kMin16, kMax16)) return StoreResult::Fault;
+        const std::optional<double> n = itemNumber(value);
+        if (!n || !fits(*n * kTwipsPerPixel, kMin16, kMax16)) return StoreResult::Fault;
         field = static_cast<int16_t>(*n * kTwipsPerPixel);
         return StoreResult::Stored;
     };
     const auto twips32 = [&](int32_t& field) {
-        const std::optional<double> n = ItemNumber(value);
-        if (!n || !Fits(*n * kTwipsPerPixel, kMin32, kMax32)) return StoreResult::Fault;
+        const std::optional<double> n = itemNumber(value);
+        if (!n || !fits(*n * kTwipsPerPixel, kMin32, kMax32)) return StoreResult::Fault;
         field = static_cast<int32_t>(*n * kTwipsPerPixel);
         return StoreResult::Stored;
     };
     const auto colour = [&](int32_t& field) {
-        const std::optional<int32_t> c = ItemColor(value);
+        const std::optional<int32_t> c = itemColor(value);
         if (!c) return StoreResult::Fault;
         field = *c;
         return StoreResult::Stored;
@@ -311,9 +311,9 @@ StoreResult StoreStyleKey(Style& style, const StyleItem& item, const QString& fo
     };
 
     if (key == u"BORDERFILE")
-        return text(style.BorderFile, CompletePath(value, folderForBarePaths));
+        return text(style.BorderFile, completePath(value, folderForBarePaths));
     if (key == u"PIECESFILE")
-        return text(style.PiecesFile, CompletePath(value, folderForBarePaths));
+        return text(style.PiecesFile, completePath(value, folderForBarePaths));
     if (key == u"BACKCOLOR") return colour(style.BackColor);
     if (key == u"BORDERHEIGHT") return number16(style.BorderHeight);
     if (key == u"BORDERWIDTH") return number16(style.BorderWidth);
@@ -345,7 +345,7 @@ StoreResult StoreStyleKey(Style& style, const StyleItem& item, const QString& fo
     return StoreResult::Ignored;
 }
 
-QString WriteStyleBlock(Style& style) {
+QString writeStyleBlock(Style& style) {
     QString block;
     const auto line = [&block](const QString& text) { block += text + QStringLiteral("\r\n"); };
     const QString defaultPieces = QString::fromLatin1(kDefaultPiecesList);
@@ -353,20 +353,20 @@ QString WriteStyleBlock(Style& style) {
     line(QStringLiteral("BeginStyle = ") + style.StyleName);
     if (!style.PiecesFile.isEmpty()) line(QStringLiteral("  PiecesFile = ") + style.PiecesFile);
     if (!style.BorderFile.isEmpty()) line(QStringLiteral("  BorderFile = ") + style.BorderFile);
-    line(QStringLiteral("  SqrWidth =") + PixelsOf(style.SqrWidth));
-    line(QStringLiteral("  SqrHeight =") + PixelsOf(style.SqrHeight));
+    line(QStringLiteral("  SqrWidth =") + pixelsOf(style.SqrWidth));
+    line(QStringLiteral("  SqrHeight =") + pixelsOf(style.SqrHeight));
     if (style.SqrHTab != style.SqrWidth)
-        line(QStringLiteral("  SqrHTab =") + PixelsOf(style.SqrHTab));
+        line(QStringLiteral("  SqrHTab =") + pixelsOf(style.SqrHTab));
     if (style.SqrVTab != style.SqrHeight)
-        line(QStringLiteral("  SqrVTab =") + PixelsOf(style.SqrVTab));
-    if (style.SqrHSpc > 0) line(QStringLiteral("  SqrHSpc =") + PixelsOf(style.SqrHSpc));
-    if (style.SqrVSpc > 0) line(QStringLiteral("  SqrVSpc =") + PixelsOf(style.SqrVSpc));
-    if (style.XBase > 0) line(QStringLiteral("  XBase =") + PixelsOf(style.XBase));
-    if (style.YBase > 0) line(QStringLiteral("  YBase =") + PixelsOf(style.YBase));
+        line(QStringLiteral("  SqrVTab =") + pixelsOf(style.SqrVTab));
+    if (style.SqrHSpc > 0) line(QStringLiteral("  SqrHSpc =") + pixelsOf(style.SqrHSpc));
+    if (style.SqrVSpc > 0) line(QStringLiteral("  SqrVSpc =") + pixelsOf(style.SqrVSpc));
+    if (style.XBase > 0) line(QStringLiteral("  XBase =") + pixelsOf(style.XBase));
+    if (style.YBase > 0) line(QStringLiteral("  YBase =") + pixelsOf(style.YBase));
     if (style.BorderWidth != 8)
-        line(QStringLiteral("  BorderWidth =") + FreeNumber(style.BorderWidth));
+        line(QStringLiteral("  BorderWidth =") + freeNumber(style.BorderWidth));
     if (style.BorderHeight != 8)
-        line(QStringLiteral("  BorderHeight =") + FreeNumber(style.BorderHeight));
+        line(QStringLiteral("  BorderHeight =") + freeNumber(style.BorderHeight));
     if (style.PiecesList != defaultPieces)
         line(QStringLiteral("  PiecesList = ") + style.PiecesList);
     if (style.EnglishNotation != defaultPieces)
@@ -376,10 +376,10 @@ QString WriteStyleBlock(Style& style) {
     if (style.StartPos != QLatin1String(kDefaultStartPos))
         line(QStringLiteral("  StartPos = ") + style.StartPos);
     if (style.CopyCounter > 0) line(QStringLiteral("  CopyCounter = Yes"));
-    if (style.BackColor > 0) line(QStringLiteral("  BackColor = &H") + Hex(style.BackColor));
+    if (style.BackColor > 0) line(QStringLiteral("  BackColor = &H") + hex(style.BackColor));
     if (style.FrameWidth > 0) {
-        line(QStringLiteral("  FrameWidth =") + FreeNumber(style.FrameWidth));
-        line(QStringLiteral("  FrameColor = &H") + Hex(style.FrameColor));
+        line(QStringLiteral("  FrameWidth =") + freeNumber(style.FrameWidth));
+        line(QStringLiteral("  FrameColor = &H") + hex(style.FrameColor));
     }
 
     // The board's own lines stand above with the numbers as they were; a
@@ -406,21 +406,21 @@ QString WriteStyleBlock(Style& style) {
         2LL * style.YBase + rowSteps * (static_cast<long long>(style.SqrVTab) + style.SqrVSpc) +
         style.SqrHeight + 60;
     if (style.WndWidth != workedOutWidth)
-        line(QStringLiteral("  WndWidth =") + PixelsOf(style.WndWidth));
+        line(QStringLiteral("  WndWidth =") + pixelsOf(style.WndWidth));
     if (style.WndHeight != workedOutHeight)
-        line(QStringLiteral("  WndHeight =") + PixelsOf(style.WndHeight));
+        line(QStringLiteral("  WndHeight =") + pixelsOf(style.WndHeight));
 
     if (style.ShowGrid > 0) {
         line(QStringLiteral("  ShowGrid = Yes"));
         if (!style.FontName.isEmpty()) line(QStringLiteral("    FontName = ") + style.FontName);
-        if (style.FontColor > 0) line(QStringLiteral("    FontColor = &H") + Hex(style.FontColor));
-        if (style.FontSize > 0) line(QStringLiteral("    FontSize =") + FreeNumber(style.FontSize));
+        if (style.FontColor > 0) line(QStringLiteral("    FontColor = &H") + hex(style.FontColor));
+        if (style.FontSize > 0) line(QStringLiteral("    FontSize =") + freeNumber(style.FontSize));
         if (!style.FontStyle.isEmpty()) line(QStringLiteral("    FontStyle = ") + style.FontStyle);
         if (!style.FontPos.isEmpty()) line(QStringLiteral("    FontPos = ") + style.FontPos);
         if (style.FontXBase > 0)
-            line(QStringLiteral("    FontXBase =") + PixelsOf(style.FontXBase));
+            line(QStringLiteral("    FontXBase =") + pixelsOf(style.FontXBase));
         if (style.FontYBase > 0)
-            line(QStringLiteral("    FontYBase =") + PixelsOf(style.FontYBase));
+            line(QStringLiteral("    FontYBase =") + pixelsOf(style.FontYBase));
     }
     line(QStringLiteral("EndStyle"));
     return block;

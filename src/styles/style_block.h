@@ -30,7 +30,7 @@ class ItemSplitter {
     qsizetype pos_ = 0;
 };
 
-QStringList SplitItems(QStringView text);
+QStringList splitItems(QStringView text);
 
 // What an item without "=" after its first character gives: the settings
 // reader skips it, the importer takes the whole item, upper-cased, as a key
@@ -45,12 +45,12 @@ struct StyleItem {
 // A ";" after the first character cuts the item; it is trimmed, and the key
 // is what stands before the first "=". No result for an item that is empty
 // after that, or that the mode skips.
-std::optional<StyleItem> ParseItem(QStringView item, KeylessItems keyless);
+std::optional<StyleItem> parseItem(QStringView item, KeylessItems keyless);
 
 // Blanks and tabs: what trimming removes, at the ends of items and lines.
-QString TrimBlanks(QStringView text);
+QString trimBlanks(QStringView text);
 // Spaces alone off both ends; a tab stays.
-QString TrimSpaces(QStringView text);
+QString trimSpaces(QStringView text);
 
 // The leading numeric text of a value, read as a number the way the old
 // files were written: decimal with sign, point and exponent (E or D), or
@@ -59,17 +59,17 @@ QString TrimSpaces(QStringView text);
 // signed 16-bit value, of five to eight a signed 32-bit value. No result when
 // the text is too large for any number (more than eight hexadecimal digits,
 // a decimal beyond the double range).
-std::optional<double> ValNumber(QStringView text);
+std::optional<double> readNumber(QStringView text);
 
 // Ties go to the even neighbour: 0.5 -> 0, 1.5 -> 2, 2.5 -> 2, -2.5 -> -2.
-double RoundHalfEven(double value);
+double roundHalfEven(double value);
 
-// The number of a value: ValNumber rounded to a whole.
-std::optional<double> ItemNumber(QStringView value);
+// The number of a value: readNumber rounded to a whole.
+std::optional<double> itemNumber(QStringView value);
 
 // The colour of a value: the number, plus 65536 if negative, so that the
 // hexadecimal text FFFF gives 65535. No result outside the 32-bit range.
-std::optional<int32_t> ItemColor(QStringView value);
+std::optional<int32_t> itemColor(QStringView value);
 
 enum class StoreResult {
     Stored,
@@ -80,11 +80,11 @@ enum class StoreResult {
 // Stores one key of a block into the record. Lengths in the value are pixels
 // and become twips. A BorderFile or PiecesFile value without "/" gets
 // folderForBarePaths in front of it; an empty folder keeps values bare.
-StoreResult StoreStyleKey(Style& style, const StyleItem& item, const QString& folderForBarePaths);
+StoreResult storeStyleKey(Style& style, const StyleItem& item, const QString& folderForBarePaths);
 
 // The block of the record as stored, each line ended by CR LF. A board of
 // more than 400 squares is set to 8 x 8 in the record, after its own two lines
 // have been printed with the old numbers.
-QString WriteStyleBlock(Style& style);
+QString writeStyleBlock(Style& style);
 
 } // namespace marlith

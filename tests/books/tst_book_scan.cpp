@@ -5,7 +5,7 @@
 #include <QTest>
 
 using namespace marlith;
-using testing::ScanSummary;
+using testing::scanSummary;
 
 namespace {
 
@@ -15,15 +15,15 @@ struct Book {
     WorkFile work;
 
     Book() { work.open(dir.filePath("F1.tmp")); }
-    QString write(const QByteArray& b) { return testing::WriteBook(dir.filePath("book"), b); }
-    BookScan fen(const QByteArray& t, ScanProgress p = {}) { return ScanFEN(write(t), work, p); }
-    BookScan epd(const QByteArray& t) { return ScanEPD(write(t), work, {}); }
-    BookScan pbm(const QByteArray& b) { return ScanPBM(write(b), work, 8, 8, "pPnNbBrRqQkK", {}); }
-    QStringList records(const BookScan& s) { return testing::RecordLines(work, s.recordCount); }
+    QString write(const QByteArray& b) { return testing::writeBook(dir.filePath("book"), b); }
+    BookScan fen(const QByteArray& t, ScanProgress p = {}) { return scanFen(write(t), work, p); }
+    BookScan epd(const QByteArray& t) { return scanEpd(write(t), work, {}); }
+    BookScan pbm(const QByteArray& b) { return scanPbm(write(b), work, 8, 8, "pPnNbBrRqQkK", {}); }
+    QStringList records(const BookScan& s) { return testing::recordLines(work, s.recordCount); }
 };
 
 // `size` bytes of `value`, the lowest first.
-QByteArray Le(int value, int size) {
+QByteArray littleEndian(int value, int size) {
     QByteArray bytes;
     for (int i = 0; i < size; ++i)
         bytes += char((value >> (8 * i)) & 0xFF);
@@ -31,15 +31,15 @@ QByteArray Le(int value, int size) {
 }
 
 // An entry of the binary format: flags, moves, seven text pointers, the board.
-QByteArray PbmEntry(int flags, int moves, const QList<int>& pointers, const QByteArray& board) {
-    QByteArray entry = Le(0, 2) + char(flags) + char(moves);
+QByteArray pbmEntry(int flags, int moves, const QList<int>& pointers, const QByteArray& board) {
+    QByteArray entry = littleEndian(0, 2) + char(flags) + char(moves);
     for (const int p : pointers)
-        entry += Le(p, 4);
+        entry += littleEndian(p, 4);
     return entry + board.leftJustified(64, ' ', true);
 }
 
-QByteArray PbmText(const QByteArray& text) {
-    return Le(int(text.size()), 2) + text;
+QByteArray pbmText(const QByteArray& text) {
+    return littleEndian(int(text.size()), 2) + text;
 }
 
 } // namespace
@@ -50,14 +50,14 @@ class TstBookScan : public QObject {
     void workFileReadsNothingOutside() {
         Book book;
         QVERIFY(!book.work.read(1));
-        QVERIFY(book.work.append(MakeRecord('E', 1, "a")));
+        QVERIFY(book.work.append(makeRecord('E', 1, "a")));
         QVERIFY(book.work.read(1) && !book.work.read(0) && !book.work.read(2));
         QVERIFY(!book.work.append("short"));
-        QCOMPARE(MakeRecord('E', 42, QByteArray(200, 'x')), "?E    42" + QByteArray(124, 'x'));
-        QCOMPARE(SixCharacters(1234567), QByteArray("234567")); // the last six digits
-        QCOMPARE(ParseRecord(EndMark()).gameNumber(), 0);
-        QCOMPARE(RecordText("\xc3\xa4"), QString::fromUtf8("\xc3\xa4"));
-        QCOMPARE(RecordText("M\xfcller"), QString::fromLatin1("M\xfcller")); // not UTF-8
+        QCOMPARE(makeRecord('E', 42, QByteArray(200, 'x')), "?E    42" + QByteArray(124, 'x'));
+        QCOMPARE(sixCharacters(1234567), QByteArray("234567")); // the last six digits
+        QCOMPARE(parseRecord(endMark()).gameNumber(), 0);
+        QCOMPARE(recordText("\xc3\xa4"), QString::fromUtf8("\xc3\xa4"));
+        QCOMPARE(recordText("M\xfcller"), QString::fromLatin1("M\xfcller")); // not UTF-8
     }
 
     void linesEndAtCrLfCrOrLf() {
@@ -73,9 +73,9 @@ class TstBookScan : public QObject {
             lines << line;
         QVERIFY(!reader.error());
         QCOMPARE(lines, QList<QByteArray>({first, "b", "c", "d", "", "e"}));
-        QCOMPARE(PrepareLine("  [Event \"x\"]  "), QByteArray("[Event \"x\"] "));
-        QCOMPARE(PrepareLine(""), QByteArray(" "));
-        QCOMPARE(PrepareLine("\tx"), QByteArray("\tx ")); // only blanks are trimmed
+        QCOMPARE(prepareLine("  [Event \"x\"]  "), QByteArray("[Event \"x\"] "));
+        QCOMPARE(prepareLine(""), QByteArray(" "));
+        QCOMPARE(prepareLine("\tx"), QByteArray("\tx ")); // only blanks are trimmed
     }
 
     void fenBooks() {
@@ -84,21 +84,21 @@ class TstBookScan : public QObject {
         const BookScan scan =
             book.fen("; a\r\nK7\r\nk7\r\n\r\n[Event \"Two\"]\n[Site \"x\"]\n* a\n{ b\n"
                      "% c\n   1K6   \n[Event \"Headers alone\"]\n");
-        QCOMPARE(ScanSummary(scan), QStringLiteral("2 games, 6 records, index (1 3)"));
+        QCOMPARE(scanSummary(scan), QStringLiteral("2 games, 6 records, index (1 3)"));
         QCOMPARE(book.records(scan),
                  QStringList({"E1|K7", "E1|k7", "[2|[Event \"Two\"]", "[2|[Site \"x\"]", "E2|1K6",
                               "[3|[Event \"Headers alone\"]"}));
-        QCOMPARE(book.work.read(scan.recordCount + 1).value_or(QByteArray()), EndMark());
+        QCOMPARE(book.work.read(scan.recordCount + 1).value_or(QByteArray()), endMark());
     }
 
     void emptyAndMissingBooks() {
         Book book;
-        QCOMPARE(ScanSummary(book.fen("")), QStringLiteral("1 games, 0 records, index ()"));
-        QCOMPARE(ScanSummary(book.epd("")), QStringLiteral("0 games, 0 records, index ()"));
-        QCOMPARE(ScanSummary(ScanFEN(book.dir.filePath(QStringLiteral("none")), book.work, {})),
+        QCOMPARE(scanSummary(book.fen("")), QStringLiteral("1 games, 0 records, index ()"));
+        QCOMPARE(scanSummary(book.epd("")), QStringLiteral("0 games, 0 records, index ()"));
+        QCOMPARE(scanSummary(scanFen(book.dir.filePath(QStringLiteral("none")), book.work, {})),
                  QStringLiteral("1 games, 0 records, index (), cut short"));
         WorkFile closed; // without a work file nothing is read
-        QCOMPARE(ScanFEN(book.write("K\n"), closed, {}).recordCount, 0);
+        QCOMPARE(scanFen(book.write("K\n"), closed, {}).recordCount, 0);
     }
 
     void longLinesAreCutInTheirRecords() {
@@ -115,7 +115,7 @@ class TstBookScan : public QObject {
                                        "c b - - ;; id 3;\r\n" // an empty operation ends them
                                        "d w - - c0 " +
                                        QByteArray(200, 'y') + ";\r\n");
-        QCOMPARE(ScanSummary(scan), QStringLiteral("4 games, 8 records, index (1 5 6 7)"));
+        QCOMPARE(scanSummary(scan), QStringLiteral("4 games, 8 records, index (1 5 6 7)"));
         const QStringList records = book.records(scan);
         QCOMPARE(records.mid(0, 6), QStringList({"[1|[bm e4]", "[1|[id \"b]", "[1|[x\"]",
                                                  "E1|a w KQkq - bm e4; id \"b;x\";", "E2|b w -",
@@ -130,7 +130,7 @@ class TstBookScan : public QObject {
                                          [&told](int32_t games) { told << games; });
         QCOMPARE(scan.gameCount, 10'668);
         QCOMPARE(scan.gameIndex.size(), 10'667 * 6); // the last game has no entry
-        QCOMPARE(scan.gameIndex.right(6), SixCharacters(2 * 10'667 - 1));
+        QCOMPARE(scan.gameIndex.right(6), sixCharacters(2 * 10'667 - 1));
         QCOMPARE(told.size(), 106);
         QCOMPARE(told.first(), 100);
     }
@@ -143,7 +143,7 @@ class TstBookScan : public QObject {
             {8, 12, "Sd#12"}, {32 + 16 + 8 + 1, 7, "Max Sh=7"},
             {4, 2, "#2"},     {64 + 128 + 1, 255, "h#255"}};
         for (const auto& [flags, moves, text] : cases)
-            QCOMPARE(Stipulation(flags, moves), QByteArray(text));
+            QCOMPARE(stipulationText(flags, moves), QByteArray(text));
     }
 
     void pbmBooks() {
@@ -151,10 +151,10 @@ class TstBookScan : public QObject {
         // Two entries; behind them the texts: empty, White, Site.
         const int e = 2 + 2 * 96, w = e + 2, s = w + 13;
         const QByteArray board = QByteArray("&       %").leftJustified(63) + '*'; // K P k
-        const BookScan scan = book.pbm(Le(1, 2) + PbmEntry(1, 3, {w, s, e, e, e, e, e}, board) +
-                                       PbmEntry(0, 2, {e, e, e, e, e, e, e}, {}) + PbmText("") +
-                                       PbmText("A. Composer") + PbmText("Somewhere"));
-        QCOMPARE(ScanSummary(scan), QStringLiteral("2 games, 6 records, index (1 5)"));
+        const BookScan scan = book.pbm(littleEndian(1, 2) + pbmEntry(1, 3, {w, s, e, e, e, e, e}, board) +
+                                       pbmEntry(0, 2, {e, e, e, e, e, e, e}, {}) + pbmText("") +
+                                       pbmText("A. Composer") + pbmText("Somewhere"));
+        QCOMPARE(scanSummary(scan), QStringLiteral("2 games, 6 records, index (1 5)"));
         QCOMPARE(book.records(scan),
                  QStringList({"[1|[Event \"h#3\"]", "[1|[White \"A. Composer\"]",
                               "[1|[Site \"Somewhere\"]", "E1|K7/P7/8/8/8/8/8/7k",
@@ -165,19 +165,19 @@ class TstBookScan : public QObject {
         Book book;
         const int e = 2 + 96; // the empty text behind one entry
         const auto entry = [e](int pointer, const QByteArray& board) {
-            return PbmEntry(0, 2, {e, e, e, pointer, e, e, e}, board);
+            return pbmEntry(0, 2, {e, e, e, pointer, e, e, e}, board);
         };
-        const QByteArray good = entry(e, {}), empty = PbmText("");
+        const QByteArray good = entry(e, {}), empty = pbmText("");
         // The count promises three entries; one is there.
-        QCOMPARE(ScanSummary(book.pbm(Le(2, 2) + good + empty)),
+        QCOMPARE(scanSummary(book.pbm(littleEndian(2, 2) + good + empty)),
                  QStringLiteral("3 games, 2 records, index (1 3), cut short"));
         // A text pointer behind the end, one of 0, one onto a length past the end, a text
         // longer than the file, a board byte outside the code: the Event record stays.
         const QString cut = QStringLiteral("1 games, 1 records, index (1), cut short");
         for (const int p : {1 << 20, 0, e + 1})
-            QCOMPARE(ScanSummary(book.pbm(Le(0, 2) + entry(p, {}) + empty)), cut);
-        QCOMPARE(ScanSummary(book.pbm(Le(0, 2) + good + "\xff\x7f")), cut);
-        QCOMPARE(ScanSummary(book.pbm(Le(0, 2) + entry(e, "     Z") + empty)), cut);
+            QCOMPARE(scanSummary(book.pbm(littleEndian(0, 2) + entry(p, {}) + empty)), cut);
+        QCOMPARE(scanSummary(book.pbm(littleEndian(0, 2) + good + "\xff\x7f")), cut);
+        QCOMPARE(scanSummary(book.pbm(littleEndian(0, 2) + entry(e, "     Z") + empty)), cut);
         // A file too short for its count, or empty.
         QCOMPARE(book.pbm(QByteArray("\x05", 1)).recordCount, 0);
         QCOMPARE(book.pbm(QByteArray()).recordCount, 0);

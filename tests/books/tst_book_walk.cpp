@@ -16,19 +16,19 @@ struct Walk {
     char kind = 0;
 
     explicit Walk(const QByteArray& text, bool epd = false) {
-        const QString path = testing::WriteBook(dir.filePath(QStringLiteral("b")), text);
+        const QString path = testing::writeBook(dir.filePath(QStringLiteral("b")), text);
         book.work.open(dir.filePath(QStringLiteral("F1.tmp")));
-        const BookScan scan = epd ? ScanEPD(path, book.work, {}) : ScanFEN(path, book.work, {});
+        const BookScan scan = epd ? scanEpd(path, book.work, {}) : scanFen(path, book.work, {});
         book.gameCount = scan.gameCount;
         book.recordCount = scan.recordCount;
         book.gameIndex = book.fullIndex = scan.gameIndex;
     }
-    QByteArray text() const { return DelComment(book.currentRecord); }
+    QByteArray text() const { return stripComment(book.currentRecord); }
     // Steps forward: for each the kind of the record behind, "-" where it fails.
     QByteArray steps(int n) {
         QByteArray kinds;
         while (n-- > 0)
-            kinds += NextRecord(book, kind) ? kind : '-';
+            kinds += nextRecord(book, kind) ? kind : '-';
         return kinds;
     }
 };
@@ -43,40 +43,40 @@ class TstBookWalk : public QObject {
   private Q_SLOTS:
     void stepsWithinAGame() {
         Walk w(kTwoGames);
-        QVERIFY(GoToGame(w.book, 1));
+        QVERIFY(goToGame(w.book, 1));
         QCOMPARE(w.text(), QByteArray("[Event \"One\"]"));
         QCOMPARE(w.steps(1), QByteArray("E"));
-        QVERIFY(!PrevRecord(w.book));            // never back onto a header
+        QVERIFY(!previousRecord(w.book));            // never back onto a header
         QCOMPARE(w.steps(3), QByteArray("E[-")); // the next game's header, then the game ends
         QCOMPARE(w.text(), QByteArray("K3 w"));
-        QVERIFY(PrevRecord(w.book));
+        QVERIFY(previousRecord(w.book));
         QCOMPARE(w.text(), QByteArray("K2 b"));
-        QVERIFY(GoToGame(w.book, 2));
+        QVERIFY(goToGame(w.book, 2));
         QCOMPARE(w.steps(3), QByteArray("E?-")); // the end mark behind the last game
         // An EPD game ends on its position with the next game's position behind.
         Walk epd("K w - - bm Ka2; id 1;\nk b - -\n", true);
-        QVERIFY(GoToGame(epd.book, 1));
+        QVERIFY(goToGame(epd.book, 1));
         QCOMPARE(epd.steps(3), QByteArray("EE-"));
     }
 
     void boundsAreQuiet() {
         Walk w(kTwoGames);
-        QVERIFY(GoToGame(w.book, 1));
+        QVERIFY(goToGame(w.book, 1));
         for (const int n : {3, 0, -7})
-            QVERIFY(!GoToGame(w.book, n));
+            QVERIFY(!goToGame(w.book, n));
         QCOMPARE(w.book.currentRecord, QByteArray(kRecordLength, ' ')); // none on show
-        w.book.gameIndex += SixCharacters(99) + "  x!  "; // behind the records, no number
-        QVERIFY(!GoToGame(w.book, 3) && !GoToGame(w.book, 4));
+        w.book.gameIndex += sixCharacters(99) + "  x!  "; // behind the records, no number
+        QVERIFY(!goToGame(w.book, 3) && !goToGame(w.book, 4));
         Walk empty("");
-        QVERIFY(!GoToGame(empty.book, 1) && !PrevRecord(empty.book));
+        QVERIFY(!goToGame(empty.book, 1) && !previousRecord(empty.book));
         empty.kind = 'x';
         QCOMPARE(empty.steps(1), QByteArray("-"));
         QCOMPARE(empty.kind, char(0));
         // A work file that went away stops the walk.
-        QVERIFY(GoToGame(w.book, 1));
+        QVERIFY(goToGame(w.book, 1));
         w.book.work.close();
         QCOMPARE(w.steps(1), QByteArray("-"));
-        QVERIFY(!GoToGame(w.book, 2));
+        QVERIFY(!goToGame(w.book, 2));
     }
 
     void commentsComeOff() {
@@ -88,9 +88,9 @@ class TstBookWalk : public QObject {
             {'[', "[Event \"a;b{c}\"] ; comment", "[Event \"a;b{c}\"] "},
             {'[', "[Event \"unclosed; x", "[Event \"unclosed; x"}};
         for (const auto& [kind, text, shown] : cases)
-            QCOMPARE(DelComment(MakeRecord(kind, 1, text)), QByteArray(shown));
-        QCOMPARE(DelComment(QByteArray(kRecordLength, ' ')), QByteArray());
-        QCOMPARE(DelComment("?E   1"), QByteArray());
+            QCOMPARE(stripComment(makeRecord(kind, 1, text)), QByteArray(shown));
+        QCOMPARE(stripComment(QByteArray(kRecordLength, ' ')), QByteArray());
+        QCOMPARE(stripComment("?E   1"), QByteArray());
     }
 
     void positionsOnShow() {
@@ -100,20 +100,20 @@ class TstBookWalk : public QObject {
             {"8/8/8", "8/8/8", "Move Control:"},
             {"", "", "Move Control:"}};
         for (const auto& [text, board, caption] : cases) {
-            const ShownPosition shown = ShowRecord(MakeRecord('E', 1, text));
+            const ShownPosition shown = positionOfRecord(makeRecord('E', 1, text));
             QCOMPARE(shown.board, QByteArray(board));
-            QCOMPARE(SideCaption(shown.side), QString(caption));
+            QCOMPARE(sideCaption(shown.side), QString(caption));
         }
     }
 
     void headerLinesAndStyleTags() {
         const QString exact(33, QLatin1Char('a'));
-        QCOMPARE(WrapHeader(exact), QStringList({exact}));
-        QCOMPARE(WrapHeader(exact + QLatin1Char('b')), QStringList({exact, QStringLiteral(" b")}));
-        QCOMPARE(WrapHeader(QString(70, QLatin1Char('c'))).size(), 3);
-        QCOMPARE(StyleTag(QStringLiteral("[Style \"Wide\"]")).value_or("none"), QString("Wide"));
-        QCOMPARE(StyleTag(QStringLiteral("[style noquotes]")).value_or("none"), QString());
-        QVERIFY(!StyleTag(QStringLiteral("[Site \"Style\"]")));
+        QCOMPARE(wrapHeader(exact), QStringList({exact}));
+        QCOMPARE(wrapHeader(exact + QLatin1Char('b')), QStringList({exact, QStringLiteral(" b")}));
+        QCOMPARE(wrapHeader(QString(70, QLatin1Char('c'))).size(), 3);
+        QCOMPARE(styleTag(QStringLiteral("[Style \"Wide\"]")).value_or("none"), QString("Wide"));
+        QCOMPARE(styleTag(QStringLiteral("[style noquotes]")).value_or("none"), QString());
+        QVERIFY(!styleTag(QStringLiteral("[Site \"Style\"]")));
     }
 };
 

@@ -8,7 +8,7 @@
 #include <QTest>
 
 using namespace marlith;
-using testing::ScanSummary;
+using testing::scanSummary;
 
 namespace {
 
@@ -25,16 +25,16 @@ struct Pgn {
 
     explicit Pgn(const QByteArray& text) {
         Style style;
-        ResetStyle(style);
+        resetStyle(style);
         StylePgnBoard board(style);
         work.open(dir.filePath(QStringLiteral("F1.tmp")));
-        const QString path = testing::WriteBook(dir.filePath(QStringLiteral("b.pgn")), text);
-        scan = ScanPGN(path, work, board, kStart, [this](int32_t g) { progress.append(g); });
+        const QString path = testing::writeBook(dir.filePath(QStringLiteral("b.pgn")), text);
+        scan = scanPgn(path, work, board, kStart, [this](int32_t g) { progress.append(g); });
     }
-    QStringList records() { return testing::RecordLines(work, scan.recordCount); }
+    QStringList records() { return testing::recordLines(work, scan.recordCount); }
 };
 
-QString Pos(int game, const QString& text = QString::fromLatin1(kStart)) {
+QString pos(int game, const QString& text = QString::fromLatin1(kStart)) {
     return QStringLiteral("E%1|").arg(game) + text;
 }
 
@@ -46,11 +46,11 @@ class TstPgnScan : public QObject {
     void gamesWithTags() {
         Pgn p("[Event \"a\"]\r\n[Result \"1-0\"]\r\n\r\n1.e4 e5 1-0\r\n\r\n"
               "[Event \"b\"]\r\n\r\n1. e4 *\r\n");
-        QCOMPARE(ScanSummary(p.scan), QStringLiteral("2 games, 8 records, index (1 6)"));
+        QCOMPARE(scanSummary(p.scan), QStringLiteral("2 games, 8 records, index (1 6)"));
         QCOMPARE(p.records(),
-                 QStringList({"[1|[Event \"a\"]", "[1|[Result \"1-0\"]", Pos(1), Pos(1, kAfterE4),
-                              Pos(1, kAfterE5), "[2|[Event \"b\"]", Pos(2), Pos(2, kAfterE4)}));
-        QCOMPARE(p.work.read(p.scan.recordCount + 1).value_or(QByteArray()), EndMark());
+                 QStringList({"[1|[Event \"a\"]", "[1|[Result \"1-0\"]", pos(1), pos(1, kAfterE4),
+                              pos(1, kAfterE5), "[2|[Event \"b\"]", pos(2), pos(2, kAfterE4)}));
+        QCOMPARE(p.work.read(p.scan.recordCount + 1).value_or(QByteArray()), endMark());
     }
 
     void fenTags() {
@@ -61,22 +61,22 @@ class TstPgnScan : public QObject {
         // behind the tag writes the setup, moves right behind it don't, a second one forgets it.
         const std::pair<QByteArray, QStringList> cases[] = {
             {"1.e4 e5\n\n1.e4\n",
-             {Pos(1), Pos(1, kAfterE4), Pos(1, kAfterE5), Pos(1), Pos(1, kAfterE4)}},
+             {pos(1), pos(1, kAfterE4), pos(1, kAfterE5), pos(1), pos(1, kAfterE4)}},
             {"[Event \"x\"]\n" + fen + "\n1.e4\n",
-             {"[1|[Event \"x\"]", Pos(1, setUp), Pos(1, pushed)}},
-            {fen + "1.e4\n", {Pos(1, pushed)}},
-            {fen + "\n\n1.e4\n", {Pos(1, setUp), Pos(1), Pos(1, kAfterE4)}},
+             {"[1|[Event \"x\"]", pos(1, setUp), pos(1, pushed)}},
+            {fen + "1.e4\n", {pos(1, pushed)}},
+            {fen + "\n\n1.e4\n", {pos(1, setUp), pos(1), pos(1, kAfterE4)}},
             {"[fen \"4k3/4p3/8/8/8/8/8/4K3 b - - 0 1\"]\n1...e5\n",
-             {Pos(1, QStringLiteral("4k3/8/8/4p3/8/8/8/4K3 w - - 0 0"))}}};
+             {pos(1, QStringLiteral("4k3/8/8/4p3/8/8/8/4K3 w - - 0 0"))}}};
         for (const auto& [text, records] : cases)
             QCOMPARE(Pgn(text).records(), records);
     }
 
     void tagBlockAtTheEndIsNoGame() {
         // Its header records stay in the work file.
-        QCOMPARE(ScanSummary(Pgn("[Event \"a\"]\n\n1.e4\n\n[Event \"b\"]\n[Site \"c\"]\n").scan),
+        QCOMPARE(scanSummary(Pgn("[Event \"a\"]\n\n1.e4\n\n[Event \"b\"]\n[Site \"c\"]\n").scan),
                  QStringLiteral("1 games, 5 records, index (1)"));
-        QCOMPARE(ScanSummary(Pgn("").scan), QStringLiteral("1 games, 0 records, index ()"));
+        QCOMPARE(scanSummary(Pgn("").scan), QStringLiteral("1 games, 0 records, index ()"));
     }
 
     void commentsAndVariationsAcrossLines() {
@@ -85,8 +85,8 @@ class TstPgnScan : public QObject {
         Pgn p("1.e4 } } e5 {{ 2.Nf3\n\n[Event \"b\"]\n\n1.zz9 Qxx 1.e4\n");
         // Closing marks never let the depth fall below zero for long: e5 counts. No tag
         // stood in front of the first text, so later tags join the one game.
-        QCOMPARE(p.records(), QStringList({Pos(1), Pos(1, kAfterE4), Pos(1, kAfterE5),
-                                           "[1|[Event \"b\"]", Pos(1)}));
+        QCOMPARE(p.records(), QStringList({pos(1), pos(1, kAfterE4), pos(1, kAfterE5),
+                                           "[1|[Event \"b\"]", pos(1)}));
         QCOMPARE(p.scan.gameCount, 1);
     }
 

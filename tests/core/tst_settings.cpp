@@ -42,23 +42,23 @@ struct Program {
     QString engine;
     SettingsRead last;
 
-    Program() { ResetStyle(style); }
+    Program() { resetStyle(style); }
     explicit Program(const Folder& folder) : Program() { read(folder); }
     Program& read(const Folder& folder) {
-        last = ReadSettings(folder.ini(), folder.path(), style, recent, engine);
+        last = readSettings(folder.ini(), folder.path(), style, recent, engine);
         return *this;
     }
     bool write(const Folder& folder) const {
-        return WriteSettings(folder.path(), recent, engine, style.StyleName);
+        return writeSettings(folder.path(), recent, engine, style.StyleName);
     }
 };
 
-QByteArray Crlf(QByteArray text) {
+QByteArray crlf(QByteArray text) {
     return text.replace("\n", "\r\n");
 }
 
 const QByteArray kLibrary =
-    Crlf("RecentFile = /b/old.pgn\nRecentFile = /b/new.pgn\nRecentEngine = Crafty\n"
+    crlf("RecentFile = /b/old.pgn\nRecentFile = /b/new.pgn\nRecentEngine = Crafty\n"
          "; my styles\nRecentStyle = beta\n\n"
          "BeginStyle = Alpha\n  SqrWidth = 20 \nEndStyle\n\n"
          "BeginStyle = Beta\n  PiecesFile = beta.gif\n  SqrWidth = 30 \nEndStyle\n");
@@ -80,25 +80,25 @@ class TstSettings : public QObject {
             {"books/a.pgn", 5, "boo.../a.pgn"},
             {"AB", -3, "AB.../"}};
         for (const auto& [path, n, shown] : cases)
-            QCOMPARE(CutName(QString::fromUtf8(path), n), QString::fromUtf8(shown));
+            QCOMPARE(shortenPath(QString::fromUtf8(path), n), QString::fromUtf8(shown));
     }
 
     void recentList() {
         RecentList recent;
         for (const char* book : {"/b/1.pgn", "/b/2.pgn", "/b/3.pgn", "/b/4.pgn", "/b/5.pgn"})
-            AddRecent(recent, QString::fromLatin1(book)); // the oldest falls out
+            addRecent(recent, QString::fromLatin1(book)); // the oldest falls out
         QCOMPARE(recent, (RecentList{"/b/5.pgn", "/b/4.pgn", "/b/3.pgn", "/b/2.pgn"}));
-        AddRecent(recent, QStringLiteral("/b/3.pgn")); // the fourth stays where it is
+        addRecent(recent, QStringLiteral("/b/3.pgn")); // the fourth stays where it is
         QCOMPARE(recent, (RecentList{"/b/3.pgn", "/b/5.pgn", "/b/4.pgn", "/b/2.pgn"}));
-        AddRecent(recent, QStringLiteral("/b/3.pgn"));
+        addRecent(recent, QStringLiteral("/b/3.pgn"));
         QCOMPARE(recent, (RecentList{"/b/3.pgn", "/b/5.pgn", "/b/4.pgn", "/b/2.pgn"}));
         // Paths keep their case and are told apart by it.
-        AddRecent(recent, QStringLiteral("/B/3.PGN"));
+        addRecent(recent, QStringLiteral("/B/3.PGN"));
         QCOMPARE(recent, (RecentList{"/B/3.PGN", "/b/3.pgn", "/b/5.pgn", "/b/4.pgn"}));
     }
 
     void recentMenu() {
-        const auto items = RecentMenuItems(
+        const auto items = recentMenuItems(
             {"/home/user/books/problems/collection-of-the-year.pgn", "/b/short.fen", "", ""});
         QCOMPARE(items[0].caption, QStringLiteral("&1 /.../collection-of-the-year.pgn"));
         QCOMPARE(items[1].caption, QStringLiteral("&2 /b/short.fen"));
@@ -135,7 +135,7 @@ class TstSettings : public QObject {
         QFETCH(QString, name);
         QFETCH(int, width);
         QFETCH(QStringList, names);
-        Folder folder(Crlf(text));
+        Folder folder(crlf(text));
         Program program(folder);
         QCOMPARE(program.style.StyleName, name);
         QCOMPARE(program.style.SqrWidth, int16_t(width * 15));
@@ -146,7 +146,7 @@ class TstSettings : public QObject {
         Folder folder(kLibrary);
         Program program(folder);
         // Since the start: a book opened, another engine used, Alpha picked.
-        AddRecent(program.recent, QStringLiteral("/b/since.pgn"));
+        addRecent(program.recent, QStringLiteral("/b/since.pgn"));
         program.engine = QStringLiteral("Popeye");
         program.style.StyleName = QStringLiteral("ALPHA");
         program.read(folder);
@@ -166,7 +166,7 @@ class TstSettings : public QObject {
     // RecentFile and RecentEngine count inside a block too, up to the fault.
     void aValueThatDoesntFitEndsTheReading() {
         Folder folder(
-            Crlf("RecentStyle = A\n"
+            crlf("RecentStyle = A\n"
                  "BeginStyle = Other\n  SqrWidth = 9999\n" // not the wanted block: no fault
                  "BeginStyle = A\n  SqrWidth = 20\n"
                  "  RecentFile = /b/before.pgn, RecentEngine = Popeye\n"
@@ -230,10 +230,10 @@ class TstSettings : public QObject {
         Folder folder;
         Program program;
         for (const char* book : {"/b/1.pgn", "/b/2.pgn", "/b/3.pgn", "/b/4.pgn", "/b/5.pgn"})
-            AddRecent(program.recent, QString::fromLatin1(book));
+            addRecent(program.recent, QString::fromLatin1(book));
         program.engine = QStringLiteral("Popeye");
         QVERIFY(program.write(folder));
-        QCOMPARE(folder.get(), Crlf("RecentFile = /b/2.pgn\nRecentFile = /b/3.pgn\n"
+        QCOMPARE(folder.get(), crlf("RecentFile = /b/2.pgn\nRecentFile = /b/3.pgn\n"
                                     "RecentFile = /b/4.pgn\nRecentFile = /b/5.pgn\n"
                                     "RecentEngine = Popeye\n"));
         QVERIFY(!QFile::exists(folder.temp()));
@@ -262,7 +262,7 @@ class TstSettings : public QObject {
                                     "EndStyle\r\n";
         const RecentList recent{"/b/2.pgn", "/b/1.pgn", "", ""};
         QVERIFY(
-            WriteSettings(folder.path(), recent, QStringLiteral("Popeye"), QStringLiteral("Beta")));
+            writeSettings(folder.path(), recent, QStringLiteral("Popeye"), QStringLiteral("Beta")));
         QCOMPARE(folder.get(), expected);
         // The next start and stop read and write the same again.
         Program program(folder);
@@ -281,7 +281,7 @@ class TstSettings : public QObject {
                 written = line;
                 return line < failAt;
             };
-            QVERIFY(!WriteSettings(folder.path(), {"/b/x.pgn"}, {}, {}, seams));
+            QVERIFY(!writeSettings(folder.path(), {"/b/x.pgn"}, {}, {}, seams));
             QCOMPARE(written, failAt);
             QCOMPARE(folder.get(), kLibrary);
             QVERIFY(!QFile::exists(folder.temp()));
@@ -292,7 +292,7 @@ class TstSettings : public QObject {
         Folder folder(kLibrary);
         SettingsWriteSeams seams;
         seams.rename = [](const QString&, const QString&) { return false; };
-        QVERIFY(!WriteSettings(folder.path(), {}, QStringLiteral("Popeye"), QStringLiteral("Alpha"),
+        QVERIFY(!writeSettings(folder.path(), {}, QStringLiteral("Popeye"), QStringLiteral("Alpha"),
                                seams));
         QCOMPARE(folder.get(), kLibrary);
         QVERIFY(!QFile::exists(folder.temp()));
@@ -303,11 +303,11 @@ class TstSettings : public QObject {
         Folder odd;
         QVERIFY(QDir(odd.path()).mkdir(QStringLiteral("Marlith.ini")));
         QVERIFY(!Program(odd).last.opened);
-        QVERIFY(!WriteSettings(odd.path(), {"/b/1.pgn"}, {}, {}));
+        QVERIFY(!writeSettings(odd.path(), {"/b/1.pgn"}, {}, {}));
         QVERIFY(QFileInfo(odd.ini()).isDir());
         QVERIFY(!QFile::exists(odd.temp()));
         // A folder that isn't there.
-        QVERIFY(!WriteSettings(odd.path() + QStringLiteral("missing/"), {"/b/1.pgn"}, {}, {}));
+        QVERIFY(!writeSettings(odd.path() + QStringLiteral("missing/"), {"/b/1.pgn"}, {}, {}));
     }
 
     void aKilledWriterLeavesTheOldFile() {
@@ -333,7 +333,7 @@ class TstSettings : public QObject {
                 }
                 return true;
             };
-            WriteSettings(folder.path(), {"/b/1.pgn"}, {}, QStringLiteral("Alpha"), seams);
+            writeSettings(folder.path(), {"/b/1.pgn"}, {}, QStringLiteral("Alpha"), seams);
             ::_exit(1);
         }
         ::close(ready[1]);
@@ -349,7 +349,7 @@ class TstSettings : public QObject {
         QVERIFY(QFile::exists(folder.temp())); // what the killed run had written
 
         // The next run starts its temporary file afresh.
-        QVERIFY(WriteSettings(folder.path(), {"/b/1.pgn"}, {}, QStringLiteral("Alpha")));
+        QVERIFY(writeSettings(folder.path(), {"/b/1.pgn"}, {}, QStringLiteral("Alpha")));
         QCOMPARE(folder.get(), "RecentFile = /b/1.pgn\r\n" + library);
         QVERIFY(!QFile::exists(folder.temp()));
     }

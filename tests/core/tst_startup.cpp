@@ -13,28 +13,28 @@ class TstStartup : public QObject {
   private Q_SLOTS:
     void tempSeed() {
         // Hundredths of a second, the last six digits, zeros in front.
-        QCOMPARE(MakeTempSeed(59), QStringLiteral("F000005"));
-        QCOMPARE(MakeTempSeed(12345670), QStringLiteral("F234567"));
+        QCOMPARE(makeTempSeed(59), QStringLiteral("F000005"));
+        QCOMPARE(makeTempSeed(12345670), QStringLiteral("F234567"));
     }
 
     void programFolder() {
-        QCOMPARE(ProgramFolderFrom(QStringLiteral("/opt/m"), QStringLiteral("/usr/bin")),
+        QCOMPARE(programFolderFrom(QStringLiteral("/opt/m"), QStringLiteral("/usr/bin")),
                  QStringLiteral("/opt/m/"));
-        QCOMPARE(ProgramFolderFrom(QStringLiteral("/opt/m/"), QStringLiteral("/usr/bin")),
+        QCOMPARE(programFolderFrom(QStringLiteral("/opt/m/"), QStringLiteral("/usr/bin")),
                  QStringLiteral("/opt/m/"));
-        QCOMPARE(ProgramFolderFrom(QString(), QStringLiteral("/usr/bin")),
+        QCOMPARE(programFolderFrom(QString(), QStringLiteral("/usr/bin")),
                  QStringLiteral("/usr/bin/"));
-        QCOMPARE(ProgramFolderFrom(QStringLiteral("/"), QString()), QStringLiteral("/"));
+        QCOMPARE(programFolderFrom(QStringLiteral("/"), QString()), QStringLiteral("/"));
     }
 
     void commandLine() {
-        QVERIFY(SplitCommandLine({}).bookFile.isEmpty());
+        QVERIFY(splitCommandLine({}).bookFile.isEmpty());
         // A bare name is taken whole, blanks and quotes inside included.
-        const CommandLine one = SplitCommandLine({QStringLiteral("  my \"best\" book.pgn ")});
+        const CommandLine one = splitCommandLine({QStringLiteral("  my \"best\" book.pgn ")});
         QCOMPARE(one.bookFile, QStringLiteral("my \"best\" book.pgn"));
         QVERIFY(one.rest.isEmpty());
         // The first file is this instance's, the rest go on whole to the next.
-        const CommandLine three = SplitCommandLine(
+        const CommandLine three = splitCommandLine(
             {QStringLiteral("/b/a.pgn"), QStringLiteral("/b/c d.fen"), QStringLiteral("e.pbm")});
         QCOMPARE(three.bookFile, QStringLiteral("/b/a.pgn"));
         QCOMPARE(three.rest, QStringList({QStringLiteral("/b/c d.fen"), QStringLiteral("e.pbm")}));
@@ -42,7 +42,7 @@ class TstStartup : public QObject {
 
     void styleListOrder() {
         // Upper-case order; names equal but for case keep the order they came in.
-        QCOMPARE(SortStyleNames({"beta", "Alpha", "ALPHA", "_x", "Zeta", "alpha", "a1"}),
+        QCOMPARE(sortStyleNames({"beta", "Alpha", "ALPHA", "_x", "Zeta", "alpha", "a1"}),
                  QStringList({"a1", "Alpha", "ALPHA", "alpha", "beta", "Zeta", "_x"}));
     }
 
@@ -55,10 +55,10 @@ class TstStartup : public QObject {
             QVERIFY(file.open(QIODevice::WriteOnly));
         }
         QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("f9.tmp"))); // a folder is no file
-        QCOMPARE(DeleteTempFiles(dir.path() + QLatin1Char('/')), int(doomed.size()));
+        QCOMPARE(deleteTempFiles(dir.path() + QLatin1Char('/')), int(doomed.size()));
         for (const QString& name : kept)
             QVERIFY2(QFile::exists(QDir(dir.path()).filePath(name)), qPrintable(name));
-        QCOMPARE(DeleteTempFiles(QStringLiteral("/no/such/folder/")), 0);
+        QCOMPARE(deleteTempFiles(QStringLiteral("/no/such/folder/")), 0);
     }
 };
 

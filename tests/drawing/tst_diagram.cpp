@@ -14,32 +14,32 @@ const QRgb kWhite = qRgb(255, 255, 255);
 const QRgb kSilver = qRgb(192, 192, 192);
 const QRgb kRed = qRgb(255, 0, 0);
 
-Style DefaultStyle() {
+Style defaultStyle() {
     Style style;
-    ResetStyle(style);
+    resetStyle(style);
     return style;
 }
 
 // Draws the empty diagram and builds the text on it, as the main window does.
 struct Scene {
-    Style style = DefaultStyle();
+    Style style = defaultStyle();
     Diagram diagram;
-    VetArray vet{};
+    SquareVector squareVector{};
     int reversed = 0;
     QString folder;
 
     void draw(const QString& text) {
-        diagram.DrawBoard(style, reversed, folder);
+        diagram.drawBoard(style, reversed, folder);
         const Board board{style.BorderHeight, style.BorderWidth};
-        ResetVet(vet, board);
-        Build(
-            text, vet, board, style.PiecesList,
-            [this](int cell, int casa) { diagram.PutPeca(cell, casa, style, reversed); }, nullptr);
+        invalidatePainted(squareVector, board);
+        buildBoard(
+            text, squareVector, board, style.PiecesList,
+            [this](int cell, int oneBasedSquare) { diagram.copyCellToSquare(cell, oneBasedSquare, style, reversed); }, nullptr);
     }
     QImage cellAt(int px, int py) const { return diagram.image().copy(px, py, 15, 15); }
 };
 
-bool OnlyColour(const QImage& image, QRgb colour) {
+bool onlyColour(const QImage& image, QRgb colour) {
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             if (image.pixel(x, y) != colour) return false;
@@ -54,9 +54,9 @@ class TstDiagram : public QObject {
     void builtInSheet() {
         // Row 0 is drawn on white, row 1 on silver; a piece's inside is white
         // in both, so only on silver does the white pawn's head show it.
-        const QImage sheet = BuiltInSheet();
-        QVERIFY(OnlyColour(sheet.copy(0, 0, 15, 15), kWhite));
-        QVERIFY(OnlyColour(sheet.copy(0, 15, 15, 15), kSilver));
+        const QImage sheet = marlith::builtInSheet();
+        QVERIFY(onlyColour(sheet.copy(0, 0, 15, 15), kWhite));
+        QVERIFY(onlyColour(sheet.copy(0, 15, 15, 15), kSilver));
         QCOMPARE(sheet.pixel(36, 3), kBlack);
         QCOMPARE(sheet.pixel(36, 18), kBlack);
         QCOMPARE(sheet.pixel(37, 18), kWhite);
@@ -65,12 +65,12 @@ class TstDiagram : public QObject {
 
     void defaultGeometry() {
         // The main window keeps a least width, and a least height beside the book panel.
-        Style style = DefaultStyle();
+        Style style = defaultStyle();
         style.WndWidth = style.WndHeight = 1860;
-        QCOMPARE(MainWindowSize(style, false), QSize(6645, 3210));
-        QCOMPARE(MainWindowSize(style, true), QSize(6645, 5580));
+        QCOMPARE(mainWindowSize(style, false), QSize(6645, 3210));
+        QCOMPARE(mainWindowSize(style, true), QSize(6645, 5580));
         style.WndWidth = style.WndHeight = 9000;
-        QCOMPARE(MainWindowSize(style, true), QSize(12300, 10350));
+        QCOMPARE(mainWindowSize(style, true), QSize(12300, 10350));
     }
 
     // The start position, square by square, equals the cells of the sheet.
@@ -83,13 +83,13 @@ class TstDiagram : public QObject {
                               QStringLiteral("PPPPPPPPRNBQKBNR");
         for (int square = 0; square < 64; ++square) {
             const int content = static_cast<int>(scene.style.PiecesList.indexOf(order[square])) + 1;
-            const int cell = content + 13 * SqrColor(square, 8);
+            const int cell = content + 13 * squareColor(square, 8);
             QCOMPARE(image.copy(square % 8 * 15, square / 8 * 15, 15, 15),
-                     BuiltInSheet().copy((cell % 13) * 15, (cell / 13) * 15, 15, 15));
+                     marlith::builtInSheet().copy((cell % 13) * 15, (cell / 13) * 15, 15, 15));
         }
         // The four pixels round the last square show the background.
-        QVERIFY(OnlyColour(image.copy(120, 0, 4, 124), kBlack));
-        QVERIFY(OnlyColour(image.copy(0, 120, 124, 4), kBlack));
+        QVERIFY(onlyColour(image.copy(120, 0, 4, 124), kBlack));
+        QVERIFY(onlyColour(image.copy(0, 120, 124, 4), kBlack));
     }
 
     void fallbackAndSquareBoards() {
@@ -101,10 +101,10 @@ class TstDiagram : public QObject {
             int width;
         } cases[] = {{21, 20, 8, false, 1860}, {20, 20, 20, true, 4560}, {-3, 5, 8, false, 1860}};
         for (const auto& c : cases) {
-            Style style = DefaultStyle();
+            Style style = defaultStyle();
             style.BorderHeight = c.rows;
             style.BorderWidth = c.columns;
-            QCOMPARE(Diagram().DrawBoard(style, 0, QString()).squareBoard, c.square);
+            QCOMPARE(Diagram().drawBoard(style, 0, QString()).squareBoard, c.square);
             QCOMPARE(style.BorderHeight, c.after);
             QCOMPARE(style.BorderWidth, c.after);
             QCOMPARE(style.WndWidth, c.width);
@@ -139,12 +139,12 @@ class TstDiagram : public QObject {
         scene.style.SqrVTab = 32767;
         scene.style.WndWidth = scene.style.WndHeight = 300;
         scene.draw(QStringLiteral("KkKkKkKkKkKk"));
-        scene.style = DefaultStyle();
+        scene.style = defaultStyle();
         scene.style.PiecesList = QStringLiteral("pPnNbBrRqQkKxyzXYZ");
         scene.draw(QStringLiteral("zZ")); // cells beyond the 195 pixel sheet
-        QVERIFY(OnlyColour(scene.cellAt(0, 0), kBlack));
-        for (const auto& [cell, casa] : {std::pair{-5, 1}, {1, 0}, {1, 65}, {32000, 64}})
-            scene.diagram.PutPeca(cell, casa, scene.style, 0);
+        QVERIFY(onlyColour(scene.cellAt(0, 0), kBlack));
+        for (const auto& [cell, oneBasedSquare] : {std::pair{-5, 1}, {1, 0}, {1, 65}, {32000, 64}})
+            scene.diagram.copyCellToSquare(cell, oneBasedSquare, scene.style, 0);
     }
 
     void frame() {
@@ -152,14 +152,14 @@ class TstDiagram : public QObject {
         scene.style.FrameWidth = 3;
         scene.style.FrameColor = 0x0000FF; // red in the low byte
         scene.style.BackColor = 0xFFFFFF;
-        scene.diagram.DrawBoard(scene.style, 0, QString());
+        scene.diagram.drawBoard(scene.style, 0, QString());
         // h = 22 twips, one pixel: three pixels of line round x = 1. The far
         // lines stand 66 twips in from the edge: x = 1860 - 22 - 66.
         const int dots[][3] = {{1, 60, 1},   {60, 1, 1},   {5, 60, 0},
                                {118, 60, 1}, {60, 118, 1}, {122, 60, 0}};
         for (const auto& [x, y, red] : dots)
             QCOMPARE(scene.diagram.image().pixel(x, y), red ? kRed : kWhite);
-        QCOMPARE(StyleColor(0x00C08040), qRgb(0x40, 0x80, 0xC0));
+        QCOMPARE(styleColor(0x00C08040), qRgb(0x40, 0x80, 0xC0));
     }
 
     void coordinatesFollowTheTurn() {
@@ -184,8 +184,8 @@ class TstDiagram : public QObject {
         auto columnLabel = [](const QImage& image, int column) {
             return image.copy(20 + column * 15, 0, 15, 20);
         };
-        QVERIFY(!OnlyColour(rowLabel(normal, 0), kWhite));
-        QVERIFY(!OnlyColour(columnLabel(normal, 0), kWhite));
+        QVERIFY(!onlyColour(rowLabel(normal, 0), kWhite));
+        QVERIFY(!onlyColour(columnLabel(normal, 0), kWhite));
         QVERIFY(rowLabel(normal, 0) != rowLabel(normal, 7));
         QCOMPARE(rowLabel(turned, 0), rowLabel(normal, 7));       // "1" on top
         QCOMPARE(columnLabel(turned, 7), columnLabel(normal, 0)); // "a" at the right
@@ -203,31 +203,31 @@ class TstDiagram : public QObject {
         scene.style.FontName = QStringLiteral("DejaVu Serif");
         scene.style.FontStyle = QStringLiteral("BOLD ITALIC CAPS");
         scene.style.FontSize = 12;
-        scene.diagram.DrawBoard(scene.style, 0, QString());
+        scene.diagram.drawBoard(scene.style, 0, QString());
         const QFont used = scene.diagram.font();
         QVERIFY(used.bold() && used.italic() && !used.underline());
         QCOMPARE(used.pixelSize(), 16);
         scene.style.ShowGrid = 0;
         scene.style.FontName.clear();
         scene.style.FontStyle.clear();
-        scene.diagram.DrawBoard(scene.style, 0, QString());
+        scene.diagram.drawBoard(scene.style, 0, QString());
         QCOMPARE(scene.diagram.font(), used);
         // An empty name and a size of 0 keep the surface's font.
         scene.style.ShowGrid = 1;
         scene.style.FontSize = 0;
-        scene.diagram.DrawBoard(scene.style, 0, QString());
+        scene.diagram.drawBoard(scene.style, 0, QString());
         QCOMPARE(scene.diagram.font().family(), used.family());
         QCOMPARE(scene.diagram.font().pixelSize(), 16);
     }
 
     void pixToInd() {
         // Each pitch is a square's hit area; past the last column is nothing.
-        Style style = DefaultStyle();
+        Style style = defaultStyle();
         style.SqrHTab = style.SqrVTab = 225;
         const int inside[][3] = {
             {224, 224, 0}, {225, 0, 1}, {1799, 1799, 63}, {1800, 0, -1}, {-1, 0, -1}};
         for (const auto& [x, y, square] : inside)
-            QCOMPARE(PixToInd(x, y, style), square);
+            QCOMPARE(squareAt(x, y, style), square);
         // Each gap between two squares belongs half to each neighbour.
         style.SqrHSpc = style.SqrVSpc = 30;
         style.XBase = style.YBase = 150;
@@ -236,26 +236,26 @@ class TstDiagram : public QObject {
         const int gaps[][3] = {
             {395, 200, 1}, {385, 200, 0}, {200, 136, 0}, {200, 134, -1}, {350, 200, 0}};
         for (const auto& [x, y, square] : gaps)
-            QCOMPARE(PixToInd(x, y, style), square);
+            QCOMPARE(squareAt(x, y, style), square);
         style.SqrHTab = style.SqrHSpc = 0;
-        QCOMPARE(PixToInd(10, 10, style), -1);
+        QCOMPARE(squareAt(10, 10, style), -1);
     }
 
     void reversedViewTurnsTheBoard() {
         Scene scene;
-        scene.diagram.DrawBoard(scene.style, 65, QString());
+        scene.diagram.drawBoard(scene.style, 65, QString());
         scene.diagram.takeDirty();
         const long long before = scene.diagram.copies();
-        scene.diagram.PutPeca(12, 1, scene.style, 65); // white king of square 0
+        scene.diagram.copyCellToSquare(12, 1, scene.style, 65); // white king of square 0
         QCOMPARE(scene.diagram.copies(), before + 1);
         QCOMPARE(scene.diagram.takeDirty(), QRect(105, 105, 15, 15));
         QCOMPARE(scene.diagram.takeDirty(), QRect());
-        QCOMPARE(scene.cellAt(105, 105), BuiltInSheet().copy(12 * 15, 0, 15, 15));
-        scene.diagram.PutPeca(11, 64, scene.style, 65);
-        QCOMPARE(scene.cellAt(0, 0), BuiltInSheet().copy(11 * 15, 0, 15, 15));
-        QCOMPARE(ScreenSquare(17, 64, 0), 17);
+        QCOMPARE(scene.cellAt(105, 105), marlith::builtInSheet().copy(12 * 15, 0, 15, 15));
+        scene.diagram.copyCellToSquare(11, 64, scene.style, 65);
+        QCOMPARE(scene.cellAt(0, 0), marlith::builtInSheet().copy(11 * 15, 0, 15, 15));
+        QCOMPARE(screenSquare(17, 64, 0), 17);
         // Turned before the board grew: the turn is that of the board now.
-        QCOMPARE(ScreenSquare(0, 100, 65), 99);
+        QCOMPARE(screenSquare(0, 100, 65), 99);
     }
 
     void sheetsAndBordersFromFiles() {

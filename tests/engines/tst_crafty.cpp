@@ -9,7 +9,7 @@ using namespace marlith;
 
 namespace {
 
-void Write(const QString& path, const QByteArray& content = "x") {
+void writeOf(const QString& path, const QByteArray& content = "x") {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(content);
@@ -24,33 +24,33 @@ class TstCrafty : public QObject {
         const QByteArray head = "log off\r\nponder off\r\nsd 12\r\n";
         const QByteArray tail = "log on\r\nanalyze\r\nexit\r\nquit\r\nexit\r\n";
         // The side comes from the buttons alone, even behind a full FEN.
-        QCOMPARE(CraftyRcText("12", "K6k b", true),
+        QCOMPARE(craftyRcText("12", "K6k b", true),
                  head + "setboard K6k b w - -\r\nwhite\r\n" + tail);
-        QCOMPARE(CraftyRcText("12", "K6k", false), head + "setboard K6k b - -\r\nblack\r\n" + tail);
+        QCOMPARE(craftyRcText("12", "K6k", false), head + "setboard K6k b - -\r\nblack\r\n" + tail);
     }
 
     void firstFreeLogNumber() {
         QTemporaryDir dir;
         const QString folder = dir.path() + QLatin1Char('/');
-        QCOMPARE(FirstFreeLogExt(folder), QString("001"));
-        Write(folder + "log.001");
-        Write(folder + "log.003");
-        QCOMPARE(FirstFreeLogExt(folder), QString("002")); // the first gap
+        QCOMPARE(firstFreeLogExtension(folder), QString("001"));
+        writeOf(folder + "log.001");
+        writeOf(folder + "log.003");
+        QCOMPARE(firstFreeLogExtension(folder), QString("002")); // the first gap
         for (int i = 2; i <= 999; ++i)
-            Write(folder + QString("log.%1").arg(i, 3, 10, QLatin1Char('0')), QByteArray());
-        QCOMPARE(FirstFreeLogExt(folder), QString("000")); // all taken
+            writeOf(folder + QString("log.%1").arg(i, 3, 10, QLatin1Char('0')), QByteArray());
+        QCOMPARE(firstFreeLogExtension(folder), QString("000")); // all taken
     }
 
     void logRows() {
         // Any run of line ends is one; what follows the last one is no row.
-        QCOMPARE(LogRows("a\r\nb\n\n\r\rc\rd"), QStringList({"a", "b", "c"}));
+        QCOMPARE(marlith::logRows("a\r\nb\n\n\r\rc\rd"), QStringList({"a", "b", "c"}));
     }
 
     void styleLettersBecomeEnglish() {
-        QCOMPARE(CraftyFen("sK6/8/3B4/8 w", "bBsSlLtTdDkK", "pPnNbBrRqQkK"),
+        QCOMPARE(craftyFen("sK6/8/3B4/8 w", "bBsSlLtTdDkK", "pPnNbBrRqQkK"),
                  QString("nK6/8/3P4/8 w"));
         // A letter beyond the English notation is dropped; a digit in the list is a piece.
-        QCOMPARE(CraftyFen("aZ1/2", "aZ1", "pP"), QString("pP/2"));
+        QCOMPARE(craftyFen("aZ1/2", "aZ1", "pP"), QString("pP/2"));
     }
 
     // The engine starts once the command file is there; its log, perhaps under a later number
@@ -67,18 +67,18 @@ class TstCrafty : public QObject {
             const bool got = run.advance(engineRunning, start, rows) == CraftyRun::Step::Rows;
             return run.stage() + (got ? 10 : 0);
         };
-        run.begin(folder, FirstFreeLogExt(folder));
+        run.begin(folder, firstFreeLogExtension(folder));
         QCOMPARE(step(false), 0);
         QCOMPARE(starts, 0); // no command file yet
-        Write(folder + kCraftyRc, CraftyRcText("8", "8", true));
+        writeOf(folder + kCraftyRc, craftyRcText("8", "8", true));
         QCOMPARE(step(false), 0);
         QCOMPARE(step(false), 1); // a failed start is tried again
-        Write(folder + "game.001");
-        Write(folder + "log.002", "depth 8\r\n 1.  Kb2\r\ntrailing");
-        Write(folder + "game.002");
+        writeOf(folder + "game.001");
+        writeOf(folder + "log.002", "depth 8\r\n 1.  Kb2\r\ntrailing");
+        writeOf(folder + "game.002");
         QCOMPARE(step(true), 1); // not while the engine runs
         QCOMPARE(step(false), 2);
-        QCOMPARE(run.logExt(), QString("002"));
+        QCOMPARE(run.logExtension(), QString("002"));
         QCOMPARE(step(false), 13);
         QCOMPARE(rows, QStringList({"depth 8", " 1.  Kb2"}));
         QCOMPARE(step(false), 4);
@@ -90,17 +90,17 @@ class TstCrafty : public QObject {
     void runLogIsTheNewestFromTheFirstNumber() {
         QTemporaryDir dir;
         const QString folder = dir.path() + QLatin1Char('/');
-        Write(folder + "log.001");               // below the first number
-        Write(folder + "log.004", QByteArray()); // empty
-        Write(folder + "log.0031");              // no log name
-        QVERIFY(RunLogExt(folder, "002").isEmpty());
-        Write(folder + "log.003");
+        writeOf(folder + "log.001");               // below the first number
+        writeOf(folder + "log.004", QByteArray()); // empty
+        writeOf(folder + "log.0031");              // no log name
+        QVERIFY(runLogExtension(folder, "002").isEmpty());
+        writeOf(folder + "log.003");
         QFile older(folder + "log.003");
         QVERIFY(older.open(QIODevice::ReadWrite));
         QVERIFY(older.setFileTime(QDateTime::currentDateTime().addSecs(-60),
                                   QFileDevice::FileModificationTime));
-        Write(folder + "log.002");
-        QCOMPARE(RunLogExt(folder, "002"), QString("002"));
+        writeOf(folder + "log.002");
+        QCOMPARE(runLogExtension(folder, "002"), QString("002"));
     }
 };
 

@@ -9,7 +9,7 @@ using namespace marlith;
 
 namespace {
 
-void Touch(const QString& path, QFile::Permissions permissions = QFile::ReadOwner) {
+void touch(const QString& path, QFile::Permissions permissions = QFile::ReadOwner) {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly) &&
             file.setPermissions(permissions | QFile::WriteOwner));
@@ -32,9 +32,9 @@ class TstEngineFiles : public QObject {
             {true, true, "cRAFTY", "cRAFTY", "crafty"},
             {true, true, "Other", "Other", ""}};
         for (const auto& [py, crafty, read, after, checked] : cases) {
-            const EngineMenu menu = LocateEngines(py, crafty, read);
+            const EngineMenu menu = locateEngines(py, crafty, read);
             QCOMPARE(menu.recentEngine, after);
-            QCOMPARE(menu.pyChecked, checked == "py");
+            QCOMPARE(menu.popeyeChecked, checked == "py");
             QCOMPARE(menu.craftyChecked, checked == "crafty");
             QCOMPARE(menu.toolShown, py || crafty);
         }
@@ -43,18 +43,18 @@ class TstEngineFiles : public QObject {
     void programsFoundInAnyCaseAndOnlyIfExecutable() {
         QTemporaryDir dir;
         const QString folder = dir.path() + QLatin1Char('/');
-        Touch(folder + "py"); // not executable
-        QVERIFY(FindPopeye(folder).isEmpty());
+        touch(folder + "py"); // not executable
+        QVERIFY(findPopeye(folder).isEmpty());
         QVERIFY(QDir(folder).mkdir("CRAFTY"));
-        QVERIFY(FindCrafty(folder).isEmpty());
-        Touch(folder + "Py.EXE", QFile::ExeOwner | QFile::ReadOwner);
-        QCOMPARE(FindPopeye(folder), folder + "Py.EXE");
-        Touch(folder + "PY.DAT");
-        QCOMPARE(FindPyDat(folder), folder + "PY.DAT");
+        QVERIFY(findCrafty(folder).isEmpty());
+        touch(folder + "Py.EXE", QFile::ExeOwner | QFile::ReadOwner);
+        QCOMPARE(findPopeye(folder), folder + "Py.EXE");
+        touch(folder + "PY.DAT");
+        QCOMPARE(findPyDat(folder), folder + "PY.DAT");
     }
 
     void pyDatLines() {
-        const PyDat table = ParsePyDat("; comment\r\n\r\n"
+        const PyDat table = parsePyDat("; comment\r\n\r\n"
                                        "00#\r\n01 2 \r\n0#=\n03MaxTime 30 '<\r10128\r\n"
                                        "90&&K=wKing\r\n90&&Q=wQueen\r\n"
                                        "11ignored\r\n-1ignored\r\n 5five\r\nabc\r\n90\r\n00h#");
@@ -65,10 +65,10 @@ class TstEngineFiles : public QObject {
                                      "", "128"}));
         QCOMPARE(table.dictionary, QStringLiteral("&&K=wKing&&Q=wQueen&&"));
         // A one-character line ends the reading; what was read stays, the dictionary is closed.
-        const PyDat cut = ParsePyDat("00first\r\n;\r\n90&&P=wPawn\r\nx\r\n00second\r\n");
+        const PyDat cut = parsePyDat("00first\r\n;\r\n90&&P=wPawn\r\nx\r\n00second\r\n");
         QCOMPARE(cut.lists[0], QStringList({"first"}));
         QCOMPARE(cut.dictionary, QStringLiteral("&&P=wPawn&&"));
-        QCOMPARE(ReadPyDat("/nonexistent/py.dat").dictionary, QString("&&"));
+        QCOMPARE(readPyDat("/nonexistent/py.dat").dictionary, QString("&&"));
     }
 
     void leftoversGoWithTheirGameFiles() {
@@ -76,14 +76,14 @@ class TstEngineFiles : public QObject {
         const QString folder = dir.path() + QLatin1Char('/');
         for (const char* name : {"log.001", "game.001", "log.002", "game.003", "LOG.004",
                                  "game.004", "log.1234", "other.txt", "game.234"})
-            Touch(folder + name);
+            touch(folder + name);
         // "log.1234" names "log.234", which isn't there: visited once and left, the search ends.
-        QCOMPARE(ClearLeftovers(folder), 4);
+        QCOMPARE(clearLeftovers(folder), 4);
         QCOMPARE(QDir(folder).entryList(QDir::Files, QDir::Name),
                  QStringList({"game.003", "log.1234", "other.txt"}));
         for (const char* name : {"Position.bin", "position.lrn", "BOOK.LRN", "book.bin"})
-            Touch(folder + name);
-        DeleteCraftyWorkFiles(folder);
+            touch(folder + name);
+        deleteCraftyWorkFiles(folder);
         QCOMPARE(QDir(folder).entryList(QDir::Files, QDir::Name),
                  QStringList({"book.bin", "game.003", "log.1234", "other.txt"}));
     }

@@ -9,14 +9,14 @@ using namespace marlith;
 
 namespace {
 
-PyParams Params(std::initializer_list<std::pair<int, const char*>> fields) {
-    PyParams p;
+PopeyeParams params(std::initializer_list<std::pair<int, const char*>> fields) {
+    PopeyeParams p;
     for (const auto& [index, text] : fields)
         p[static_cast<size_t>(index)] = QString::fromUtf8(text);
     return p;
 }
 
-void Write(const QString& path, const QByteArray& content) {
+void writeOf(const QString& path, const QByteArray& content) {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(content);
@@ -28,26 +28,26 @@ class TstPopeye : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void warningsInOrder() {
-        QCOMPARE(RunWarning(Params({})), QString("Enter the stipulation!"));
-        QCOMPARE(RunWarning(Params({{0, "#"}})), QString("Enter the number of moves!"));
-        QCOMPARE(RunWarning(Params({{0, "#"}, {1, "2"}})), QString("Enter the pieces list!"));
-        QVERIFY(RunWarning(Params({{0, "#"}, {1, "2"}, {8, "Pa2"}})).isEmpty());
+        QCOMPARE(runWarning(params({})), QString("Enter the stipulation!"));
+        QCOMPARE(runWarning(params({{0, "#"}})), QString("Enter the number of moves!"));
+        QCOMPARE(runWarning(params({{0, "#"}, {1, "2"}})), QString("Enter the pieces list!"));
+        QVERIFY(runWarning(params({{0, "#"}, {1, "2"}, {8, "Pa2"}})).isEmpty());
     }
 
     void everyFieldInItsPlace() {
         // Fields left empty give no line; every line ends in CR LF.
-        QCOMPARE(ProblemFileText(Params({{0, "#"}, {1, "2"}, {6, "Ke1 Qd1"}}), "/p/Fi.tmp"),
+        QCOMPARE(problemFileText(params({{0, "#"}, {1, "2"}, {6, "Ke1 Qd1"}}), "/p/Fi.tmp"),
                  QByteArray("BeginProblem\r\nPieces\r\nWhite Ke1 Qd1\r\nProtocol /p/Fi.tmp\r\n"
                             "Stipulation #2\r\nOption MaxTime 60 NoBoard\r\nEndProblem\r\n"));
-        const PyParams all = {"h#",  "3",   "Circe", "Intelligent", "move e1 e2", "rotate 90",
+        const PopeyeParams all = {"h#",  "3",   "Circe", "Intelligent", "move e1 e2", "rotate 90",
                               "Ke1", "Ke8", "Pa2",   "Remark raw",  "512M"};
-        QCOMPARE(ProblemFileLines(all, "proto").join(u'|'),
+        QCOMPARE(problemFileLines(all, "proto").join(u'|'),
                  QString("BeginProblem|Pieces|White Ke1|Black Ke8|Neutral Pa2|Protocol proto|"
                          "Stipulation h#3|Condition Circe|Option MaxTime 60 NoBoard Intelligent|"
                          "Twin move e1 e2|ZeroPosition rotate 90|Remark raw|EndProblem"));
         // The command line keeps each argument whole, whatever blanks it holds.
-        QCOMPARE(PopeyeArguments(Params({}), "/p/Fo.tmp"), QStringList({"/p/Fo.tmp"}));
-        QCOMPARE(PopeyeArguments(Params({{10, "1 G; \"x\""}}), "/a b/Fo.tmp"),
+        QCOMPARE(popeyeArguments(params({}), "/p/Fo.tmp"), QStringList({"/p/Fo.tmp"}));
+        QCOMPARE(popeyeArguments(params({{10, "1 G; \"x\""}}), "/a b/Fo.tmp"),
                  QStringList({"-maxmem", "1 G; \"x\"", "/a b/Fo.tmp"}));
     }
 
@@ -60,8 +60,8 @@ class TstPopeye : public QObject {
             {"MaxTime abc", "NoBoard MaxTime abc", 0},
             {"MAXTIME  30", "NoBoard MAXTIME  30", 0}};
         for (const auto& [options, text, maxTime] : cases) {
-            QCOMPARE(MakeOptionText(options).text, text);
-            QCOMPARE(MakeOptionText(options).maxTime, maxTime);
+            QCOMPARE(makeOptionText(options).text, text);
+            QCOMPARE(makeOptionText(options).maxTime, maxTime);
         }
     }
 
@@ -84,24 +84,24 @@ class TstPopeye : public QObject {
             {"a '< b '>", p, false, "a Intelligent"},
             {"d'Artagnan", "", false, "d'Artagnan"}};
         for (const auto& [entry, param, none, result] : cases) {
-            QCOMPARE(ChooseEntry(entry, param).none, none);
-            QCOMPARE(ChooseEntry(entry, param).param, result);
+            QCOMPARE(entryChoice(entry, param).none, none);
+            QCOMPARE(entryChoice(entry, param).param, result);
         }
     }
 
     void rowWrapping() {
         const QString fifty(50, u'x');
-        QCOMPARE(WrapRows(fifty), QStringList({fifty}));
-        QCOMPARE(WrapRows(fifty + u'x'), QStringList({QString(44, u'x'), QString(7, u'x')}));
+        QCOMPARE(wrapRows(fifty), QStringList({fifty}));
+        QCOMPARE(wrapRows(fifty + u'x'), QStringList({QString(44, u'x'), QString(7, u'x')}));
         // The first blank from column 45 on; blanks before it don't count.
         const QString line = QString(10, u'a') + u' ' + QString(36, u'b') + u' ';
-        QCOMPARE(WrapRows(line + QString(20, u'c')),
+        QCOMPARE(wrapRows(line + QString(20, u'c')),
                  QStringList({line.left(47), QString(20, u'c')}));
-        QCOMPARE(WrapRows(QString(44, u'y') + QString(10, u' ')),
+        QCOMPARE(wrapRows(QString(44, u'y') + QString(10, u' ')),
                  QStringList({QString(44, u'y'), QString()}));
-        QVERIFY(WrapRows(QString()).isEmpty());
-        QCOMPARE(ProtocolRows({"a", "   "}), QStringList({"a", "   "})); // blanks make a row
-        const QStringList many = WrapRows(QString(1000, u'z'));
+        QVERIFY(wrapRows(QString()).isEmpty());
+        QCOMPARE(protocolRows({"a", "   "}), QStringList({"a", "   "})); // blanks make a row
+        const QStringList many = wrapRows(QString(1000, u'z'));
         QCOMPARE(many.size(), 23);
         QCOMPARE(many.join(QString()), QString(1000, u'z'));
     }
@@ -121,9 +121,9 @@ class TstPopeye : public QObject {
         QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Waiting); // not begun
         run.begin(protocol, 90);
         QCOMPARE(step(false), 0);
-        Write(protocol, QByteArray());
+        writeOf(protocol, QByteArray());
         QCOMPARE(step(false), 0);
-        Write(protocol, "solution\r\n\r\n1.Qd1-d8 !\r" + QByteArray(51, 'x') + "\nlast");
+        writeOf(protocol, "solution\r\n\r\n1.Qd1-d8 !\r" + QByteArray(51, 'x') + "\nlast");
         QCOMPARE(step(true), 0);
         QCOMPARE(step(false), 1);
         QCOMPARE(step(false), 12);
@@ -132,20 +132,20 @@ class TstPopeye : public QObject {
         QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Finished);
         QVERIFY(!QFile::exists(protocol) && !run.active());
         run.begin(protocol, 60);
-        Write(protocol, "a\r\n");
+        writeOf(protocol, "a\r\n");
         QCOMPARE(step(false), 1);
         QVERIFY(QFile::remove(protocol));
         QCOMPARE(step(false), 1);
-        Write(protocol, QByteArray("x\n").repeated(kMaxResultRows + 10));
+        writeOf(protocol, QByteArray("x\n").repeated(kMaxResultRows + 10));
         QCOMPARE(step(false), 12);
         QCOMPARE(rows.size(), kMaxResultRows);
         // The limits of lines and bytes.
         QByteArray text = "one\r\ntwo\n\nthree\rfour";
         QBuffer buffer(&text);
         QVERIFY(buffer.open(QIODevice::ReadOnly));
-        QCOMPARE(ReadLines(buffer, true, 2), QStringList({"one", "two"}));
+        QCOMPARE(readLines(buffer, true, 2), QStringList({"one", "two"}));
         QVERIFY(buffer.seek(0));
-        QCOMPARE(ReadLines(buffer, true, 100, 7), QStringList({"one", "tw"}));
+        QCOMPARE(readLines(buffer, true, 100, 7), QStringList({"one", "tw"}));
     }
 
     void clockShowsEachNewSecond() {
@@ -160,11 +160,11 @@ class TstPopeye : public QObject {
         QCOMPARE(run.clock(900.0).value_or(QString()), QString("01:30"));
         run.begin(QStringLiteral("x"), 90);
         QVERIFY(!run.clock(2000.0)); // a new run starts its own clock
-        QCOMPARE(CountdownText(60, 75), QString("00:00"));
-        QCOMPARE(CountdownText(6065, 0), QString("01:05")); // minutes modulo 100
-        QCOMPARE(CountdownText(1.5, 1), QString("00:00"));  // 0.5 rounds to even
-        QCOMPARE(CountdownText(2.5, 0), QString("00:02"));
-        QCOMPARE(CountdownText(1e300, 5).size(), 5);
+        QCOMPARE(countdownText(60, 75), QString("00:00"));
+        QCOMPARE(countdownText(6065, 0), QString("01:05")); // minutes modulo 100
+        QCOMPARE(countdownText(1.5, 1), QString("00:00"));  // 0.5 rounds to even
+        QCOMPARE(countdownText(2.5, 0), QString("00:02"));
+        QCOMPARE(countdownText(1e300, 5).size(), 5);
     }
 };
 

@@ -44,26 +44,26 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     data += 4;
     size -= 4;
 
-    VetArray vet{};
+    SquareVector squareVector{};
     QString start = QString::fromLatin1(startText);
-    Build2(1, start, vet, board, notation.piecesList);
+    fenToSlot(1, start, squareVector, board, notation.piecesList);
 
     // Words go in as the book scanner hands them over, split at blanks.
     const QString text =
         QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     for (const QString& move : text.split(QLatin1Char(' '))) {
-        for (VetSquare& square : vet)
+        for (SquareSlots& square : squareVector)
             square[0] = square[1];
         QString word = move;
-        PlayMove(side, word, vet, board, notation);
+        playMove(side, word, squareVector, board, notation);
         if (!word.isEmpty() && word != QLatin1String("ok") && word != move) abort();
-        for (const VetSquare& square : vet)
+        for (const SquareSlots& square : squareVector)
             if (square[1] < 0 || square[1] > pieces) abort();
 
         // The writer gives the move from slot 0 (before) to slot 1, and back.
         QString m;
-        SetMove(0, m, vet, board, notation);
-        SetMove(1, m, vet, board, notation);
+        writeMove(0, m, squareVector, board, notation);
+        writeMove(1, m, squareVector, board, notation);
         side = 1 - side;
     }
     return 0;

@@ -3,9 +3,9 @@
 #include "scan_fuzz_support.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    marlith::fuzz::ScanAndWalk(data, size, ".epd",
+    marlith::fuzz::scanAndWalk(data, size, ".epd",
                                [](const QString& book, marlith::WorkFile& work) {
-                                   return marlith::ScanEPD(book, work, {});
+                                   return marlith::scanEpd(book, work, {});
                                });
     return 0;
 }

@@ -3,9 +3,9 @@
 #include "scan_fuzz_support.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    marlith::fuzz::ScanAndWalk(data, size, ".fen",
+    marlith::fuzz::scanAndWalk(data, size, ".fen",
                                [](const QString& book, marlith::WorkFile& work) {
-                                   return marlith::ScanFEN(book, work, {});
+                                   return marlith::scanFen(book, work, {});
                                });
     return 0;
 }

@@ -3,9 +3,9 @@
 #include "scan_fuzz_support.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    marlith::fuzz::ScanAndWalk(
+    marlith::fuzz::scanAndWalk(
         data, size, ".pbm", [](const QString& book, marlith::WorkFile& work) {
-            return marlith::ScanPBM(book, work, 8, 8, QStringLiteral("PNBRQKpnbrqk"), {});
+            return marlith::scanPbm(book, work, 8, 8, QStringLiteral("PNBRQKpnbrqk"), {});
         });
     return 0;
 }

@@ -4,12 +4,12 @@
 #include "scan_fuzz_support.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    marlith::fuzz::ScanAndWalk(
+    marlith::fuzz::scanAndWalk(
         data, size, ".pgn", [](const QString& book, marlith::WorkFile& work) {
             marlith::Style style;
-            marlith::ResetStyle(style);
+            marlith::resetStyle(style);
             marlith::StylePgnBoard board(style);
-            return marlith::ScanPGN(book, work, board, style.StartPos.toLatin1(), {});
+            return marlith::scanPgn(book, work, board, style.StartPos.toLatin1(), {});
         });
     return 0;
 }

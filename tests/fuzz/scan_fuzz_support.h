@@ -14,7 +14,7 @@
 namespace marlith::fuzz {
 
 template <typename Scan>
-void ScanAndWalk(const uint8_t* data, size_t size, const char* extension, Scan scan) {
+void scanAndWalk(const uint8_t* data, size_t size, const char* extension, Scan scan) {
     static QTemporaryDir folder;
     const QString book = folder.path() + QStringLiteral("/book") + QLatin1String(extension);
     {
@@ -29,13 +29,13 @@ void ScanAndWalk(const uint8_t* data, size_t size, const char* extension, Scan s
     open.recordCount = result.recordCount;
     open.gameIndex = result.gameIndex;
     for (int32_t game = 1; game <= open.gameCount && game <= 20'000; ++game) {
-        if (!GoToGame(open, game)) continue;
+        if (!goToGame(open, game)) continue;
         char kind = 0;
         int steps = 0;
-        while (NextRecord(open, kind) && ++steps < 100'000) {
-            (void)ShowRecord(open.currentRecord);
+        while (nextRecord(open, kind) && ++steps < 100'000) {
+            (void)positionOfRecord(open.currentRecord);
         }
-        while (PrevRecord(open) && --steps > -100'000) {
+        while (previousRecord(open) && --steps > -100'000) {
         }
     }
 }

@@ -12,27 +12,27 @@ namespace {
 const QString kPieces = QStringLiteral("pPnNbBrRqQkK");
 
 struct Painted {
-    int cell, casa;
+    int cell, oneBasedSquare;
 };
 
 // Builds the text into a fresh vector whose painted slots are all invalid.
 struct Run {
-    VetArray vet{};
+    SquareVector squareVector{};
     Board board;
     QString pieces = kPieces;
     std::vector<Painted> painted;
     PieceCount count{-1, -1};
     bool complete = false;
 
-    explicit Run(Board b = {8, 8}) : board(b) { ResetVet(vet, board); }
+    explicit Run(Board b = {8, 8}) : board(b) { invalidatePainted(squareVector, board); }
     Run& build(const QString& text) {
         painted.clear();
-        const auto paint = [this](int cell, int casa) { painted.push_back({cell, casa}); };
-        complete = Build(text, vet, board, pieces, paint, &count);
+        const auto paint = [this](int cell, int oneBasedSquare) { painted.push_back({cell, oneBasedSquare}); };
+        complete = buildBoard(text, squareVector, board, pieces, paint, &count);
         return *this;
     }
-    QString fen() const { return VetToFEN(vet, board, pieces); }
-    int at(int i) const { return vet[i][1]; }
+    QString fen() const { return squaresToFen(squareVector, board, pieces); }
+    int at(int i) const { return squareVector[i][1]; }
 };
 
 struct ReadCase {
@@ -60,7 +60,7 @@ class TstFen : public QObject {
         // Every row starts anew: with 9 columns, squares 8 and 9 share a colour.
         const int cases[][3] = {{1, 8, 1}, {8, 8, 1}, {63, 8, 0}, {8, 9, 0}, {9, 9, 1}, {5, 0, 0}};
         for (const auto& [square, columns, colour] : cases)
-            QCOMPARE(SqrColor(square, columns), int16_t(colour));
+            QCOMPARE(squareColor(square, columns), int16_t(colour));
     }
 
     void readingTheDialect_data() {
@@ -118,10 +118,10 @@ class TstFen : public QObject {
         QFETCH(int, columns);
         QFETCH(QList<int>, pieces);
         QFETCH(QString, fen);
-        VetArray vet{};
+        SquareVector squareVector{};
         for (int n = 0; n + 1 < pieces.size(); n += 2)
-            vet[pieces[n]][1] = static_cast<int16_t>(pieces[n + 1]);
-        QCOMPARE(VetToFEN(vet, Board{rows, columns}, kPieces), fen);
+            squareVector[pieces[n]][1] = static_cast<int16_t>(pieces[n + 1]);
+        QCOMPARE(squaresToFen(squareVector, Board{rows, columns}, kPieces), fen);
     }
 
     // Whatever the shape, the written text reads back into the same squares.
@@ -132,11 +132,11 @@ class TstFen : public QObject {
             for (int trial = 0; trial < 20; ++trial) {
                 Run source(Board{rows, columns}), target(Board{rows, columns});
                 for (int i = 0; i < rows * columns; ++i)
-                    source.vet[i][1] = int16_t(random.bounded(3) == 0 ? random.bounded(1, 13) : 0);
+                    source.squareVector[i][1] = int16_t(random.bounded(3) == 0 ? random.bounded(1, 13) : 0);
                 QVERIFY(target.build(source.fen()).complete);
                 QCOMPARE(target.fen(), source.fen());
                 for (int i = 0; i < rows * columns; ++i)
-                    QCOMPARE(target.at(i), int(source.vet[i][1]));
+                    QCOMPARE(target.at(i), int(source.squareVector[i][1]));
             }
         }
     }
@@ -144,20 +144,20 @@ class TstFen : public QObject {
     void buildPaintsOnlyWhatDiffers() {
         Run run;
         run.build(QString());
-        QCOMPARE(run.painted.size(), size_t(64)); // after ResetVet every square
+        QCOMPARE(run.painted.size(), size_t(64)); // after invalidatePainted every square
         QCOMPARE(run.painted[1].cell, 13);        // bare square of colour 1
-        QCOMPARE(run.painted[1].casa, 2);
+        QCOMPARE(run.painted[1].oneBasedSquare, 2);
         QVERIFY(run.build(QString()).painted.empty());
         run.build(QStringLiteral("1P"));
         QCOMPARE(run.painted.size(), size_t(1));
         QCOMPARE(run.painted[0].cell, 2 + 13); // white pawn on a dark square
-        QCOMPARE(run.painted[0].casa, 2);
+        QCOMPARE(run.painted[0].oneBasedSquare, 2);
         QCOMPARE(run.build(QStringLiteral("P")).painted.size(), size_t(2));
 
-        // ResetVet invalidates the painted slots up to one past the board.
-        ResetVet(run.vet, run.board);
-        QCOMPARE(run.vet[64][0], int16_t(-1));
-        QCOMPARE(run.vet[65][0], int16_t(0));
+        // invalidatePainted invalidates the painted slots up to one past the board.
+        invalidatePainted(run.squareVector, run.board);
+        QCOMPARE(run.squareVector[64][0], int16_t(-1));
+        QCOMPARE(run.squareVector[65][0], int16_t(0));
         QCOMPARE(run.build(QStringLiteral("P")).painted.size(), size_t(64));
     }
 
@@ -165,7 +165,7 @@ class TstFen : public QObject {
         Run run(Board{2, 2});
         run.build(QStringLiteral("4KK"));
         for (const Painted& p : run.painted)
-            QVERIFY(p.casa <= 4);
+            QVERIFY(p.oneBasedSquare <= 4);
         QCOMPARE(run.at(4), 12);
         QCOMPARE(run.fen(), QStringLiteral("2/2"));
     }
@@ -188,7 +188,7 @@ class TstFen : public QObject {
         QFETCH(QString, text);
         QFETCH(int, columns);
         QFETCH(QString, filled);
-        QCOMPARE(FillRows(text, columns, kPieces), filled);
+        QCOMPARE(marlith::fillRows(text, columns, kPieces), filled);
     }
 
     void slashKeyCompletesAtTheCaret() {
@@ -199,16 +199,16 @@ class TstFen : public QObject {
         } cases[] = {
             {"pp", "pp6/", 2, 4}, {"", "8/", 0, 2}, {"Kpp", "K7/pp", 1, 3}, {"p", "p7/", 99, 3}};
         for (const auto& c : cases) {
-            const RowCompletion r = CompleteRow(QString::fromLatin1(c.text), c.caret, 8, kPieces);
+            const RowCompletion r = completeRow(QString::fromLatin1(c.text), c.caret, 8, kPieces);
             QCOMPARE(r.text, QString::fromLatin1(c.completed));
             QCOMPARE(r.caret, c.after);
         }
     }
 
     void endKeyCutsBehindTheLastPiece() {
-        QCOMPARE(CutAfterLastPiece(QStringLiteral("pp6/8/8"), kPieces), QStringLiteral("pp"));
-        QCOMPARE(CutAfterLastPiece(QStringLiteral("8/8"), kPieces), QString());
-        QCOMPARE(CutAfterLastPiece(QStringLiteral("K7/x"), kPieces), QStringLiteral("K"));
+        QCOMPARE(cutAfterLastPiece(QStringLiteral("pp6/8/8"), kPieces), QStringLiteral("pp"));
+        QCOMPARE(cutAfterLastPiece(QStringLiteral("8/8"), kPieces), QString());
+        QCOMPARE(cutAfterLastPiece(QStringLiteral("K7/x"), kPieces), QStringLiteral("K"));
     }
 };
 

@@ -27,29 +27,29 @@ const char* const kWide = "r4k3r/82/82/82/82/82/82/R4K3R";
 
 // One board in the wanted slot, as the book scanner keeps it while it plays.
 struct Table {
-    VetArray vet{};
+    SquareVector squareVector{};
     Board board;
     Notation notation;
 
     explicit Table(QString fen, Board b = {8, 8}, int letters = 0)
         : board(b), notation(kNotations[letters]) {
-        Build2(1, fen, vet, board, notation.piecesList);
+        fenToSlot(1, fen, squareVector, board, notation.piecesList);
     }
     QString play(int side, const QString& move) {
         QString word = move;
-        PlayMove(side, word, vet, board, notation);
+        playMove(side, word, squareVector, board, notation);
         return word;
     }
-    QString fen() const { return VetToFEN(vet, board, notation.piecesList); }
+    QString fen() const { return squaresToFen(squareVector, board, notation.piecesList); }
 };
 
 // The move between two positions, loaded the way the History window does.
-QString MoveBetween(QString before, QString after, Board board, const Notation& notation) {
-    VetArray vet{};
-    Build2(0, before, vet, board, notation.piecesList);
-    Build2(1, after, vet, board, notation.piecesList);
+QString moveBetween(QString before, QString after, Board board, const Notation& notation) {
+    SquareVector squareVector{};
+    fenToSlot(0, before, squareVector, board, notation.piecesList);
+    fenToSlot(1, after, squareVector, board, notation.piecesList);
     QString m = QStringLiteral("junk");
-    SetMove(0, m, vet, board, notation);
+    writeMove(0, m, squareVector, board, notation);
     return m;
 }
 
@@ -174,10 +174,10 @@ class TstMoves : public QObject {
         // One column of 400 rows: White's long castling runs past square 400
         // after its first square is written, and stops there.
         Table table(QStringLiteral("K"), Board{400, 1});
-        table.vet[399][1] = 12;
+        table.squareVector[399][1] = 12;
         QCOMPARE(table.play(0, QStringLiteral("O-O-O")), QString());
-        QCOMPARE(int(table.vet[399][1]), 0);
-        QCOMPARE(int(table.vet[0][1]), 12);
+        QCOMPARE(int(table.squareVector[399][1]), 0);
+        QCOMPARE(int(table.squareVector[0][1]), 12);
     }
 
     void writing_data() {
@@ -188,42 +188,42 @@ class TstMoves : public QObject {
     void writing() {
         QFETCH(int, index);
         const WriteCase& c = kWrites[index];
-        QCOMPARE(MoveBetween(c.before, c.after, Board{8, c.columns}, kNotations[c.letters]),
+        QCOMPARE(moveBetween(c.before, c.after, Board{8, c.columns}, kNotations[c.letters]),
                  QString::fromLatin1(c.move));
     }
 
     void squareNames() {
         // The rank counts from the width, whatever the board's height.
-        QCOMPARE(SquareName(0, 10), QStringLiteral("a10"));
-        QCOMPARE(SquareName(79, 10), QStringLiteral("j3"));
-        QCOMPARE(SquareName(5, 0), QString());
+        QCOMPARE(squareName(0, 10), QStringLiteral("a10"));
+        QCOMPARE(squareName(79, 10), QStringLiteral("j3"));
+        QCOMPARE(squareName(5, 0), QString());
     }
 
     void build2() {
-        VetArray vet{};
+        SquareVector squareVector{};
         QString text = QStringLiteral("(2x1)K7/1k6/8/8/8/8/8/8 b - - 0 1");
-        Build2(1, text, vet, Board{8, 8}, kPieces);
+        fenToSlot(1, text, squareVector, Board{8, 8}, kPieces);
         // The counter is cut from the text itself, as the caller reads it
         // again; the side to move lands behind the board.
         QCOMPARE(text, QStringLiteral("K7/1k6/8/8/8/8/8/8 b - - 0 1"));
-        QCOMPARE(VetToFEN(vet, Board{8, 8}, kPieces), QStringLiteral("K7/1k6/8/8/8/8/8/8"));
-        QCOMPARE(int(vet[64][1]), 5);
+        QCOMPARE(squaresToFen(squareVector, Board{8, 8}, kPieces), QStringLiteral("K7/1k6/8/8/8/8/8/8"));
+        QCOMPARE(int(squareVector[64][1]), 5);
 
         // A short text empties the rest of the board; a text of more than
         // 401 squares ends at the end of the vector.
-        vet[30][0] = 3;
+        squareVector[30][0] = 3;
         QString shortText = QStringLiteral("p");
-        Build2(0, shortText, vet, Board{8, 8}, kPieces);
-        QCOMPARE(int(vet[30][0]), 0);
-        vet[400][0] = 5;
+        fenToSlot(0, shortText, squareVector, Board{8, 8}, kPieces);
+        QCOMPARE(int(squareVector[30][0]), 0);
+        squareVector[400][0] = 5;
         QString longText = QString(50, QLatin1Char('9')) + QStringLiteral("K");
-        Build2(0, longText, vet, Board{20, 20}, kPieces);
-        QCOMPARE(int(vet[400][0]), 0);
+        fenToSlot(0, longText, squareVector, Board{20, 20}, kPieces);
+        QCOMPARE(int(squareVector[400][0]), 0);
 
         QString ignored = QStringLiteral("K");
-        Build2(2, ignored, vet, Board{8, 8}, kPieces); // no such slot: nothing written
-        QCOMPARE(int(vet[0][0]), 0);
-        QCOMPARE(int(vet[0][1]), 12);
+        fenToSlot(2, ignored, squareVector, Board{8, 8}, kPieces); // no such slot: nothing written
+        QCOMPARE(int(squareVector[0][0]), 0);
+        QCOMPARE(int(squareVector[0][1]), 12);
     }
 
     void roundTrip_data() {
@@ -244,17 +244,17 @@ class TstMoves : public QObject {
         QFETCH(QString, moves);
         QFETCH(QString, final);
         Table game(kStart);
-        VetArray history{};
+        SquareVector history{};
         QString first = game.fen();
-        Build2(0, first, history, game.board, kPieces);
+        fenToSlot(0, first, history, game.board, kPieces);
         int ply = 0;
         for (const QString& san : moves.split(QLatin1Char(' '))) {
             QVERIFY2(!game.play(ply % 2, san).isEmpty(), qPrintable(san));
             ++ply;
             QString position = game.fen();
-            Build2(ply % 2, position, history, game.board, kPieces);
+            fenToSlot(ply % 2, position, history, game.board, kPieces);
             QString written;
-            SetMove((ply + 1) % 2, written, history, game.board, game.notation);
+            writeMove((ply + 1) % 2, written, history, game.board, game.notation);
             QCOMPARE(written, QString(san).remove(QRegularExpression(QStringLiteral("[+#!?]"))));
         }
         QCOMPARE(game.fen(), final);

@@ -60,10 +60,10 @@ class TstPieceListing : public QObject {
         const QString pieces = QString::fromLatin1(c.pieces ? c.pieces : "pPnNbBrRqQkK");
         const QString english = QString::fromLatin1(c.english ? c.english : "pPnNbBrRqQkK");
         const Board board{8, 8};
-        VetArray vet{};
-        Build(QString::fromLatin1(c.fen), vet, board, pieces, nullptr, nullptr);
+        SquareVector squareVector{};
+        buildBoard(QString::fromLatin1(c.fen), squareVector, board, pieces, nullptr, nullptr);
         const PieceLists lists =
-            FEN2ALG(vet, board, pieces, english, QString::fromLatin1(c.dictionary), c.mode);
+            listPieces(squareVector, board, pieces, english, QString::fromLatin1(c.dictionary), c.mode);
         QCOMPARE(lists.white, QString::fromLatin1(c.white));
         QCOMPARE(lists.black, QString::fromLatin1(c.black));
         QCOMPARE(lists.neutral, QString::fromLatin1(c.neutral));

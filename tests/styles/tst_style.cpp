@@ -13,7 +13,7 @@ class TstStyle : public QObject {
         style.StyleName = QStringLiteral("Mine");
         style.BorderWidth = 12;
         style.PiecesList = QStringLiteral("xX");
-        ResetStyle(style);
+        resetStyle(style);
         QCOMPARE(style.StyleName, QStringLiteral("Mine"));
         QCOMPARE(style.BorderWidth, int16_t(8));
         // Filled in by the reset, not by the record's own defaults.
@@ -27,17 +27,17 @@ class TstStyle : public QObject {
         const std::pair<double, int> cases[] = {
             {225, 15}, {224, 15}, {223, 14}, {32760, 2184}, {-7, -1}};
         for (const auto& [twips, pixels] : cases) {
-            QCOMPARE(TwipToPix(twips), double(pixels));
-            QCOMPARE(TwipToPixInt(twips), pixels);
+            QCOMPARE(twipsToPixels(twips), double(pixels));
+            QCOMPARE(twipsToWholePixels(twips), pixels);
         }
     }
 
     void boardSquaresRefusesWhatTheVectorCannotHold() {
-        QCOMPARE(BoardSquares(20, 20), 400);
-        QCOMPARE(BoardSquares(21, 20), 64);
-        QCOMPARE(BoardSquares(-8, -8), 64);
-        QCOMPARE(BoardSquares(0, 8), 0);
-        QCOMPARE(BoardSquares(32767, 32767), 64);
+        QCOMPARE(boardSquares(20, 20), 400);
+        QCOMPARE(boardSquares(21, 20), 64);
+        QCOMPARE(boardSquares(-8, -8), 64);
+        QCOMPARE(boardSquares(0, 8), 0);
+        QCOMPARE(boardSquares(32767, 32767), 64);
     }
 };
 

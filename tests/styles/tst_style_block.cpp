@@ -11,7 +11,7 @@ using namespace marlith;
 namespace {
 
 // Every field by name, so that a failed comparison says which one differs.
-QStringList Differences(const Style& a, const Style& b) {
+QStringList differences(const Style& a, const Style& b) {
     QStringList out;
     const auto check = [&out](const char* name, bool same) {
         if (!same) out << QLatin1String(name);
@@ -32,27 +32,27 @@ QStringList Differences(const Style& a, const Style& b) {
     return out;
 }
 
-Style Defaults() {
+Style defaults() {
     Style style;
-    ResetStyle(style);
+    resetStyle(style);
     return style;
 }
 
 // Stores the items of a text into a record the way a reader inside the
 // wanted block does; false when a value didn't fit.
-bool StoreText(Style& style, const QString& text, const QString& folder = {},
+bool storeText(Style& style, const QString& text, const QString& folder = {},
                KeylessItems keyless = KeylessItems::Skip) {
-    for (const QString& raw : SplitItems(text)) {
-        const std::optional<StyleItem> item = ParseItem(raw, keyless);
+    for (const QString& raw : splitItems(text)) {
+        const std::optional<StyleItem> item = parseItem(raw, keyless);
         if (!item || item->key == u"BEGINSTYLE") continue;
-        if (StoreStyleKey(style, *item, folder) == StoreResult::Fault) return false;
+        if (storeStyleKey(style, *item, folder) == StoreResult::Fault) return false;
     }
     return true;
 }
 
 // The 8 x 8 board of 15-pixel squares after its first draw.
-Style DrawnSample() {
-    Style style = Defaults();
+Style drawnSample() {
+    Style style = defaults();
     style.StyleName = QStringLiteral("Sample");
     style.PiecesFile = QStringLiteral("pieces.bmp");
     style.SqrHTab = 225;
@@ -62,7 +62,7 @@ Style DrawnSample() {
     return style;
 }
 
-QStringList Lines(const QString& block) {
+QStringList linesOf(const QString& block) {
     QStringList lines = block.split(QStringLiteral("\r\n"));
     if (!lines.isEmpty() && lines.last().isEmpty()) lines.removeLast();
     return lines;
@@ -94,7 +94,7 @@ class TstStyleBlock : public QObject {
     void items() {
         QFETCH(QString, text);
         QFETCH(QStringList, items);
-        QCOMPARE(SplitItems(text), items);
+        QCOMPARE(splitItems(text), items);
     }
 
     void itemRules() {
@@ -110,8 +110,8 @@ class TstStyleBlock : public QObject {
             {"EndStyle", "-", "ENDSTYLE", ""},
             {"x ;=1", "-", "X", ""}};
         for (const auto& [item, settingsKey, importKey, value] : cases) {
-            const auto settings = ParseItem(QString::fromUtf8(item), KeylessItems::Skip);
-            const auto imported = ParseItem(QString::fromUtf8(item), KeylessItems::AsKey);
+            const auto settings = parseItem(QString::fromUtf8(item), KeylessItems::Skip);
+            const auto imported = parseItem(QString::fromUtf8(item), KeylessItems::AsKey);
             QCOMPARE(settings ? settings->key : QStringLiteral("-"),
                      QString::fromUtf8(settingsKey));
             QCOMPARE(imported ? imported->key : QStringLiteral("-"), QString::fromUtf8(importKey));
@@ -135,7 +135,7 @@ class TstStyleBlock : public QObject {
             {"&H10000", 65536}, {"&HFFFFFFFF", -1},
             {"&H0000FFFF", -1}, {"&H123456789", std::nullopt}};
         for (const auto& [text, number] : cases)
-            QVERIFY2(ItemNumber(QString::fromUtf8(text)) == number, text);
+            QVERIFY2(itemNumber(QString::fromUtf8(text)) == number, text);
     }
 
     void colours() {
@@ -147,7 +147,7 @@ class TstStyleBlock : public QObject {
             {"&HFFFF0000", 0},
             {"4294967295", std::nullopt}};
         for (const auto& [text, colour] : cases)
-            QVERIFY2(ItemColor(QString::fromUtf8(text)) == colour, text);
+            QVERIFY2(itemColor(QString::fromUtf8(text)) == colour, text);
     }
 
     void paths() {
@@ -158,8 +158,8 @@ class TstStyleBlock : public QObject {
                                                     {"sheet.gif", "", "sheet.gif"},
                                                     {"", "/prog/", ""}};
         for (const auto& [value, folder, stored] : cases) {
-            Style style = Defaults();
-            QVERIFY(StoreText(style, QStringLiteral("PiecesFile = %1, BorderFile = %1").arg(value),
+            Style style = defaults();
+            QVERIFY(storeText(style, QStringLiteral("PiecesFile = %1, BorderFile = %1").arg(value),
                               QString::fromUtf8(folder)));
             QCOMPARE(style.PiecesFile, QString::fromUtf8(stored));
             QCOMPARE(style.BorderFile, QString::fromUtf8(stored));
@@ -182,18 +182,18 @@ class TstStyleBlock : public QObject {
             {"PIECESLIST", "1e999", kFits},      {"SQRBORDER", "99999", kIgnored},
             {"SHOWGRID", "1", kIgnored}};
         for (const auto& [key, value, result] : cases) {
-            Style style = Defaults();
+            Style style = defaults();
             const Style before = style;
-            QVERIFY2(StoreStyleKey(style, {key, value}, QString()) == result,
+            QVERIFY2(storeStyleKey(style, {key, value}, QString()) == result,
                      qPrintable(
                          QStringLiteral("%1 = %2").arg(QLatin1String(key), QLatin1String(value))));
-            if (result != kFits) QCOMPARE(Differences(style, before), QStringList());
+            if (result != kFits) QCOMPARE(differences(style, before), QStringList());
         }
     }
 
     void writeSample() {
-        Style style = DrawnSample();
-        QCOMPARE(WriteStyleBlock(style), QStringLiteral("BeginStyle = Sample\r\n"
+        Style style = drawnSample();
+        QCOMPARE(writeStyleBlock(style), QStringLiteral("BeginStyle = Sample\r\n"
                                                         "  PiecesFile = pieces.bmp\r\n"
                                                         "  SqrWidth = 15 \r\n"
                                                         "  SqrHeight = 15 \r\n"
@@ -242,9 +242,9 @@ class TstStyleBlock : public QObject {
         QFETCH(QString, setup);
         QFETCH(QStringList, present);
         QFETCH(QStringList, absent);
-        Style style = DrawnSample();
-        QVERIFY(StoreText(style, setup));
-        const QStringList lines = Lines(WriteStyleBlock(style));
+        Style style = drawnSample();
+        QVERIFY(storeText(style, setup));
+        const QStringList lines = linesOf(writeStyleBlock(style));
         for (const QString& line : present)
             QVERIFY2(lines.contains(line), qPrintable(line));
         for (const QString& start : absent)
@@ -260,10 +260,10 @@ class TstStyleBlock : public QObject {
             {32767, 32767, true}, {-32768, -32768, true}, {7, -1, false},
             {-1, 7, false},       {1, -32768, false},     {0, 0, false}};
         for (const auto& [rows, columns, fallsBack] : cases) {
-            Style style = DrawnSample();
+            Style style = drawnSample();
             style.BorderHeight = static_cast<int16_t>(rows);
             style.BorderWidth = static_cast<int16_t>(columns);
-            const QStringList lines = Lines(WriteStyleBlock(style));
+            const QStringList lines = linesOf(writeStyleBlock(style));
             QVERIFY(lines.contains(
                 QStringLiteral("  BorderWidth =%1%2 ").arg(columns < 0 ? "" : " ").arg(columns)));
             QVERIFY(lines.contains(
@@ -278,10 +278,10 @@ class TstStyleBlock : public QObject {
     void boardsWithoutColumnsOrWithNegativeCounts() {
         // No column: the size is worked out as the draw does it, one step
         // back across and seven down.
-        Style style = DrawnSample();
+        Style style = drawnSample();
         style.BorderWidth = 0;
         style.WndWidth = 60;
-        QVERIFY(!WriteStyleBlock(style).contains(QStringLiteral("Wnd")));
+        QVERIFY(!writeStyleBlock(style).contains(QStringLiteral("Wnd")));
     }
 
     // Every key in, every line out in its place and read back the same.
@@ -299,11 +299,11 @@ class TstStyleBlock : public QObject {
             "    FontColor = &H80\r\n    FontSize = 14 \r\n    FontStyle = BOLD CAPS\r\n"
             "    FontPos = DOWN RIGHT\r\n    FontXBase = 7 \r\n    FontYBase = 2184 \r\n"
             "EndStyle\r\n");
-        Style read = Defaults();
+        Style read = defaults();
         read.StyleName = QStringLiteral("Full");
-        QVERIFY(StoreText(read, block, QString(), KeylessItems::AsKey));
+        QVERIFY(storeText(read, block, QString(), KeylessItems::AsKey));
         QCOMPARE(read.SqrWidth, int16_t(300)); // pixels become twips
-        QCOMPARE(Lines(WriteStyleBlock(read)), Lines(block));
+        QCOMPARE(linesOf(writeStyleBlock(read)), linesOf(block));
     }
 };
 

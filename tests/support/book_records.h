@@ -9,10 +9,10 @@
 
 namespace marlith::testing {
 
-inline QStringList RecordLines(WorkFile& work, int32_t count) {
+inline QStringList recordLines(WorkFile& work, int32_t count) {
     QStringList out;
     for (int32_t n = 1; n <= count; ++n) {
-        const Record r = ParseRecord(work.read(n).value_or(QByteArray()));
+        const Record r = parseRecord(work.read(n).value_or(QByteArray()));
         out << QStringLiteral("%1%2|%3")
                    .arg(QLatin1Char(r.kind))
                    .arg(r.gameNumber())
@@ -21,7 +21,7 @@ inline QStringList RecordLines(WorkFile& work, int32_t count) {
     return out;
 }
 
-inline QString WriteBook(const QString& path, const QByteArray& bytes) {
+inline QString writeBook(const QString& path, const QByteArray& bytes) {
     QFile file(path);
     if (file.open(QIODevice::WriteOnly)) file.write(bytes);
     return path;
@@ -29,7 +29,7 @@ inline QString WriteBook(const QString& path, const QByteArray& bytes) {
 
 // "2 games, 6 records, index (1 3)", and ", cut short" when a fault ended the
 // scan; the full index must equal the game index.
-inline QString ScanSummary(const BookScan& scan) {
+inline QString scanSummary(const BookScan& scan) {
     QStringList index;
     for (qsizetype at = 0; at < scan.gameIndex.size(); at += 6)
         index << QString::fromLatin1(scan.gameIndex.mid(at, 6).trimmed());

@@ -1,10 +1,10 @@
 // A fresh program folder, state and main window for each case of a GUI test.
 #pragma once
 
-#include "chooser/file_chooser.h"
-#include "core/main_window.h"
-#include "core/tool_image.h"
-#include "drawing/diagram_view.h"
+#include "gui/file_chooser.h"
+#include "gui/main_window.h"
+#include "gui/tool_button.h"
+#include "gui/diagram_view.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -21,11 +21,11 @@ struct Fixture {
     QTemporaryDir dir;
     QString home; // the program folder: dir unless another is given
     AppState state;
-    std::unique_ptr<Form1> form;
+    std::unique_ptr<MainWindow> window;
     QList<QStringList> instances; // arguments of further instances started
     QStringList warnings;
-    QLineEdit* text1 = nullptr;
-    QLabel* label3 = nullptr;
+    QLineEdit* positionEdit = nullptr;
+    QLabel* pieceCounterLabel = nullptr;
 
     explicit Fixture(const QStringList& arguments = {}, const QByteArray& settings = {},
                      const QString& folder = {})
@@ -34,28 +34,28 @@ struct Fixture {
         QFile ini(home + QStringLiteral("/Marlith.ini"));
         if (!settings.isEmpty() && ini.open(QIODevice::WriteOnly)) ini.write(settings);
         ini.close();
-        form = std::make_unique<Form1>(state);
-        form->startInstance = [this](const QStringList& rest) { instances.append(rest); };
-        form->warn = [this](const QString& text) { warnings.append(text); };
+        window = std::make_unique<MainWindow>(state);
+        window->startInstance = [this](const QStringList& rest) { instances.append(rest); };
+        window->warn = [this](const QString& text) { warnings.append(text); };
         // A command that opens the file chooser finds it closed at once.
-        form->runChooser = [](WinSeek& chooser) {
+        window->runChooser = [](FileChooser& chooser) {
             chooser.show();
-            chooser.CancelCmd_Click();
+            chooser.cancel();
         };
-        form->Form_Load(arguments);
-        form->show();
-        form->activateWindow();
-        text1 = form->findChild<QLineEdit*>(QStringLiteral("Text1"));
-        label3 = form->findChild<QLabel*>(QStringLiteral("Label3"));
+        window->start(arguments);
+        window->show();
+        window->activateWindow();
+        positionEdit = window->findChild<QLineEdit*>(QStringLiteral("positionEdit"));
+        pieceCounterLabel = window->findChild<QLabel*>(QStringLiteral("pieceCounterLabel"));
     }
     QString folder() const { return home + QLatin1Char('/'); }
-    void type(const QString& keys) { QTest::keyClicks(text1, keys); }
-    QAction* action(const char* name) const { return form->action(QLatin1String(name)); }
-    DiagramView* picMain() const { return form->picMain(); }
-    ToolImage* tool(const char* name) const {
-        return form->findChild<ToolImage*>(QLatin1String(name));
+    void type(const QString& keys) { QTest::keyClicks(positionEdit, keys); }
+    QAction* action(const char* name) const { return window->action(QLatin1String(name)); }
+    DiagramView* diagramView() const { return window->diagramView(); }
+    ToolButton* tool(const char* name) const {
+        return window->findChild<ToolButton*>(QLatin1String(name));
     }
-    QComboBox* combo1() const { return form->findChild<QComboBox*>(QStringLiteral("Combo1")); }
+    QComboBox* combo1() const { return window->findChild<QComboBox*>(QStringLiteral("styleBox")); }
 };
 
 } // namespace marlith::testing

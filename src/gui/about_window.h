@@ -1,0 +1,17 @@
+// AboutWindow: the About window, a fixed modal window with the version.
+#pragma once
+
+#include <QDialog>
+
+namespace marlith {
+
+// "Marlith v" with the major version, ".", the minor version and the revision.
+QString versionCaption(int major, int minor, int revision);
+
+class AboutWindow : public QDialog {
+    Q_OBJECT
+  public:
+    explicit AboutWindow(QWidget* parent = nullptr);
+};
+
+} // namespace marlith

@@ -1,0 +1,181 @@
+#include "gui/book_panel.h"
+
+#include "books/book_walk.h"
+#include "gui/main_window.h"
+#include "gui/tool_faces.h"
+#include "gui/tool_button.h"
+#include "gui/widget_geometry.h"
+
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QScrollBar>
+
+namespace marlith {
+
+BookPanel::BookPanel(AppState& state, MainWindow& host, QWidget* parent)
+    : QGroupBox(parent), state_(state), host_(host) {
+    setObjectName(QStringLiteral("bookPanel"));
+    gameLabel_ = new QLabel(this);
+    gameLabel_->setObjectName(QStringLiteral("gameLabel"));
+    gameLabel_->setGeometry(twipsRect(120, 240, 2775, 255));
+    gameScrollBar_ = new QScrollBar(Qt::Horizontal, this);
+    gameScrollBar_->setObjectName(QStringLiteral("gameScrollBar"));
+    gameScrollBar_->setGeometry(twipsRect(120, 480, 2775, 255));
+    gameScrollBar_->setFocusPolicy(Qt::StrongFocus);
+    // Left steps back a game, as on any scroll bar of the desktop.
+    gameScrollBar_->setInvertedControls(false);
+    gameScrollBar_->setRange(1, 1);
+    headerList_ = new QListWidget(this);
+    headerList_->setObjectName(QStringLiteral("headerList"));
+    headerList_->setGeometry(twipsRect(0, 840, 3015, 1320));
+    sideLabel_ = new QLabel(this);
+    sideLabel_->setObjectName(QStringLiteral("sideLabel"));
+    sideLabel_->setGeometry(twipsRect(120, 2280, 1755, 300));
+    stepStripPlaceholder_ = new QWidget(this);
+    stepStripPlaceholder_->setObjectName(QStringLiteral("stepStripPlaceholder"));
+    stepStripPlaceholder_->setGeometry(twipsRect(1875, 2280, 1015, 300));
+    stepStrip_ = new QWidget(this);
+    stepStrip_->setObjectName(QStringLiteral("stepStrip"));
+    stepStrip_->setGeometry(twipsRect(1875, 2280, 1015, 300));
+    stepStrip_->setFocusPolicy(Qt::StrongFocus);
+    stepStrip_->hide();
+    const auto faces = stepButtonFaces();
+    for (int i = 0; i < 4; ++i) {
+        stepButtons_[i] = new ToolButton(faces[i], faces[i + 4], stepStrip_);
+        stepButtons_[i]->setObjectName(QStringLiteral("Image2(%1)").arg(i));
+        stepButtons_[i]->move(i * 240 / kTwipsPerPixel, 0);
+        connect(stepButtons_[i], &ToolButton::clicked, this, [this, i] { stepThroughGame(i); });
+    }
+    connect(gameScrollBar_, &QScrollBar::valueChanged, this, [this] { showGame(); });
+    for (QWidget* watched :
+         {static_cast<QWidget*>(gameScrollBar_), static_cast<QWidget*>(headerList_), stepStrip_})
+        watched->installEventFilter(this);
+}
+
+void BookPanel::showCount(int games) {
+    gameLabel_->setText(QStringLiteral("%1 games").arg(games));
+    gameLabel_->repaint();
+}
+
+void BookPanel::setNarrowed(bool narrowed) {
+    QPalette palette = gameLabel_->palette();
+    palette.setColor(QPalette::WindowText, narrowed ? QColor(255, 0, 0) : QColor(0, 0, 0));
+    gameLabel_->setPalette(palette);
+}
+
+void BookPanel::resetGameScrollBar() {
+    const int games = state_.book.gameCount;
+    const QSignalBlocker quiet(gameScrollBar_);
+    gameScrollBar_->setRange(std::min(1, games), games);
+    gameScrollBar_->setPageStep(games / 10 + 1);
+    gameScrollBar_->setSingleStep(1);
+    gameScrollBar_->setValue(1);
+    showGame();
+}
+
+void BookPanel::showGame() {
+    stepThroughGame(0);
+    setGameCaption();
+    host_.moveCaretToEnd();
+}
+
+void BookPanel::setGameCaption() {
+    gameLabel_->setText(QStringLiteral("Game %1. (%2 of %3)")
+                         .arg(QString::fromLatin1(state_.book.currentRecord.mid(2, 6).trimmed()))
+                         .arg(std::max(1, gameScrollBar_->value()))
+                         .arg(state_.book.gameCount));
+}
+
+void BookPanel::stepThroughGame(int index) {
+    OpenBook& book = state_.book;
+    bool moved = false;
+    char kind = 0;
+    switch (index) {
+    case 0: {
+        headerList_->clear();
+        moved = goToGame(book, std::max(1, gameScrollBar_->value()));
+        while (moved && book.currentRecord.at(1) != kPositionKind) {
+            const QString t = recordText(stripComment(book.currentRecord));
+            if (const auto style = styleTag(t)) {
+                // The book's style tag changes the style, as the name typed
+                // into the list would.
+                if (!style->isEmpty() && style->toUpper() != state_.style.StyleName.toUpper())
+                    host_.chooseStyleByName(*style);
+            } else {
+                headerList_->addItems(wrapHeader(t));
+            }
+            moved = nextRecord(book, kind);
+        }
+        stepStrip_->setVisible(kind == kPositionKind);
+        moved = true; // even a game that can't be read shows its (blank) record
+        break;
+    }
+    case 1:
+        moved = previousRecord(book);
+        break;
+    case 2:
+        moved = nextRecord(book, kind);
+        break;
+    case 3:
+        while (nextRecord(book, kind)) {
+        }
+        moved = true;
+        break;
+    default:
+        break;
+    }
+    if (moved) showRecord();
+    host_.moveCaretToEnd();
+}
+
+void BookPanel::showRecord() {
+    const ShownPosition shown = marlith::showRecord(state_.book.currentRecord);
+    sideLabel_->setText(sideCaption(shown.side));
+    host_.showPosition(QString::fromLatin1(shown.board));
+}
+
+bool BookPanel::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::KeyPress: {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+            host_.refreshPosition();
+            return true;
+        }
+        if (watched == stepStrip_) {
+            const bool ctrl = key->modifiers() & Qt::ControlModifier;
+            if (key->key() == Qt::Key_Left) {
+                stepThroughGame(ctrl ? 0 : 1);
+                return true;
+            }
+            if (key->key() == Qt::Key_Right) {
+                stepThroughGame(ctrl ? 3 : 2);
+                return true;
+            }
+        }
+        break;
+    }
+    case QEvent::FocusIn:
+        if (watched == gameScrollBar_)
+            setFocusBorder(gameLabel_, true);
+        else if (watched == stepStrip_)
+            setFocusBorder(sideLabel_, true);
+        else if (watched == headerList_ && headerList_->count() > 0)
+            headerList_->setCurrentRow(0);
+        break;
+    case QEvent::FocusOut:
+        if (watched == gameScrollBar_)
+            setFocusBorder(gameLabel_, false);
+        else if (watched == stepStrip_)
+            setFocusBorder(sideLabel_, false);
+        else if (watched == headerList_)
+            headerList_->clearSelection();
+        break;
+    default:
+        break;
+    }
+    return QGroupBox::eventFilter(watched, event);
+}
+
+} // namespace marlith

@@ -1,0 +1,56 @@
+#include "gui/diagram_view.h"
+
+#include "drawing/diagram.h"
+#include "editing/board_edit.h"
+
+#include <QMouseEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+namespace marlith {
+
+DiagramView::DiagramView(const Diagram& diagram, QWidget* parent)
+    : QWidget(parent), diagram_(diagram) {
+    setObjectName(QStringLiteral("diagramView"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
+}
+
+void DiagramView::refresh(const QRect& changed) {
+    const QSize size = diagram_.image().size();
+    if (this->size() != size) {
+        setFixedSize(size);
+        update();
+    } else if (!changed.isEmpty()) {
+        update(changed);
+    }
+}
+
+void DiagramView::paintEvent(QPaintEvent* event) {
+    QPainter painter(this);
+    const QRect area = event->rect();
+    painter.drawImage(area.topLeft(), diagram_.image(), area);
+}
+
+void DiagramView::mousePressEvent(QMouseEvent* event) {
+    Q_EMIT mouseDown(buttonNumber(event->button()), keyMask(event->modifiers()),
+                     event->position().x() * kTwipsPerPixel,
+                     event->position().y() * kTwipsPerPixel);
+}
+
+void DiagramView::mouseDoubleClickEvent(QMouseEvent* event) {
+    // The second press of a double click is a press like any other.
+    mousePressEvent(event);
+}
+
+void DiagramView::mouseMoveEvent(QMouseEvent* event) {
+    Q_EMIT mouseMove(buttonNumber(event->buttons()), keyMask(event->modifiers()),
+                     event->position().x() * kTwipsPerPixel,
+                     event->position().y() * kTwipsPerPixel);
+}
+
+void DiagramView::mouseReleaseEvent(QMouseEvent* event) {
+    Q_EMIT mouseUp(buttonNumber(event->button()), keyMask(event->modifiers()),
+                   event->position().x() * kTwipsPerPixel, event->position().y() * kTwipsPerPixel);
+}
+
+} // namespace marlith

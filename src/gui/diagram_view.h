@@ -1,0 +1,36 @@
+// diagramView: shows the persistent image of the diagram and repaints from it.
+#pragma once
+
+#include <QWidget>
+
+namespace marlith {
+
+class Diagram;
+
+class DiagramView : public QWidget {
+    Q_OBJECT
+  public:
+    DiagramView(const Diagram& diagram, QWidget* parent = nullptr);
+
+    // Takes the size of the image and repaints the area that changed.
+    void refresh(const QRect& changed);
+
+  Q_SIGNALS:
+    // Mouse events on the diagram: button and key mask as the editing
+    // counts them, the point in twips.
+    void mouseDown(int button, int shift, double x, double y);
+    void mouseMove(int button, int shift, double x, double y);
+    void mouseUp(int button, int shift, double x, double y);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+
+  private:
+    const Diagram& diagram_;
+};
+
+} // namespace marlith

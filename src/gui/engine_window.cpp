@@ -1,0 +1,95 @@
+#include "gui/engine_window.h"
+
+#include "core/app_state.h"
+#include "gui/widget_geometry.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+#include <algorithm>
+
+namespace marlith {
+
+namespace {
+
+// Short enough for the clock, long enough that a waiting run costs nothing.
+constexpr int kTickMs = 50;
+
+} // namespace
+
+EngineWindow::EngineWindow(AppState& state, QWidget* parent, const QString& name,
+                           const QString& title)
+    : QWidget(parent, Qt::Window), state_(state) {
+    setObjectName(name);
+    setWindowTitle(title);
+    warn = [this](const QString& text) {
+        QMessageBox::warning(this, QStringLiteral("Warning"), text);
+    };
+    pollTimer_ = new QTimer(this);
+    pollTimer_->setObjectName(QStringLiteral("pollTimer"));
+    pollTimer_->setInterval(kTickMs);
+    connect(pollTimer_, &QTimer::timeout, this, [this] { tick(); });
+    clock_.start();
+}
+
+void EngineWindow::watchFocus() {
+    connect(qApp, &QApplication::focusChanged, this, [this] { focusChanged(); });
+}
+
+EngineWindow::~EngineWindow() {
+    // Focus moves while the widgets go; this part of the window is gone by then.
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
+QListWidget* EngineWindow::makeSolutionList(QRect geometry) {
+    solutionList_ = new QListWidget(this);
+    solutionList_->setObjectName(QStringLiteral("solutionList"));
+    solutionList_->setGeometry(geometry);
+    QPalette face = solutionList_->palette();
+    face.setColor(QPalette::Base, face.color(QPalette::Button));
+    solutionList_->setPalette(face);
+    return solutionList_;
+}
+
+void EngineWindow::showClock(const std::optional<QString>& shown) {
+    if (!shown) return;
+    clockLabel_->setText(*shown);
+    clockLabel_->repaint();
+}
+
+void EngineWindow::showRows(const QStringList& rows) {
+    if (!isVisible()) show();
+    solutionList_->clear();
+    solutionList_->addItems(rows);
+}
+
+void EngineWindow::endRun(QPushButton* start, QPushButton* hide) {
+    clockLabel_->clear();
+    start->setEnabled(true);
+    hide->setText(QStringLiteral("Cl&ose"));
+    pollTimer_->stop();
+}
+
+void EngineWindow::stretchSolutionList(int lessWidthTwips, int lessHeightTwips) {
+    if (!isNormalState(*this)) return;
+    const QSize outer = frameGeometry().size();
+    const int width = twipsToWholePixels(std::max(0, outer.width() * kTwipsPerPixel - lessWidthTwips));
+    const int height = twipsToWholePixels(std::max(0, outer.height() * kTwipsPerPixel - lessHeightTwips));
+    solutionList_->resize(width, height);
+}
+
+void EngineWindow::closeEvent(QCloseEvent* event) {
+    // Closing only hides the window while the main window lives; a run goes on.
+    if (state_.mainWindowAlive != 0) {
+        event->ignore();
+        hide();
+        return;
+    }
+    event->accept();
+}
+
+} // namespace marlith

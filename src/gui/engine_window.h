@@ -1,0 +1,61 @@
+// What the Popeye and Crafty windows share: the list of results, the clock
+// label, the timer that ticks only while a run is on, the engine program, and
+// a close box that only hides the window while the main window lives.
+#pragma once
+
+#include "engines/engine_process.h"
+
+#include <QElapsedTimer>
+#include <QRect>
+#include <QWidget>
+#include <functional>
+#include <optional>
+
+class QLabel;
+class QListWidget;
+class QPushButton;
+class QTimer;
+
+namespace marlith {
+
+struct AppState;
+
+class EngineWindow : public QWidget {
+    Q_OBJECT
+  public:
+    ~EngineWindow() override;
+
+    virtual void tick() = 0;
+
+    // Shows the "Warning" message box (replaced by tests).
+    std::function<void(const QString&)> warn;
+
+  protected:
+    EngineWindow(AppState& state, QWidget* parent, const QString& name, const QString& title);
+
+    // List1, in the face colour of the buttons.
+    QListWidget* makeSolutionList(QRect geometry);
+    // Label2 shows the clock when a new second has begun.
+    void showClock(const std::optional<QString>& shown);
+    // The rows of a result replace the list, and the window comes back.
+    void showRows(const QStringList& rows);
+    // The run is over: the start button works again, "Hide" is "Close" again.
+    void endRun(QPushButton* start, QPushButton* hide);
+    // List1 follows the window's size, less the room of the other controls.
+    void stretchSolutionList(int lessWidthTwips, int lessHeightTwips);
+
+    void closeEvent(QCloseEvent* event) override;
+    // The labels of the focused boxes show a border; the window calls
+    // watchFocus once all its controls stand.
+    virtual void focusChanged() = 0;
+    void watchFocus();
+
+    AppState& state_;
+    QLabel* clockLabel_ = nullptr;
+    QListWidget* solutionList_ = nullptr;
+    QTimer* pollTimer_ = nullptr;
+    EngineProcess engine_;
+    QElapsedTimer clock_;
+};
+
+} // namespace marlith

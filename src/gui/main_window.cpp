@@ -1,0 +1,799 @@
+#include "gui/main_window.h"
+
+#include "gui/book_panel.h"
+#include "books/book_scan.h"
+#include "books/pgn_board.h"
+#include "gui/file_chooser.h"
+#include "gui/about_window.h"
+#include "gui/help_window.h"
+#include "core/settings.h"
+#include "core/startup.h"
+#include "core/style_list.h"
+#include "gui/tool_faces.h"
+#include "gui/tool_button.h"
+#include "gui/widget_geometry.h"
+#include "gui/diagram_view.h"
+#include "gui/view_window.h"
+#include "editing/board_edit.h"
+#include "output/image_output.h"
+
+#include <QAction>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QGroupBox>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QLockFile>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QTime>
+
+namespace marlith {
+
+namespace {
+
+QFrame* separatorLine(QWidget* parent, int y, const QColor& colour) {
+    auto* line = new QFrame(parent);
+    line->setGeometry(0, y, 12000 / kTwipsPerPixel, 1);
+    line->setAutoFillBackground(true);
+    QPalette palette = line->palette();
+    palette.setColor(QPalette::Window, colour);
+    line->setPalette(palette);
+    return line;
+}
+
+} // namespace
+
+MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), state_(state) {
+    setObjectName(QStringLiteral("mainWindow"));
+    setWindowIcon(programIcon());
+    createControls();
+    createMenus();
+    placeControls();
+
+    startInstance = [this](const QStringList& rest) {
+        QProcess::startDetached(QCoreApplication::applicationFilePath(), rest,
+                                state_.programFolder);
+    };
+    warn = [this](const QString& text) {
+        QMessageBox::warning(this, QStringLiteral("Warning"), text);
+    };
+}
+
+MainWindow::~MainWindow() = default;
+
+void MainWindow::createControls() {
+    auto* central = new QWidget(this);
+    central->setObjectName(QStringLiteral("centralWidget"));
+    setCentralWidget(central);
+
+    separatorLine(central, 0, QColor(0xE0, 0xE0, 0xE0))->setObjectName(QStringLiteral("menuSeparatorLine"));
+    separatorLine(central, 480 / kTwipsPerPixel, QColor(0x80, 0x80, 0x80))
+        ->setObjectName(QStringLiteral("toolSeparatorLine"));
+
+    pieceCounterLabel_ = new QLabel(QStringLiteral("(0x0) "), central);
+    pieceCounterLabel_->setObjectName(QStringLiteral("pieceCounterLabel"));
+    pieceCounterLabel_->setAlignment(Qt::AlignCenter);
+    positionEdit_ = new QLineEdit(central);
+    positionEdit_->setObjectName(QStringLiteral("positionEdit"));
+    positionEdit_->installEventFilter(this);
+    connect(positionEdit_, &QLineEdit::textChanged, this, [this] { buildBoard(); });
+
+    // The tool strips. A strip takes the focus while one of its buttons is held.
+    firstToolStrip_ = new QWidget(central);
+    firstToolStrip_->setObjectName(QStringLiteral("firstToolStrip"));
+    firstToolStrip_->setFocusPolicy(Qt::ClickFocus);
+    secondToolStrip_ = new QWidget(central);
+    secondToolStrip_->setObjectName(QStringLiteral("secondToolStrip"));
+    secondToolStrip_->setFocusPolicy(Qt::ClickFocus);
+    const auto faces3 = firstStripFaces();
+    const auto faces5 = secondStripFaces();
+    const auto faces8 = recModeFaces();
+    for (int i = 0; i < 9; ++i) {
+        firstStripButtons_[i] = new ToolButton(faces3[i], faces3[i + 9], firstToolStrip_);
+        firstStripButtons_[i]->setObjectName(QStringLiteral("Image4(%1)").arg(i));
+        secondStripButtons_[i] = new ToolButton(faces5[i], faces5[i + 9], secondToolStrip_);
+        secondStripButtons_[i]->setObjectName(QStringLiteral("Image7(%1)").arg(i));
+    }
+    firstStripButtons_[8]->hide(); // shown when an engine is found
+    recModeButton_ = new ToolButton(faces8[0], faces8[1], secondToolStrip_);
+    recModeButton_->setObjectName(QStringLiteral("recModeButton"));
+
+    auto* styleGroup = new QGroupBox(QStringLiteral("Pieces Styles"), central);
+    styleGroup->setObjectName(QStringLiteral("styleGroup"));
+    QFont bold = styleGroup->font();
+    bold.setBold(true);
+    styleGroup->setFont(bold);
+    styleGroup->setGeometry(twipsRect(0, 1440, 3015, 735));
+    styleBox_ = new QComboBox(central);
+    styleBox_->setObjectName(QStringLiteral("styleBox"));
+    styleBox_->setEditable(true);
+    styleBox_->setInsertPolicy(QComboBox::NoInsert);
+    styleBox_->setMaxVisibleItems(20);
+    styleBox_->lineEdit()->installEventFilter(this);
+    connect(styleBox_, &QComboBox::activated, this, [this] { chooseStyle(); });
+    auto* viewButton = new QPushButton(QStringLiteral("&View"), central);
+    viewButton->setObjectName(QStringLiteral("viewButton"));
+    connect(viewButton, &QPushButton::clicked, this, &MainWindow::showViewWindow);
+    viewButton->setGeometry(twipsRect(2160, 1680, 735, 315));
+    styleBox_->setGeometry(twipsRect(120, 1680, 1935, 315));
+
+    bookPanel_ = new BookPanel(state_, *this, central);
+    bookPanel_->setGeometry(twipsRect(0, 2280, 3015, 5775));
+    bookPanel_->hide(); // the book panel, shown while a book is open
+
+    diagramView_ = new DiagramView(diagram_, central);
+    diagramView_->setFocusPolicy(Qt::TabFocus);
+    connect(diagramView_, &DiagramView::mouseDown, this, &MainWindow::pressOnBoard);
+    connect(diagramView_, &DiagramView::mouseMove, this, &MainWindow::dragOnBoard);
+    connect(diagramView_, &DiagramView::mouseUp, this, &MainWindow::releaseOnBoard);
+    setTabOrder(positionEdit_, styleBox_);
+    setTabOrder(styleBox_, diagramView_);
+}
+
+void MainWindow::placeControls() {
+    pieceCounterLabel_->setGeometry(twipsRect(0, 75, 855, 315));
+    positionEdit_->setGeometry(twipsRect(840, 75, 5655, 315));
+    firstToolStrip_->setGeometry(twipsRect(0, 600, 3015, 340));
+    secondToolStrip_->setGeometry(twipsRect(0, 960, 3015, 340));
+    const int firstStripLeft[9] = {0, 690, 980, 1400, 1680, 1970, 2250, 290, 2670};
+    for (int i = 0; i < 9; ++i)
+        firstStripButtons_[i]->move(firstStripLeft[i] / kTwipsPerPixel, 0);
+    const QPoint secondStripPlaces[9] = {{0, 0},    {290, 0},  {690, 0},  {690, 143}, {985, 0},
+                           {1122, 0}, {1400, 0}, {1680, 0}, {1970, 0}};
+    for (int i = 0; i < 9; ++i)
+        secondStripButtons_[i]->move(secondStripPlaces[i].x() / kTwipsPerPixel, secondStripPlaces[i].y() / kTwipsPerPixel);
+    recModeButton_->move(2670 / kTwipsPerPixel, 0);
+    diagramView_->move(3120 / kTwipsPerPixel, 600 / kTwipsPerPixel);
+}
+
+void MainWindow::createMenus() {
+    using Slot = void (MainWindow::*)();
+    struct Item {
+        const char* name;
+        const char* caption; // "-" for a separator, nullptr for a submenu's end
+        QKeySequence keys;
+        bool enabled;
+        Slot slot;
+    };
+    auto addItems = [this](QMenu* menu, std::initializer_list<Item> items) {
+        for (const Item& item : items) {
+            QAction* action = QLatin1String(item.caption) == QLatin1String("-")
+                                  ? menu->addSeparator()
+                                  : menu->addAction(QString::fromUtf8(item.caption));
+            action->setObjectName(QLatin1String(item.name));
+            action->setShortcut(item.keys);
+            action->setEnabled(item.enabled);
+            if (item.slot) connect(action, &QAction::triggered, this, item.slot);
+            actions_[action->objectName()] = action;
+        }
+    };
+    auto addMenu = [this](QMenu* parent, const char* name, const char* caption) {
+        QMenu* menu = parent ? parent->addMenu(QString::fromUtf8(caption))
+                             : menuBar()->addMenu(QString::fromUtf8(caption));
+        menu->setObjectName(QLatin1String(name));
+        menu->menuAction()->setObjectName(QLatin1String(name));
+        actions_[QLatin1String(name)] = menu->menuAction();
+        return menu;
+    };
+    const auto ctrl = [](Qt::Key key) { return QKeySequence(Qt::CTRL | key); };
+
+    QMenu* file = addMenu(nullptr, "fileMenu", "&File");
+    addItems(file,
+             {{"newAction", "&New", ctrl(Qt::Key_N), true, &MainWindow::newPosition},
+              {"startPositionAction", "S&tart Position", ctrl(Qt::Key_T), true, &MainWindow::setStartPosition},
+              {"fileSeparator1", "-", {}, true, nullptr},
+              {"saveImageAction", "&Save Image", ctrl(Qt::Key_S), true, &MainWindow::saveImage},
+              {"saveImageAsAction", "Save Image &As...", ctrl(Qt::Key_A), true, &MainWindow::saveImageAs},
+              {"fileSeparator2", "-", {}, true, nullptr},
+              {"openBookAction", "Open &Book", ctrl(Qt::Key_B), true, &MainWindow::openBook},
+              {"searchAction", "&Criteria", ctrl(Qt::Key_F), false, nullptr},
+              {"closeBookAction", "Cl&ose book", ctrl(Qt::Key_O), false, &MainWindow::closeBook},
+              {"fileSeparator3", "-", {}, true, nullptr},
+              {"printAction", "&Print", ctrl(Qt::Key_P), true, nullptr},
+              {"fileSeparator4", "-", {}, true, nullptr}});
+    for (int i = 0; i < 4; ++i) {
+        recentBookActions_[i] = file->addAction(QString());
+        recentBookActions_[i]->setObjectName(QStringLiteral("recentBookAction%1").arg(i));
+        recentBookActions_[i]->setVisible(false);
+        connect(recentBookActions_[i], &QAction::triggered, this, [this, i] { openRecentBook(i); });
+        actions_[recentBookActions_[i]->objectName()] = recentBookActions_[i];
+    }
+    addItems(file, {{"fileSeparator5", "-", {}, true, nullptr},
+                    {"exitAction", "E&xit", ctrl(Qt::Key_X), true, &MainWindow::exitProgram}});
+
+    QMenu* edit = addMenu(nullptr, "editMenu", "&Edit");
+    addItems(edit, {{"refreshAction", "Refre&sh = <Enter>", {}, true, &MainWindow::refreshPosition}});
+    QMenu* copy = addMenu(edit, "copyMenu", "Cop&y");
+    addItems(copy, {{"copyPositionAction", "&Marlith", ctrl(Qt::Key_C), true, &MainWindow::copyPosition},
+                    {"copyImageAction", "&Image", ctrl(Qt::Key_I), true, &MainWindow::copyImage},
+                    {"copyHtmlAction", "HTM&L", ctrl(Qt::Key_L), true, nullptr}});
+    addItems(edit, {{"pastePositionAction", "&Paste Marlith", ctrl(Qt::Key_V), true, &MainWindow::pastePosition},
+                    {"editSeparator1", "-", {}, true, nullptr},
+                    {"historyAction", "&History", ctrl(Qt::Key_H), true, nullptr},
+                    {"recModeAction", "Rec &Mode", ctrl(Qt::Key_M), true, nullptr},
+                    {"undoRecAction", "&Undo Rec", ctrl(Qt::Key_Z), false, nullptr},
+                    {"editSeparator2", "-", {}, true, nullptr}});
+    QMenu* effects = addMenu(edit, "effectsMenu", "E&ffects");
+    addItems(effects, {{"reverseAction", "&Reverse", ctrl(Qt::Key_R), true, nullptr},
+                       {"horizontalMirrorAction", "Hori&zontal Mirror", QKeySequence(Qt::Key_F2), true, nullptr},
+                       {"diagonalMirrorAction", "Dia&gonal Mirror", QKeySequence(Qt::Key_F3), true, nullptr},
+                       {"rotateAction", "R&otate 90°", QKeySequence(Qt::Key_F4), true, nullptr},
+                       {"moveLeftAction", "Move L&eft", QKeySequence(Qt::Key_F5), true, nullptr},
+                       {"moveRightAction", "Move R&ight", QKeySequence(Qt::Key_F6), true, nullptr},
+                       {"moveUpAction", "Mo&ve Up", QKeySequence(Qt::Key_F7), true, nullptr},
+                       {"moveDownAction", "Move &Down", QKeySequence(Qt::Key_F8), true, nullptr}});
+    addItems(edit, {{"graphicAction", "&Graphic", ctrl(Qt::Key_G), true, nullptr},
+                    {"styleAction", "Styl&e", ctrl(Qt::Key_E), true, &MainWindow::editStyle}});
+
+    QMenu* engines = addMenu(nullptr, "enginesMenu", "En&gines");
+    addItems(engines, {{"popeyeAction", "Pope&ye", ctrl(Qt::Key_Y), true, &MainWindow::openPopeye},
+                       {"craftyAction", "&Crafty", ctrl(Qt::Key_K), true, &MainWindow::openCrafty}});
+
+    QMenu* help = addMenu(nullptr, "helpMenu", "&Help");
+    addItems(help, {{"helpContentsAction", "&Contents", {}, true, &MainWindow::showHelp},
+                    {"helpSeparator", "-", {}, true, nullptr},
+                    {"aboutAction", "&About...", {}, true, &MainWindow::showAbout}});
+
+    // The tool buttons run the commands of their menu items.
+    const char* firstStripItems[9] = {"saveImageAction",    "graphicAction", "historyAction", "copyImageAction", "copyHtmlAction",
+                             "copyPositionAction", "pastePositionAction",   "printAction",   nullptr};
+    const char* secondStripItems[9] = {"newAction",  "startPositionAction",  "moveRightAction",   "moveLeftAction",   "moveUpAction",
+                             "moveDownAction", "rotateAction", "horizontalMirrorAction", "diagonalMirrorAction"};
+    for (int i = 0; i < 9; ++i) {
+        const bool opensWindow = i == 1 || i == 2 || i == 8;
+        std::function<void()> command;
+        if (firstStripItems[i]) {
+            QAction* menuItem = actions_.at(QLatin1String(firstStripItems[i]));
+            command = [menuItem] { menuItem->trigger(); };
+        } else {
+            command = [this] {
+                const QString engine = state_.recentEngine.toUpper();
+                if (engine == QLatin1String("POPEYE"))
+                    action(QStringLiteral("popeyeAction"))->trigger();
+                else if (engine == QLatin1String("CRAFTY"))
+                    action(QStringLiteral("craftyAction"))->trigger();
+            };
+        }
+        connect(firstStripButtons_[i], &ToolButton::clicked, this,
+                [this, command, opensWindow] { runToolCommand(command, opensWindow); });
+        QAction* secondStripItem = actions_.at(QLatin1String(secondStripItems[i]));
+        connect(secondStripButtons_[i], &ToolButton::clicked, this,
+                [this, secondStripItem] { runToolCommand([secondStripItem] { secondStripItem->trigger(); }, false); });
+    }
+}
+
+QAction* MainWindow::action(const QString& name) const {
+    const auto found = actions_.find(name);
+    return found == actions_.end() ? nullptr : found->second;
+}
+
+void MainWindow::runToolCommand(const std::function<void()>& command, bool keepsFocus) {
+    // A command that the user started from a button runs even where its menu
+    // item is disabled only if the item allows it: QAction::trigger checks.
+    command();
+    if (!keepsFocus) focusPositionAtEnd();
+}
+
+void MainWindow::focusPositionAtEnd() {
+    positionEdit_->end(false);
+    positionEdit_->setFocus();
+}
+
+void MainWindow::moveCaretToEnd() {
+    positionEdit_->end(false);
+}
+
+void MainWindow::start(const QStringList& arguments) {
+    const QString folder = programFolderFrom(qEnvironmentVariable("MARLITH_HOME"),
+                                             QCoreApplication::applicationDirPath());
+    // Another instance holds the lock while it runs.
+    instanceLock_ = std::make_unique<QLockFile>(folder + QStringLiteral("Marlith.lock"));
+    instanceLock_->setStaleLockTime(0);
+    state_.otherInstanceRunning = instanceLock_->tryLock(0) ? 0 : 1;
+
+    state_.tempSeed = makeTempSeed(QTime::currentTime().msecsSinceStartOfDay());
+    state_.programFolder = folder;
+    QDir::setCurrent(folder);
+
+    styleBox_->clear();
+    styleBox_->addItem(QStringLiteral("CUSTOM"));
+
+    state_.imageFile = QStringLiteral("Marlith.bmp");
+    state_.mainWindowAlive = -1;
+    state_.clickedSquare = -1;
+    state_.chosenPiece = -1;
+    state_.pressX = -1.0f;
+    state_.pressY = -1.0f;
+    setWindowTitle(QStringLiteral("Marlith - Marlith.bmp"));
+
+    readSettings();
+    detectEngines();
+
+    state_.fullDictionary = state_.style.PyDictionary + state_.pyDatDictionary;
+
+    QStringList names;
+    for (int i = 1; i < styleBox_->count(); ++i)
+        names << styleBox_->itemText(i);
+    names = sortStyleNames(names);
+    for (int i = 0; i < names.size(); ++i)
+        styleBox_->setItemText(i + 1, names[i]);
+    showStyleName();
+
+    invalidatePainted(state_.squares, state_.board());
+    buildBoard();
+
+    const CommandLine line = splitCommandLine(arguments);
+    if (!line.rest.isEmpty() && startInstance) startInstance(line.rest);
+    state_.bookFile = line.bookFile;
+    if (!state_.bookFile.isEmpty()) loadBook();
+
+    positionEdit_->setFocus();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    closeChildWindows();
+    shutDown();
+    event->accept();
+}
+
+void MainWindow::closeChildWindows() {
+    state_.mainWindowAlive = 0;
+    for (QWidget* window : childWindows_)
+        if (window) window->close();
+    if (helpWindow_) helpWindow_->close();
+}
+
+void MainWindow::shutDown() {
+    if (unloaded_) return;
+    unloaded_ = true;
+    if (state_.programFolder.isEmpty()) return;
+    writeSettings();
+    deleteTempFiles(state_.programFolder);
+    cleanUpEngines();
+    if (instanceLock_) instanceLock_->unlock();
+}
+
+void MainWindow::drawBoard() {
+    const Diagram::Outcome outcome =
+        diagram_.drawBoard(state_.style, state_.reversedBoard, state_.programFolder);
+    // Rotation and the diagonal mirror are offered on square boards only.
+    action(QStringLiteral("rotateAction"))->setEnabled(outcome.squareBoard);
+    action(QStringLiteral("diagonalMirrorAction"))->setEnabled(outcome.squareBoard);
+    secondStripButtons_[6]->setVisible(outcome.squareBoard);
+    secondStripButtons_[8]->setVisible(outcome.squareBoard);
+    diagramView_->refresh(diagram_.takeDirty());
+    if (!isNormalState(*this)) return;
+    const QSize twips = mainWindowSize(state_.style, bookPanel_->isVisible());
+    resize(twipsToWholePixels(twips.width()), twipsToWholePixels(twips.height()));
+}
+
+void MainWindow::buildBoard() {
+    setCursor(Qt::WaitCursor);
+    PieceCount count;
+    const bool complete = marlith::buildBoard(
+        positionEdit_->text(), state_.squares, state_.board(), state_.style.PiecesList,
+        [this](int cell, int oneBasedSquare) {
+            diagram_.copyCellToSquare(cell, oneBasedSquare, state_.style, state_.reversedBoard);
+        },
+        &count);
+    if (complete) pieceCounterLabel_->setText(counterText(count));
+    diagramView_->refresh(diagram_.takeDirty());
+    unsetCursor();
+}
+
+void MainWindow::commitBoardEdit() {
+    positionEdit_->setText(squaresToFen(state_.squares, state_.board(), state_.style.PiecesList));
+}
+
+void MainWindow::newPosition() {
+    positionEdit_->clear();
+    positionEdit_->setFocus();
+}
+
+void MainWindow::setStartPosition() {
+    positionEdit_->setText(state_.style.StartPos);
+    positionEdit_->end(false);
+}
+
+void MainWindow::refreshPosition() {
+    positionEdit_->setText(squaresToFen(state_.squares, state_.board(), state_.style.PiecesList));
+    positionEdit_->end(false);
+}
+
+void MainWindow::exitProgram() {
+    close();
+}
+
+void MainWindow::showAbout() {
+    AboutWindow about(this);
+    about.exec();
+}
+
+void MainWindow::showHelp() {
+    if (!helpWindow_) helpWindow_ = new HelpWindow(this);
+    if (!helpWindow_->open(state_.programFolder + QStringLiteral("marlith.html"))) {
+        warn(QStringLiteral("Help not available!"));
+        return;
+    }
+    helpWindow_->show();
+    helpWindow_->raise();
+    helpWindow_->activateWindow();
+}
+
+void MainWindow::editStyle() {
+    setCursor(Qt::WaitCursor);
+    state_.savedStyle = state_.style;
+    // The Style window edits the style here and keeps what it wants in savedStyle.
+    state_.style = state_.savedStyle;
+    showStyleName();
+    drawBoard();
+    invalidatePainted(state_.squares, state_.board());
+    buildBoard();
+    drawPalette();
+    unsetCursor();
+}
+
+void MainWindow::chooseStyle() {
+    const QString s = styleBox_->currentText();
+    if (s.toUpper() == QLatin1String("CUSTOM")) {
+        editStyle();
+        return;
+    }
+    state_.style.StyleName = s;
+    readSettings();
+    invalidatePainted(state_.squares, state_.board());
+    const QString w = squaresToFen(state_.squares, state_.board(), state_.style.PiecesList);
+    state_.fullDictionary = state_.style.PyDictionary + state_.pyDatDictionary;
+    if (w != positionEdit_->text())
+        positionEdit_->setText(w);
+    else
+        buildBoard();
+    positionEdit_->end(false);
+}
+
+bool MainWindow::handleStyleKey(int key) {
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        const QString typed = styleBox_->currentText().toUpper();
+        if (typed == QLatin1String("CUSTOM")) {
+            editStyle();
+            return true;
+        }
+        for (int i = 0; i < styleBox_->count(); ++i) {
+            if (styleBox_->itemText(i).toUpper() == typed) {
+                styleBox_->setCurrentIndex(i);
+                chooseStyle();
+                return true;
+            }
+        }
+        styleBox_->setEditText(QString());
+        return true;
+    }
+    if (key == Qt::Key_Escape) {
+        styleBox_->setEditText(
+            styleBox_->currentIndex() >= 0 ? styleBox_->itemText(styleBox_->currentIndex()) : QString());
+        positionEdit_->setFocus();
+        return true;
+    }
+    return false;
+}
+
+void MainWindow::readSettings() {
+    const SettingsRead reading = marlith::readSettings(
+        state_.programFolder + QLatin1String(kSettingsFileName), state_.programFolder, state_.style,
+        state_.recentFile, state_.recentEngine);
+    state_.fullDictionary.clear();
+    for (const QString& name : reading.styleNames)
+        styleBox_->addItem(name);
+    showRecentBooks();
+    drawBoard();
+    showStyleName();
+    drawPalette();
+}
+
+void MainWindow::showStyleName() {
+    // A name of the list selects its entry, as picking it would.
+    const QString& name = state_.style.StyleName;
+    const int index = name.isEmpty() ? -1 : styleBox_->findText(name, Qt::MatchFixedString);
+    styleBox_->setCurrentIndex(index);
+    styleBox_->setEditText(name);
+}
+
+void MainWindow::writeSettings() {
+    marlith::writeSettings(state_.programFolder, state_.recentFile, state_.recentEngine,
+                           state_.style.StyleName);
+}
+
+void MainWindow::addRecent(const QString& path) {
+    marlith::addRecent(state_.recentFile, path);
+    showRecentBooks();
+}
+
+void MainWindow::showRecentBooks() {
+    const auto items = recentMenuItems(state_.recentFile);
+    for (int i = 0; i < 4; ++i) {
+        recentBookActions_[i]->setText(items[i].caption);
+        recentBookActions_[i]->setVisible(items[i].visible);
+    }
+}
+
+ViewWindow* MainWindow::viewWindow() {
+    if (!viewWindow_) {
+        viewWindow_ = new ViewWindow(state_, *this);
+        setChildWindow(6, viewWindow_);
+    }
+    return viewWindow_;
+}
+
+void MainWindow::drawPalette() {
+    viewWindow()->drawPalette();
+}
+
+void MainWindow::showViewWindow() {
+    ViewWindow* view = viewWindow();
+    if (!view->isVisible()) {
+        // A small floating window beside the main one.
+        view->move(frameGeometry().topRight() + QPoint(8, 0));
+    }
+    view->show();
+    view->raise();
+}
+
+void MainWindow::pressOnBoard(int button, int shift, double x, double y) {
+    if (state_.pressX >= 0 && state_.pressY >= 0)
+        return; // a second button while one is held belongs to the first press
+    state_.pressX = static_cast<float>(x);
+    state_.pressY = static_cast<float>(y);
+    state_.pressButton = static_cast<int16_t>(button);
+    state_.pressModifiers = static_cast<int16_t>(shift);
+    // Shift alone draws over the diagram; everything else edits.
+    diagramView_->setCursor(shift == kMaskShift ? Qt::SizeAllCursor : Qt::CrossCursor);
+}
+
+void MainWindow::dragOnBoard(int, int, double, double) {
+    // A piece being dragged is not shown moving; only a stroke follows the mouse.
+}
+
+void MainWindow::releaseOnBoard(int, int, double x, double y) {
+    if (state_.pressX < 0 || state_.pressY < 0) return;
+    diagramView_->update();
+    const BoardPress press{state_.pressX, state_.pressY, state_.pressButton, state_.pressModifiers};
+    const BoardEdit edit = editOnRelease(press, x, y, state_.squares, state_.style,
+                                          state_.reversedBoard, state_.chosenPiece);
+    if (edit.clicked) state_.clickedSquare = static_cast<int16_t>(edit.clickedSquare);
+    if (edit.squaresChanged) commitBoardEdit();
+    diagramView_->unsetCursor();
+    state_.pressX = -1.0f;
+    state_.pressY = -1.0f;
+    focusPositionAtEnd();
+    if (state_.clickedSquare >= 0 && !viewWindow()->isVisible()) {
+        showViewWindow();
+        viewWindow()->activateWindow();
+        viewWindow()->paletteView()->setFocus();
+    }
+}
+
+void MainWindow::loadBook() {
+    setCursor(Qt::WaitCursor);
+    if (state_.book.isOpen()) closeBook();
+    if (state_.style.WndHeight + 1350 < 5580 && isNormalState(*this))
+        resize(width(), twipsToWholePixels(5580));
+    bookPanel_->show();
+    repaint();
+
+    OpenBook& book = state_.book;
+    book.work.open(state_.programFolder + state_.tempSeed + QStringLiteral(".tmp"));
+    const QString extension = state_.bookFile.right(4).toUpper();
+    const ScanProgress progress = [this](int32_t games) { bookPanel_->showCount(games); };
+    BookScan scan;
+    if (extension == QLatin1String(".PBM"))
+        scan = scanPbm(state_.bookFile, book.work, state_.style.BorderHeight,
+                       state_.style.BorderWidth, state_.style.PiecesList, progress);
+    else if (extension == QLatin1String(".EPD"))
+        scan = scanEpd(state_.bookFile, book.work, progress);
+    else if (extension == QLatin1String(".PGN")) {
+        StylePgnBoard board(state_.style);
+        scan =
+            scanPgn(state_.bookFile, book.work, board, state_.style.StartPos.toLatin1(), progress);
+    } else
+        scan = scanFen(state_.bookFile, book.work, progress);
+    book.gameCount = scan.gameCount;
+    book.recordCount = scan.recordCount;
+    book.gameIndex = scan.gameIndex;
+    book.fullIndex = scan.fullIndex;
+
+    addRecent(state_.bookFile);
+    bookPanel_->resetGameScrollBar();
+    bookPanel_->setTitle(shortenPath(state_.bookFile, 15));
+    action(QStringLiteral("searchAction"))->setEnabled(true);
+    action(QStringLiteral("closeBookAction"))->setEnabled(true);
+    refreshPosition();
+    bookPanel_->setNarrowed(false);
+    action(QStringLiteral("searchAction"))->setChecked(false);
+    unsetCursor();
+}
+
+void MainWindow::openBook() {
+    QString path;
+    if (!showChooser(1, path)) return;
+    state_.bookFile = path;
+    loadBook();
+}
+
+void MainWindow::closeBook() {
+    state_.book.work.close();
+    bookPanel_->hide();
+    if (isNormalState(*this)) resize(width(), twipsToWholePixels(state_.style.WndHeight + 1350));
+    action(QStringLiteral("searchAction"))->setEnabled(false);
+    action(QStringLiteral("closeBookAction"))->setEnabled(false);
+}
+
+void MainWindow::openRecentBook(int index) {
+    if (index < 0 || index >= static_cast<int>(state_.recentFile.size())) return;
+    state_.bookFile = state_.recentFile[index];
+    loadBook();
+}
+
+void MainWindow::showPosition(const QString& board) {
+    positionEdit_->setText(fillRows(board, state_.style.BorderWidth, state_.style.PiecesList));
+}
+
+void MainWindow::chooseStyleByName(const QString& name) {
+    styleBox_->setEditText(name);
+    handleStyleKey(Qt::Key_Return);
+}
+
+void MainWindow::saveImage() {
+    setCursor(Qt::WaitCursor);
+    repaint();
+    state_.imageFile = settleImageName(state_.imageFile);
+    // A name that can't be written is no error: the caption still follows.
+    saveBitmap(diagram_.image(), state_.imageFile);
+    setWindowTitle(QStringLiteral("Marlith - ") + state_.imageFile);
+    unsetCursor();
+}
+
+void MainWindow::saveImage() {
+    saveImage();
+}
+
+void MainWindow::saveImageAs() {
+    QString path;
+    if (!showChooser(0, path)) return;
+    state_.imageFile = path;
+    saveImage();
+}
+
+void MainWindow::copyImage() {
+    QGuiApplication::clipboard()->setImage(diagram_.image());
+}
+
+void MainWindow::copyPosition() {
+    refreshPosition();
+    const QString text =
+        copiedPositionText(positionEdit_->text(), pieceCounterLabel_->text(), state_.style.CopyCounter);
+    QGuiApplication::clipboard()->setText(text);
+}
+
+void MainWindow::pastePosition() {
+    positionEdit_->setText(pastedPositionText(QGuiApplication::clipboard()->text(),
+                                       state_.style.BorderWidth, state_.style.PiecesList,
+                                       positionEdit_->maxLength()));
+}
+
+bool MainWindow::showChooser(int mode, QString& path) {
+    if (!fileChooser_) {
+        fileChooser_ = new FileChooser(state_, this);
+        // Unloaded first of the child windows when the program stops.
+        setChildWindow(0, fileChooser_);
+    }
+    state_.chooserMode = static_cast<int16_t>(mode);
+    if (runChooser)
+        runChooser(*fileChooser_);
+    else
+        fileChooser_->exec();
+    if (state_.chooserMode != 1) return false;
+    path = fileChooser_->nameText();
+    return true;
+}
+
+void MainWindow::setChildWindow(int number, QWidget* window) {
+    if (number >= 0 && number < static_cast<int>(childWindows_.size()))
+        childWindows_[number] = window;
+}
+
+void MainWindow::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange) takeChildWindowsAlong();
+}
+
+void MainWindow::takeChildWindowsAlong() {
+    if (isMinimized()) {
+        hiddenChildWindows_.clear();
+        for (const int number : {3, 6, 7, 8, 9}) {
+            QWidget* window = childWindows_[number];
+            if (window && window->isVisible()) {
+                hiddenChildWindows_ += QString::number(number);
+                window->hide();
+            }
+        }
+    } else if (!hiddenChildWindows_.isEmpty()) {
+        for (const QChar digit : hiddenChildWindows_)
+            if (QWidget* window = childWindows_[digit.digitValue()]) window->show();
+        hiddenChildWindows_.clear();
+    }
+}
+
+bool MainWindow::menuShortcutWins(QKeyEvent* key) const {
+    // As in the menus of old, an enabled menu shortcut goes before the text
+    // boxes' own use of the key (Ctrl+C copies the position, not the text).
+    const QKeySequence pressed(key->keyCombination());
+    for (const auto& [name, item] : actions_)
+        if (item->isEnabled() && !item->shortcut().isEmpty() && item->shortcut() == pressed)
+            return true;
+    return false;
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride &&
+        (watched == positionEdit_ || watched == styleBox_->lineEdit()) &&
+        menuShortcutWins(static_cast<QKeyEvent*>(event)))
+        return true;
+    if (watched == styleBox_->lineEdit() && event->type() == QEvent::KeyPress)
+        return handleStyleKey(static_cast<QKeyEvent*>(event)->key());
+    if (watched == positionEdit_) {
+        switch (event->type()) {
+        case QEvent::KeyPress: {
+            auto* key = static_cast<QKeyEvent*>(event);
+            handlePositionKeyDown(key->key());
+            if (handlePositionKey(key->text(), key->key())) return true;
+            break;
+        }
+        case QEvent::FocusIn:
+            setFocusBorder(pieceCounterLabel_, true);
+            break;
+        case QEvent::FocusOut:
+            setFocusBorder(pieceCounterLabel_, false);
+            break;
+        default:
+            break;
+        }
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
+
+void MainWindow::handlePositionKeyDown(int key) {
+    // End shows the text as far as its last piece; the key then moves the caret.
+    if (key == Qt::Key_End)
+        positionEdit_->setText(cutAfterLastPiece(positionEdit_->text(), state_.style.PiecesList));
+}
+
+bool MainWindow::handlePositionKey(const QString& typed, int key) {
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        refreshPosition();
+        return true;
+    }
+    if (key == Qt::Key_Escape) {
+        positionEdit_->clear();
+        return true;
+    }
+    if (typed == QLatin1String("/")) {
+        const int s =
+            positionEdit_->hasSelectedText() ? positionEdit_->selectionStart() : positionEdit_->cursorPosition();
+        const RowCompletion completed =
+            completeRow(positionEdit_->text(), s, state_.style.BorderWidth, state_.style.PiecesList);
+        positionEdit_->setText(completed.text);
+        positionEdit_->setCursorPosition(completed.caret);
+        return true;
+    }
+    return false;
+}
+
+} // namespace marlith

@@ -1,0 +1,163 @@
+// MainWindow: the main window, with the position text, the tool strips, the style
+// list, the book panel, the diagram and the menus.
+#pragma once
+
+#include "core/app_state.h"
+#include "drawing/diagram.h"
+
+#include <QMainWindow>
+#include <QPixmap>
+#include <array>
+#include <functional>
+#include <map>
+#include <memory>
+
+class QAction;
+class QComboBox;
+class QFrame;
+class QLabel;
+class QLineEdit;
+class QLockFile;
+class QMenu;
+
+namespace marlith {
+
+class BookPanel;
+class DiagramView;
+class ViewWindow;
+class PopeyeWindow;
+class CraftyWindow;
+class HelpWindow;
+class ToolButton;
+class FileChooser;
+
+class MainWindow : public QMainWindow {
+    Q_OBJECT
+  public:
+    explicit MainWindow(AppState& state, QWidget* parent = nullptr);
+    ~MainWindow() override;
+
+    // The start sequence; `arguments` is the command line without the program.
+    void start(const QStringList& arguments);
+    // The stop sequence; closing the window runs both.
+    void closeChildWindows();
+    void shutDown();
+
+    void readSettings();
+    void writeSettings();
+    void addRecent(const QString& path);
+    void drawBoard();
+    void buildBoard();
+    void commitBoardEdit();
+
+    void newPosition();
+    void setStartPosition();
+    void refreshPosition();
+    void exitProgram();
+    void showAbout();
+    void showHelp();
+    void editStyle();
+    void chooseStyle();
+    void showViewWindow();
+
+    // Opens the book named by bookFile, closing any open book first.
+    void loadBook();
+    void openBook();
+    void closeBook();
+    void openRecentBook(int index);
+    // the position box receives a position of the book, its rows completed.
+    void showPosition(const QString& board);
+    // The name put into the style list as if typed there with Enter.
+    void chooseStyleByName(const QString& name);
+    BookPanel* bookPanel() const { return bookPanel_; }
+
+    void saveImage();
+    void saveImage();
+    void saveImageAs();
+    void copyImage();
+    void copyPosition();
+    void pastePosition();
+
+    void pressOnBoard(int button, int shift, double x, double y);
+    void dragOnBoard(int button, int shift, double x, double y);
+    void releaseOnBoard(int button, int shift, double x, double y);
+
+    // The caret behind the last character of the position box, and the position box with the focus.
+    void focusPositionAtEnd();
+    void moveCaretToEnd();
+    // The View window, created hidden when the palette is first drawn.
+    ViewWindow* viewWindow();
+    void drawPalette();
+    DiagramView* diagramView() const { return diagramView_; }
+
+    // The engines: the Popeye and Crafty windows, created hidden at first use.
+    void openPopeye();
+    void openCrafty();
+    PopeyeWindow* popeyeWindow();
+    CraftyWindow* craftyWindow();
+
+    // The child windows that follow the main window when it is minimised,
+    // by their number (3, 6, 7, 8, 9); later windows register here.
+    void setChildWindow(int number, QWidget* window);
+
+    QAction* action(const QString& name) const;
+    Diagram& diagram() { return diagram_; }
+    AppState& state() { return state_; }
+
+    // How a further instance is started (replaced by tests).
+    std::function<void(const QStringList&)> startInstance;
+    // Shows the "Warning" message box (replaced by tests).
+    std::function<void(const QString&)> warn;
+    // Runs the file chooser modally (replaced by tests, which drive it).
+    std::function<void(FileChooser&)> runChooser;
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void createMenus();
+    void createControls();
+    void placeControls();
+    bool handlePositionKey(const QString& typed, int key);
+    void handlePositionKeyDown(int key);
+    bool handleStyleKey(int key);
+    void takeChildWindowsAlong();
+    void runToolCommand(const std::function<void()>& command, bool keepsFocus);
+    void showRecentBooks();
+    void showStyleName();
+    bool menuShortcutWins(QKeyEvent* key) const;
+    // Shows the file chooser for a purpose; true and the path after Ok.
+    bool showChooser(int mode, QString& path);
+    // Looks for the engines and Py.dat at start; the clean-up at the end.
+    void detectEngines();
+    void cleanUpEngines();
+
+    AppState& state_;
+    Diagram diagram_;
+    QLabel* pieceCounterLabel_ = nullptr;
+    QLineEdit* positionEdit_ = nullptr;
+    QComboBox* styleBox_ = nullptr;
+    BookPanel* bookPanel_ = nullptr;
+    QWidget* firstToolStrip_ = nullptr;
+    QWidget* secondToolStrip_ = nullptr;
+    DiagramView* diagramView_ = nullptr;
+    std::array<ToolButton*, 9> firstStripButtons_{};
+    std::array<ToolButton*, 9> secondStripButtons_{};
+    ToolButton* recModeButton_ = nullptr;
+    std::array<QAction*, 4> recentBookActions_{};
+    std::map<QString, QAction*> actions_;
+    std::array<QWidget*, 11> childWindows_{};
+    QString hiddenChildWindows_;
+    HelpWindow* helpWindow_ = nullptr;
+    ViewWindow* viewWindow_ = nullptr;
+    // Created at first use, then hidden between uses so that it remembers.
+    FileChooser* fileChooser_ = nullptr;
+    PopeyeWindow* popeyeWindow_ = nullptr;
+    CraftyWindow* craftyWindow_ = nullptr;
+    std::unique_ptr<QLockFile> instanceLock_;
+    bool unloaded_ = false;
+};
+
+} // namespace marlith

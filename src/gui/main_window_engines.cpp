@@ -1,0 +1,94 @@
+// MainWindow's part in the engines: finding them at start, opening their windows,
+// and their clean-up at the end.
+#include "gui/main_window.h"
+
+#include "gui/tool_button.h"
+#include "engines/crafty.h"
+#include "gui/crafty_window.h"
+#include "engines/engine_files.h"
+#include "gui/popeye_window.h"
+#include "position/piece_listing.h"
+
+#include <QAction>
+#include <QLineEdit>
+
+namespace marlith {
+
+void MainWindow::detectEngines() {
+    const QString& folder = state_.programFolder;
+    state_.popeyeProgram = findPopeye(folder);
+    state_.craftyProgram = findCrafty(folder);
+    state_.pyDatLists = {};
+    state_.pyDatDictionary.clear();
+    if (!state_.popeyeProgram.isEmpty()) {
+        PyDat table = readPyDat(findPyDat(folder));
+        state_.pyDatLists = std::move(table.lists);
+        state_.pyDatDictionary = table.dictionary;
+    }
+    const EngineMenu menu = locateEngines(!state_.popeyeProgram.isEmpty(),
+                                          !state_.craftyProgram.isEmpty(), state_.recentEngine);
+    state_.recentEngine = menu.recentEngine;
+    QAction* py = action(QStringLiteral("popeyeAction"));
+    QAction* crafty = action(QStringLiteral("craftyAction"));
+    py->setCheckable(true);
+    crafty->setCheckable(true);
+    py->setEnabled(menu.popeyeEnabled);
+    crafty->setEnabled(menu.craftyEnabled);
+    py->setChecked(menu.popeyeChecked);
+    crafty->setChecked(menu.craftyChecked);
+    firstStripButtons_[8]->setVisible(menu.toolShown);
+    // A second instance leaves the logs to the first, whose engine may run.
+    if (menu.craftyEnabled && state_.otherInstanceRunning == 0) clearLeftovers(folder);
+}
+
+void MainWindow::cleanUpEngines() {
+    if (action(QStringLiteral("craftyAction"))->isEnabled())
+        deleteCraftyWorkFiles(state_.programFolder);
+}
+
+PopeyeWindow* MainWindow::popeyeWindow() {
+    if (!popeyeWindow_) {
+        popeyeWindow_ = new PopeyeWindow(state_, this);
+        popeyeWindow_->warn = [this](const QString& text) { warn(text); };
+        setChildWindow(8, popeyeWindow_);
+    }
+    return popeyeWindow_;
+}
+
+CraftyWindow* MainWindow::craftyWindow() {
+    if (!craftyWindow_) {
+        craftyWindow_ = new CraftyWindow(state_, this);
+        craftyWindow_->warn = [this](const QString& text) { warn(text); };
+        setChildWindow(9, craftyWindow_);
+    }
+    return craftyWindow_;
+}
+
+void MainWindow::openPopeye() {
+    refreshPosition();
+    const Style& style = state_.style;
+    popeyeWindow()->setPieceLists(listPieces(state_.squares, state_.board(), style.PiecesList,
+                                   style.EnglishNotation, state_.fullDictionary,
+                                   ListingMode::Dictionary));
+    state_.recentEngine = QStringLiteral("Popeye");
+    action(QStringLiteral("craftyAction"))->setChecked(false);
+    action(QStringLiteral("popeyeAction"))->setChecked(true);
+    popeyeWindow_->show();
+    popeyeWindow_->raise();
+    popeyeWindow_->activateWindow();
+}
+
+void MainWindow::openCrafty() {
+    refreshPosition();
+    const QString fen =
+        craftyFen(positionEdit_->text(), state_.style.PiecesList, state_.style.EnglishNotation);
+    state_.recentEngine = QStringLiteral("Crafty");
+    action(QStringLiteral("craftyAction"))->setChecked(true);
+    action(QStringLiteral("popeyeAction"))->setChecked(false);
+    craftyWindow()->positionEdit()->setText(fen);
+    craftyWindow_->show();
+    craftyWindow_->raise();
+    craftyWindow_->activateWindow();
+}
+
+} // namespace marlith

@@ -1,0 +1,254 @@
+#include "gui/popeye_window.h"
+
+#include "core/app_state.h"
+#include "gui/widget_geometry.h"
+#include "gui/solution_list.h"
+#include "position/piece_listing.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTimer>
+
+namespace marlith {
+
+namespace {
+
+const char* const kCaptions[11] = {"Stipulation ", "Moves ",        "Conditions ", "Options ",
+                                   "Twins ",       "ZeroPosition ", "White pcs ",  "Black pcs ",
+                                   "Neutral pcs ", "Command ",      "Maxmem "};
+
+QFrame* rule(QWidget* parent, const char* name, int y, const QColor& colour) {
+    auto* line = new QFrame(parent);
+    line->setObjectName(QLatin1String(name));
+    line->setGeometry(0, twipsToWholePixels(y), twipsToWholePixels(4440), 1);
+    line->setAutoFillBackground(true);
+    QPalette palette = line->palette();
+    palette.setColor(QPalette::Window, colour);
+    line->setPalette(palette);
+    return line;
+}
+
+QString cutTrailingBlanks(QString text) {
+    while (text.endsWith(QLatin1Char(' ')))
+        text.chop(1);
+    return text;
+}
+
+} // namespace
+
+PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
+    : EngineWindow(state, parent, QStringLiteral("Form8"), QStringLiteral("Popeye")) {
+    resize(twipsToWholePixels(8565), twipsToWholePixels(4170));
+
+    QPalette red = palette();
+    red.setColor(QPalette::WindowText, QColor(0xFF, 0, 0));
+    for (int i = 0; i < 11; ++i) {
+        const auto at = static_cast<size_t>(i);
+        auto* label = new QLabel(QString::fromUtf8(kCaptions[i]), this);
+        label->setObjectName(QStringLiteral("Label1(%1)").arg(i));
+        label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        auto* combo = new QComboBox(this);
+        combo->setObjectName(QStringLiteral("Combo1(%1)").arg(i));
+        combo->setEditable(true);
+        combo->setInsertPolicy(QComboBox::NoInsert);
+        combo->setCompleter(nullptr);
+        combo->addItems(state_.pyDatLists[at]);
+        combo->setCurrentIndex(-1);
+        combo->setEditText(QString());
+        if (i == 0) {
+            label->setGeometry(twipsRect(0, 40, 975, 315));
+            combo->setGeometry(twipsRect(960, 40, 1815, 315));
+        } else if (i == 1) {
+            label->setGeometry(twipsRect(3000, 45, 735, 315));
+            combo->setGeometry(twipsRect(3720, 45, 735, 315));
+        } else if (i == 10) {
+            label->setGeometry(twipsRect(0, 3360, 975, 315));
+            combo->setGeometry(twipsRect(960, 3360, 1215, 315));
+        } else {
+            const int top = 480 + (i - 2) * 360;
+            label->setGeometry(twipsRect(0, top, 975, 315));
+            combo->setGeometry(twipsRect(960, top, 3495, 315));
+        }
+        if (i < 2) label->setPalette(red);
+        // Typing is a change; a text set by the program is not, as the field
+        // is then set along with it.
+        connect(combo->lineEdit(), &QLineEdit::textEdited, this, [this, i] { setParam(i); });
+        connect(combo, &QComboBox::activated, this, [this, i] { chooseEntry(i); });
+        paramLabels_[at] = label;
+        paramBoxes_[at] = combo;
+    }
+    rule(this, "stipulationSeparatorLine", 405, Qt::white);
+    rule(this, "buttonSeparatorLine", 3720, palette().color(QPalette::WindowText));
+
+    clockLabel_ = new QLabel(this);
+    clockLabel_->setObjectName(QStringLiteral("clockLabel"));
+    clockLabel_->setGeometry(twipsRect(2280, 3480, 1215, 255));
+    clockLabel_->setAlignment(Qt::AlignCenter);
+    QFont bold = clockLabel_->font();
+    bold.setBold(true);
+    clockLabel_->setFont(bold);
+
+    solveButton_ = namedButton(this, "solveButton", "&Solution", twipsRect(3600, 3360, 855, 315));
+    solveButton_->setFont(bold);
+    clearAllButton_ = namedButton(this, "clearAllButton", "Cl&ear All", twipsRect(0, 3840, 855, 315));
+    copySolutionButton_ = namedButton(this, "copySolutionButton", "&Copy Sol", twipsRect(1320, 3840, 855, 315));
+    printSolutionButton_ = namedButton(this, "printSolutionButton", "&Print Sol", twipsRect(2280, 3840, 855, 315));
+    closeButton_ = namedButton(this, "closeButton", "Cl&ose", twipsRect(3600, 3840, 855, 315));
+    connect(clearAllButton_, &QPushButton::clicked, this, &PopeyeWindow::clearAll);
+    connect(solveButton_, &QPushButton::clicked, this, &PopeyeWindow::solve);
+    connect(closeButton_, &QPushButton::clicked, this, &PopeyeWindow::hideWindow);
+    connect(copySolutionButton_, &QPushButton::clicked, this, &PopeyeWindow::copySolution);
+    connect(printSolutionButton_, &QPushButton::clicked, this, &PopeyeWindow::printSolution);
+
+    makeSolutionList(twipsRect(4560, 45, 3975, 3960))->setFocusPolicy(Qt::NoFocus);
+
+    QWidget* previous = paramBoxes_[0];
+    for (QWidget* next : {static_cast<QWidget*>(paramBoxes_[1]), static_cast<QWidget*>(paramBoxes_[2]),
+                          static_cast<QWidget*>(paramBoxes_[3]), static_cast<QWidget*>(paramBoxes_[4]),
+                          static_cast<QWidget*>(paramBoxes_[5]), static_cast<QWidget*>(paramBoxes_[6]),
+                          static_cast<QWidget*>(paramBoxes_[7]), static_cast<QWidget*>(paramBoxes_[8]),
+                          static_cast<QWidget*>(paramBoxes_[9]), static_cast<QWidget*>(paramBoxes_[10]),
+                          static_cast<QWidget*>(solveButton_), static_cast<QWidget*>(clearAllButton_),
+                          static_cast<QWidget*>(copySolutionButton_), static_cast<QWidget*>(printSolutionButton_),
+                          static_cast<QWidget*>(closeButton_)}) {
+        setTabOrder(previous, next);
+        previous = next;
+    }
+
+    watchFocus();
+}
+
+void PopeyeWindow::setPieceLists(const PieceLists& lists) {
+    const QString* texts[3] = {&lists.white, &lists.black, &lists.neutral};
+    for (int i = 0; i < 3; ++i) {
+        const auto at = static_cast<size_t>(6 + i);
+        paramBoxes_[at]->setEditText(cutTrailingBlanks(QLatin1Char(' ') + *texts[i]));
+        state_.popeyeParams[at] = *texts[i];
+    }
+}
+
+void PopeyeWindow::setParam(int index) {
+    const auto at = static_cast<size_t>(index);
+    state_.popeyeParams[at] = trimSpaces(paramBoxes_[at]->currentText());
+}
+
+void PopeyeWindow::chooseEntry(int index) {
+    const auto at = static_cast<size_t>(index);
+    QComboBox* combo = paramBoxes_[at];
+    const EntryChoice choice =
+        entryChoice(combo->itemText(combo->currentIndex()), state_.popeyeParams[at]);
+    state_.popeyeParams[at] = choice.param;
+    if (choice.none) {
+        combo->setEditText(QString());
+        return;
+    }
+    // The next tick shows the assembled field in the box.
+    pendingBox_ = static_cast<int16_t>(index);
+    wake();
+}
+
+void PopeyeWindow::clearAll() {
+    solutionList_->clear();
+    for (size_t i = 0; i < paramBoxes_.size(); ++i) {
+        state_.popeyeParams[i].clear();
+        paramBoxes_[i]->setEditText(QString());
+    }
+}
+
+void PopeyeWindow::solve() {
+    solutionList_->clear();
+    const QString refusal = runWarning(state_.popeyeParams);
+    if (!refusal.isEmpty()) {
+        warn(refusal);
+        return;
+    }
+    const QString problem = problemPath(state_.programFolder, state_.tempSeed);
+    const QString protocol = protocolPath(state_.programFolder, state_.tempSeed);
+    // The solver appends to a protocol file that is there already.
+    QFile::remove(protocol);
+    {
+        QFile file(problem);
+        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) return;
+        const QByteArray text = problemFileText(state_.popeyeParams, protocol);
+        if (file.write(text) != text.size()) return;
+    }
+    solutionList_->addItem(QStringLiteral("Calculating..."));
+    const double maxTime = makeOptionText(state_.popeyeParams[3]).maxTime;
+
+    if (!engine_.start(state_.popeyeProgram, popeyeArguments(state_.popeyeParams, problem),
+                       state_.programFolder))
+        return;
+
+    running_ = 1;
+    solveButton_->setEnabled(false);
+    closeButton_->setText(QStringLiteral("&Hide"));
+    run_.begin(protocol, maxTime);
+    wake();
+}
+
+void PopeyeWindow::hideWindow() {
+    hide();
+}
+
+void PopeyeWindow::copySolution() {
+    copyRows(listRows(solutionList_));
+}
+
+void PopeyeWindow::printSolution() {
+    printRows(listRows(solutionList_), state_.programFolder + QStringLiteral("Solution.pdf"));
+}
+
+void PopeyeWindow::wake() {
+    if (!pollTimer_->isActive()) pollTimer_->start();
+}
+
+void PopeyeWindow::tick() {
+    if (pendingBox_ >= 0) {
+        QComboBox* combo = paramBoxes_[static_cast<size_t>(pendingBox_)];
+        combo->setEditText(QLatin1Char(' ') + state_.popeyeParams[static_cast<size_t>(pendingBox_)]);
+        combo->lineEdit()->end(false);
+        pendingBox_ = -1;
+    }
+    if (running_ == 0) {
+        pollTimer_->stop();
+        return;
+    }
+    showClock(run_.clock(clock_.elapsed() / 1000.0));
+    QStringList rows;
+    switch (run_.advance(engine_.running(), rows)) {
+    case PopeyeRun::Step::Rows:
+        showRows(rows);
+        break;
+    case PopeyeRun::Step::Finished:
+        running_ = 0;
+        endRun(solveButton_, closeButton_);
+        break;
+    case PopeyeRun::Step::Waiting:
+        break;
+    }
+}
+
+void PopeyeWindow::focusChanged() {
+    for (size_t i = 0; i < paramBoxes_.size(); ++i) {
+        const bool focused = paramBoxes_[i]->hasFocus() || paramBoxes_[i]->lineEdit()->hasFocus();
+        setFocusBorder(paramLabels_[i], focused);
+    }
+}
+
+void PopeyeWindow::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    stretchSolutionList(4690, 465);
+}
+
+void PopeyeWindow::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // Leaving the window empties the clock; a run writes it again next second.
+    if (event->type() == QEvent::ActivationChange && !isActiveWindow()) clockLabel_->clear();
+}
+
+} // namespace marlith

@@ -1,0 +1,60 @@
+// PopeyeWindow: the Popeye window. Its fields make the problem file; a run starts
+// the solver and a timer waits for the protocol, which fills the list.
+#pragma once
+
+#include "engines/popeye.h"
+
+#include "gui/engine_window.h"
+
+#include <array>
+
+class QComboBox;
+class QLabel;
+class QPushButton;
+
+namespace marlith {
+
+struct PieceLists;
+
+class PopeyeWindow : public EngineWindow {
+    Q_OBJECT
+  public:
+    PopeyeWindow(AppState& state, QWidget* parent);
+
+    // The piece lists of openPopeye go into boxes 6, 7 and 8.
+    void setPieceLists(const PieceLists& lists);
+
+    void clearAll();
+    void solve();
+    void hideWindow();
+    void copySolution();
+    void printSolution();
+    void setParam(int index);
+    void chooseEntry(int index);
+    void tick() override;
+
+    int16_t running() const { return running_; }
+    QComboBox* paramBox(int index) const { return paramBoxes_[static_cast<size_t>(index)]; }
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void focusChanged() override;
+    // The timer runs while there is something to do, and no longer.
+    void wake();
+
+    std::array<QLabel*, 11> paramLabels_{};
+    std::array<QComboBox*, 11> paramBoxes_{};
+    QPushButton* clearAllButton_ = nullptr;
+    QPushButton* solveButton_ = nullptr;
+    QPushButton* closeButton_ = nullptr;
+    QPushButton* copySolutionButton_ = nullptr;
+    QPushButton* printSolutionButton_ = nullptr;
+    int16_t running_ = 0;
+    int16_t pendingBox_ = -1;
+    PopeyeRun run_;
+};
+
+} // namespace marlith
