@@ -1,7 +1,7 @@
 #include "gui/book_panel.h"
 
 #include "books/book_walk.h"
-#include "gui/main_window.h"
+#include "core/app_state.h"
 #include "gui/tool_faces.h"
 #include "gui/tool_button.h"
 #include "gui/widget_geometry.h"
@@ -13,8 +13,7 @@
 
 namespace marlith {
 
-BookPanel::BookPanel(AppState& state, MainWindow& host, QWidget* parent)
-    : QGroupBox(parent), state_(state), host_(host) {
+BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), state_(state) {
     setObjectName(QStringLiteral("bookPanel"));
     gameLabel_ = new QLabel(this);
     gameLabel_->setObjectName(QStringLiteral("gameLabel"));
@@ -77,7 +76,7 @@ void BookPanel::resetGameScrollBar() {
 void BookPanel::showGame() {
     stepThroughGame(0);
     setGameCaption();
-    host_.moveCaretToEnd();
+    Q_EMIT stepped();
 }
 
 void BookPanel::setGameCaption() {
@@ -101,7 +100,7 @@ void BookPanel::stepThroughGame(int index) {
                 // The book's style tag changes the style, as the name typed
                 // into the list would.
                 if (!style->isEmpty() && style->toUpper() != state_.style.StyleName.toUpper())
-                    host_.chooseStyleByName(*style);
+                    Q_EMIT styleTagFound(*style);
             } else {
                 headerList_->addItems(wrapHeader(t));
             }
@@ -126,13 +125,13 @@ void BookPanel::stepThroughGame(int index) {
         break;
     }
     if (moved) showRecord();
-    host_.moveCaretToEnd();
+    Q_EMIT stepped();
 }
 
 void BookPanel::showRecord() {
-    const ShownPosition shown = marlith::showRecord(state_.book.currentRecord);
+    const ShownPosition shown = positionOfRecord(state_.book.currentRecord);
     sideLabel_->setText(sideCaption(shown.side));
-    host_.showPosition(QString::fromLatin1(shown.board));
+    Q_EMIT positionShown(QString::fromLatin1(shown.board));
 }
 
 bool BookPanel::eventFilter(QObject* watched, QEvent* event) {
@@ -140,7 +139,7 @@ bool BookPanel::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyPress: {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
-            host_.refreshPosition();
+            Q_EMIT refreshRequested();
             return true;
         }
         if (watched == stepStrip_) {

@@ -1,6 +1,6 @@
-// the book panel: the book panel of the main window. A scroll bar steps from game to
-// game, four buttons step through the positions of a game, a list shows the
-// game's header lines, and the position on show goes into the position box.
+// The book panel beside the board: a scroll bar steps from game to game, four
+// buttons step through the positions of a game, a list shows the game's header
+// lines, and the position on show goes out through positionShown.
 #pragma once
 
 #include <QGroupBox>
@@ -13,13 +13,12 @@ class QScrollBar;
 namespace marlith {
 
 struct AppState;
-class MainWindow;
 class ToolButton;
 
 class BookPanel : public QGroupBox {
     Q_OBJECT
   public:
-    BookPanel(AppState& state, MainWindow& host, QWidget* parent);
+    BookPanel(AppState& state, QWidget* parent);
 
     // Sets the scroll bar for the book's games and shows game 1.
     void resetGameScrollBar();
@@ -30,11 +29,21 @@ class BookPanel : public QGroupBox {
     void setGameCaption();
     // The running count of a scan.
     void showCount(int games);
-    // Label1 is red while a search narrows the book.
+    // The game label is red while a search narrows the book.
     void setNarrowed(bool narrowed);
 
     QScrollBar* gameScrollBar() const { return gameScrollBar_; }
     QListWidget* headerList() const { return headerList_; }
+
+  Q_SIGNALS:
+    // The board field of the record on show, for the position box.
+    void positionShown(const QString& board);
+    // A step is over: the caret goes behind the position.
+    void stepped();
+    // A game's style tag names this style.
+    void styleTagFound(const QString& name);
+    // Enter on one of the panel's controls.
+    void refreshRequested();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -43,7 +52,6 @@ class BookPanel : public QGroupBox {
     void showRecord();
 
     AppState& state_;
-    MainWindow& host_;
     QLabel* gameLabel_;
     QScrollBar* gameScrollBar_;
     QListWidget* headerList_;

@@ -125,7 +125,11 @@ void MainWindow::createControls() {
     viewButton->setGeometry(twipsRect(2160, 1680, 735, 315));
     styleBox_->setGeometry(twipsRect(120, 1680, 1935, 315));
 
-    bookPanel_ = new BookPanel(state_, *this, central);
+    bookPanel_ = new BookPanel(state_, central);
+    connect(bookPanel_, &BookPanel::positionShown, this, &MainWindow::showPosition);
+    connect(bookPanel_, &BookPanel::stepped, this, &MainWindow::moveCaretToEnd);
+    connect(bookPanel_, &BookPanel::styleTagFound, this, &MainWindow::chooseStyleByName);
+    connect(bookPanel_, &BookPanel::refreshRequested, this, &MainWindow::refreshPosition);
     bookPanel_->setGeometry(twipsRect(0, 2280, 3015, 5775));
     bookPanel_->hide(); // the book panel, shown while a book is open
 
@@ -526,7 +530,11 @@ void MainWindow::showRecentBooks() {
 
 ViewWindow* MainWindow::viewWindow() {
     if (!viewWindow_) {
-        viewWindow_ = new ViewWindow(state_, *this);
+        viewWindow_ = new ViewWindow(state_, diagram_, diagramView_, this);
+        connect(viewWindow_, &ViewWindow::returnedToPosition, this,
+                &MainWindow::focusPositionAtEnd);
+        connect(viewWindow_, &ViewWindow::pressDone, this, &MainWindow::moveCaretToEnd);
+        connect(viewWindow_, &ViewWindow::boardEdited, this, &MainWindow::commitBoardEdit);
         setChildWindow(6, viewWindow_);
     }
     return viewWindow_;
@@ -658,10 +666,6 @@ void MainWindow::saveImage() {
     saveBitmap(diagram_.image(), state_.imageFile);
     setWindowTitle(QStringLiteral("Marlith - ") + state_.imageFile);
     unsetCursor();
-}
-
-void MainWindow::saveImage() {
-    saveImage();
 }
 
 void MainWindow::saveImageAs() {

@@ -72,7 +72,6 @@ class MainWindow : public QMainWindow {
     BookPanel* bookPanel() const { return bookPanel_; }
 
     void saveImage();
-    void saveImage();
     void saveImageAs();
     void copyImage();
     void copyPosition();

@@ -1,6 +1,7 @@
 #include "gui/view_window.h"
 
-#include "gui/main_window.h"
+#include "core/app_state.h"
+#include "drawing/diagram.h"
 #include "gui/diagram_view.h"
 #include "drawing/palette.h"
 #include "editing/board_edit.h"
@@ -12,8 +13,9 @@
 
 namespace marlith {
 
-ViewWindow::ViewWindow(AppState& state, MainWindow& form1)
-    : QWidget(&form1, Qt::Tool), state_(state), form1_(form1) {
+ViewWindow::ViewWindow(AppState& state, const Diagram& diagram, DiagramView* board,
+                       QWidget* parent)
+    : QWidget(parent, Qt::Tool), state_(state), diagram_(diagram), board_(board) {
     setObjectName(QStringLiteral("viewWindow"));
     setWindowTitle(QStringLiteral("View"));
     paletteView_ = new QLabel(this);
@@ -29,7 +31,7 @@ ViewWindow::ViewWindow(AppState& state, MainWindow& form1)
 void ViewWindow::drawPalette() {
     const Style& style = state_.style;
     const QSize palette = paletteSizeTwips(style);
-    const QImage image = paletteImage(form1_.diagram().sheet(), style);
+    const QImage image = paletteImage(diagram_.sheet(), style);
     paletteView_->setPixmap(QPixmap::fromImage(image));
     paletteView_->setGeometry(0, 0, image.width(), image.height());
     const int cellW = twipsToWholePixels(style.SqrWidth);
@@ -44,12 +46,12 @@ void ViewWindow::drawPalette() {
 }
 
 void ViewWindow::drawChosenPiece() {
-    const QImage selected = chosenPieceImage(form1_.diagram().sheet(), state_.style, state_.chosenPiece);
+    const QImage selected = chosenPieceImage(diagram_.sheet(), state_.style, state_.chosenPiece);
     chosenPieceView_->setPixmap(selected.isNull() ? QPixmap() : QPixmap::fromImage(selected));
 }
 
 void ViewWindow::returnToPosition() {
-    form1_.focusPositionAtEnd();
+    Q_EMIT returnedToPosition();
 }
 
 void ViewWindow::closeEvent(QCloseEvent* event) {
@@ -113,7 +115,7 @@ void ViewWindow::releaseOnPalette(QMouseEvent* event) {
     const int released = paletteCell(at.x() * kTwipsPerPixel, at.y() * kTwipsPerPixel, style);
     const int pressed = paletteCell(state_.pressX, state_.pressY, style);
     // The point of the release as a point of the main board, through the screen.
-    DiagramView* board = form1_.diagramView();
+    DiagramView* board = board_;
     const QPointF onBoard = board->mapFromGlobal(paletteView_->mapToGlobal(at));
     int target = board->rect().contains(onBoard.toPoint())
                      ? squareAt(onBoard.x() * kTwipsPerPixel, onBoard.y() * kTwipsPerPixel, style)
@@ -121,7 +123,7 @@ void ViewWindow::releaseOnPalette(QMouseEvent* event) {
 
     auto finish = [this] {
         paletteView_->unsetCursor();
-        form1_.moveCaretToEnd();
+        Q_EMIT pressDone();
         state_.pressX = -1.0f;
         state_.pressY = -1.0f;
     };
@@ -146,7 +148,7 @@ void ViewWindow::releaseOnPalette(QMouseEvent* event) {
     state_.clickedSquare = static_cast<int16_t>(target);
     const int square = screenSquare(target, squares, state_.reversedBoard);
     landPiece(state_.squares, square, pressed, pieces, style.BorderWidth);
-    form1_.commitBoardEdit();
+    Q_EMIT boardEdited();
     finish();
 }
 
