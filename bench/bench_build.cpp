@@ -79,7 +79,9 @@ int main(int argc, char* argv[]) {
     Diagram diagram;
     SquareVector squareVector{};
     const Board board{20, 20};
-    auto paint = [&](int cell, int oneBasedSquare) { diagram.copyCellToSquare(cell, oneBasedSquare, style, 0); };
+    auto paint = [&](int cell, int oneBasedSquare) {
+        diagram.copyCellToSquare(cell, oneBasedSquare, style, 0);
+    };
     auto fullRedraw = [&](int) {
         style.WndWidth = 0;
         style.WndHeight = 0;
@@ -89,35 +91,37 @@ int main(int argc, char* argv[]) {
     };
     fullRedraw(0);
     const long long copiesBefore = diagram.copies();
-    const double keystroke = meanMicros(
-        20000, [&](int i) { buildBoard(i % 2 ? a : b, squareVector, board, style.PiecesList, paint, nullptr); });
+    const double keystroke = meanMicros(20000, [&](int i) {
+        buildBoard(i % 2 ? a : b, squareVector, board, style.PiecesList, paint, nullptr);
+    });
     const double copiesPerKeystroke = static_cast<double>(diagram.copies() - copiesBefore) / 20000;
     const double full = meanMicros(200, fullRedraw);
 
     // The same through the main window: the text box, its change event, buildBoard.
     AppState state;
-    MainWindow form1(state);
-    form1.startInstance = [](const QStringList&) {};
-    form1.start({});
+    MainWindow window(state);
+    window.startInstance = [](const QStringList&) {};
+    window.start({});
     state.style = bigStyle(sheet);
-    auto* text1 = form1.findChild<QLineEdit*>(QStringLiteral("positionEdit"));
+    auto* positionEdit = window.findChild<QLineEdit*>(QStringLiteral("positionEdit"));
     auto windowFull = [&](int) {
         state.style.WndWidth = 0;
         state.style.WndHeight = 0;
-        form1.drawBoard();
+        window.drawBoard();
         invalidatePainted(state.squares, state.board());
-        form1.buildBoard();
+        window.buildBoard();
     };
-    text1->setText(a);
+    positionEdit->setText(a);
     windowFull(0);
-    const double windowKeystroke = meanMicros(5000, [&](int i) { text1->setText(i % 2 ? a : b); });
+    const double windowKeystroke =
+        meanMicros(5000, [&](int i) { positionEdit->setText(i % 2 ? a : b); });
     const double windowFullTime = meanMicros(100, windowFull);
 
     std::printf("20 x 20 board, 60-pixel squares, sheet loaded from %s\n", "a BMP file");
     std::printf("%-52s %12s %10s\n", "operation", "micros", "ratio");
     row("keystroke: Build, one square changes", keystroke, keystroke);
     row("full: DrawBoard + ResetVet + Build", full, keystroke);
-    row("keystroke through Text1 of the main window", windowKeystroke, windowKeystroke);
+    row("keystroke through the position box of the main window", windowKeystroke, windowKeystroke);
     row("full through the main window", windowFullTime, windowKeystroke);
     std::printf("squares copied per keystroke: %.2f\n", copiesPerKeystroke);
     std::printf("full redraw / keystroke: %.1f (drawing), %.1f (window)\n", full / keystroke,

@@ -306,7 +306,8 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
             const qsizetype at = piecesList.indexOf(QLatin1Char(letter));
             squareVector[square][1] = static_cast<int16_t>(at < 0 ? 0 : at + 1);
         }
-        if (!sink.write(kPositionKind, squaresToFen(squareVector, board, piecesList).toLatin1())) return fail();
+        if (!sink.write(kPositionKind, squaresToFen(squareVector, board, piecesList).toLatin1()))
+            return fail();
     }
     sink.finish(true);
     return scan;

@@ -17,7 +17,7 @@ struct ChooserEntry {
     QString name;        // the name proposed
 };
 
-// The entry for SeekMode `mode` (0 save image, 1 open book, 2 border bitmap,
+// The entry for chooser mode `mode` (0 save image, 1 open book, 2 border bitmap,
 // 3 piece sheet, 4 style file), given the filter of the last use. Nothing
 // for any other mode: the window then stays as it was left.
 std::optional<ChooserEntry> chooserEntryFor(int mode, const QString& lastFilter);

@@ -34,8 +34,9 @@ struct AppState {
     std::array<QString, 11> popeyeParams;
     // The extension of the current Crafty log, such as "007".
     QString logExtension;
-    int16_t otherInstanceRunning = 0;
-    int16_t mainWindowAlive = -1; // -1 while the main window lives, 0 once it closes
+    bool otherInstanceRunning = false;
+    // Child windows only hide on close while the main window lives.
+    bool mainWindowAlive = true;
     int16_t reversedBoard = 0;
     int16_t clickedSquare = -1;
     int16_t chosenPiece = -1;

@@ -1,7 +1,7 @@
 #include "drawing/diagram.h"
 
-#include "drawing/pixel_copy.h"
 #include "drawing/piece_sheet.h"
+#include "drawing/pixel_copy.h"
 
 #include <QFontMetrics>
 #include <QPainter>
@@ -154,7 +154,8 @@ void Diagram::drawFrame(const Style& style) {
     const double width = style.WndWidth;
     const double height = style.WndHeight;
     auto line = [&](double x1, double y1, double x2, double y2) {
-        painter.drawLine(twipsToWholePixels(x1), twipsToWholePixels(y1), twipsToWholePixels(x2), twipsToWholePixels(y2));
+        painter.drawLine(twipsToWholePixels(x1), twipsToWholePixels(y1), twipsToWholePixels(x2),
+                         twipsToWholePixels(y2));
     };
     // Along the edges of the picture; the far lines keep 66 twips clear.
     line(h, 0, h, height);
@@ -219,7 +220,8 @@ void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
     }
 }
 
-void Diagram::copyCellToSquare(int cell, int oneBasedSquare, const Style& style, int reversedBoard) {
+void Diagram::copyCellToSquare(int cell, int oneBasedSquare, const Style& style,
+                               int reversedBoard) {
     const int columns = style.BorderWidth;
     const int squares = boardSquares(style.BorderHeight, columns);
     const int cellsPerRow = static_cast<int>(style.PiecesList.size()) + 1;

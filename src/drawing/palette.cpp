@@ -29,7 +29,8 @@ void copyCell(const QImage& sheet, int sx, int sy, QImage& target, int tx, int t
 
 QImage paletteImage(const QImage& sheet, const Style& style) {
     const QSize twips = paletteSizeTwips(style);
-    QImage palette(twipsToWholePixels(twips.width()), twipsToWholePixels(twips.height()), QImage::Format_RGB32);
+    QImage palette(twipsToWholePixels(twips.width()), twipsToWholePixels(twips.height()),
+                   QImage::Format_RGB32);
     if (palette.isNull()) return palette;
     palette.fill(Qt::white);
     const int pieces = static_cast<int>(style.PiecesList.size());

@@ -19,11 +19,12 @@ int keyMask(Qt::KeyboardModifiers modifiers) {
 
 void landPiece(SquareVector& squareVector, int square, int content, int piecesCount, int columns) {
     if (content > piecesCount) content -= piecesCount + 1;
-    squareVector[square][1] = static_cast<int16_t>(content + (piecesCount + 1) * squareColor(square, columns));
+    squareVector[square][1] =
+        static_cast<int16_t>(content + (piecesCount + 1) * squareColor(square, columns));
 }
 
 BoardEdit editOnRelease(const BoardPress& press, double x, double y, SquareVector& squareVector,
-                         const Style& style, int reversedBoard, int chosenPiece) {
+                        const Style& style, int reversedBoard, int chosenPiece) {
     BoardEdit edit;
     if (isStroke(press)) return edit;
     const int screenA = squareAt(press.x, press.y, style);

@@ -37,16 +37,16 @@ inline bool isStroke(const BoardPress& press) {
 }
 
 struct BoardEdit {
-    bool squaresChanged = false;   // the vector changed: pass it on to the text
-    int clickedSquare = -1; // the square clicked, as numbered on the screen
-    bool clicked = false;   // clickedSquare is to be taken over
+    bool squaresChanged = false; // the vector changed: pass it on to the text
+    int clickedSquare = -1;      // the square clicked, as numbered on the screen
+    bool clicked = false;        // clickedSquare is to be taken over
 };
 
 // The edit of a release at (x, y) after `press`: a left drag moves (Ctrl
 // alone copies), a left click sets the chosen piece, a right click empties.
 // A gesture that starts or ends off the squares does nothing.
 BoardEdit editOnRelease(const BoardPress& press, double x, double y, SquareVector& squareVector,
-                         const Style& style, int reversedBoard, int chosenPiece);
+                        const Style& style, int reversedBoard, int chosenPiece);
 
 // Puts piece `content` on board square `square` as the sheet cell of that
 // square's colour, as an edit leaves it until the next buildBoard.

@@ -142,7 +142,8 @@ CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool(
         if (QFileInfo::exists(game)) QFile::remove(game);
         if (QFileInfo::exists(game)) return Step::Waiting;
         // The game file of the log the engine opened first and put away.
-        if (firstExtension_ != logExtension_) QFile::remove(folder_ + QStringLiteral("game.") + firstExtension_);
+        if (firstExtension_ != logExtension_)
+            QFile::remove(folder_ + QStringLiteral("game.") + firstExtension_);
         stage_ = 0;
         active_ = false;
         clock_.reset();

@@ -2,8 +2,8 @@
 
 #include "books/book_walk.h"
 #include "core/app_state.h"
-#include "gui/tool_faces.h"
 #include "gui/tool_button.h"
+#include "gui/tool_faces.h"
 #include "gui/widget_geometry.h"
 
 #include <QKeyEvent>
@@ -12,6 +12,11 @@
 #include <QScrollBar>
 
 namespace marlith {
+
+namespace {
+constexpr const char* kStepButtonNames[4] = {"firstPositionButton", "previousPositionButton",
+                                             "nextPositionButton", "lastPositionButton"};
+} // namespace
 
 BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), state_(state) {
     setObjectName(QStringLiteral("bookPanel"));
@@ -42,7 +47,7 @@ BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), stat
     const auto faces = stepButtonFaces();
     for (int i = 0; i < 4; ++i) {
         stepButtons_[i] = new ToolButton(faces[i], faces[i + 4], stepStrip_);
-        stepButtons_[i]->setObjectName(QStringLiteral("Image2(%1)").arg(i));
+        stepButtons_[i]->setObjectName(QLatin1String(kStepButtonNames[i]));
         stepButtons_[i]->move(i * 240 / kTwipsPerPixel, 0);
         connect(stepButtons_[i], &ToolButton::clicked, this, [this, i] { stepThroughGame(i); });
     }
@@ -81,9 +86,9 @@ void BookPanel::showGame() {
 
 void BookPanel::setGameCaption() {
     gameLabel_->setText(QStringLiteral("Game %1. (%2 of %3)")
-                         .arg(QString::fromLatin1(state_.book.currentRecord.mid(2, 6).trimmed()))
-                         .arg(std::max(1, gameScrollBar_->value()))
-                         .arg(state_.book.gameCount));
+                            .arg(QString::fromLatin1(state_.book.currentRecord.mid(2, 6).trimmed()))
+                            .arg(std::max(1, gameScrollBar_->value()))
+                            .arg(state_.book.gameCount));
 }
 
 void BookPanel::stepThroughGame(int index) {

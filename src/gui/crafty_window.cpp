@@ -1,8 +1,8 @@
 #include "gui/crafty_window.h"
 
 #include "core/app_state.h"
-#include "gui/widget_geometry.h"
 #include "gui/solution_list.h"
+#include "gui/widget_geometry.h"
 
 #include <QComboBox>
 #include <QFile>
@@ -17,7 +17,7 @@
 namespace marlith {
 
 CraftyWindow::CraftyWindow(AppState& state, QWidget* parent)
-    : EngineWindow(state, parent, QStringLiteral("Form9"), QStringLiteral("Crafty")) {
+    : EngineWindow(state, parent, QStringLiteral("craftyWindow"), QStringLiteral("Crafty")) {
     resize(twipsToWholePixels(8175), twipsToWholePixels(4890));
 
     auto* sideGroup = new QGroupBox(QStringLiteral("Move first"), this);
@@ -57,9 +57,12 @@ CraftyWindow::CraftyWindow(AppState& state, QWidget* parent)
     clockLabel_ = namedLabel(this, "clockLabel", "", twipsRect(7200, 600, 855, 255));
     clockLabel_->setAlignment(Qt::AlignCenter);
     clockLabel_->setFont(bold);
-    auto* clearAllButton = namedButton(this, "clearAllButton", "Cl&ear All", twipsRect(3120, 480, 855, 315));
-    auto* copySolutionButton = namedButton(this, "copySolutionButton", "&Copy Sol", twipsRect(4080, 480, 855, 315));
-    auto* printSolutionButton = namedButton(this, "printSolutionButton", "&Print Sol", twipsRect(5040, 480, 855, 315));
+    auto* clearAllButton =
+        namedButton(this, "clearAllButton", "Cl&ear All", twipsRect(3120, 480, 855, 315));
+    auto* copySolutionButton =
+        namedButton(this, "copySolutionButton", "&Copy Sol", twipsRect(4080, 480, 855, 315));
+    auto* printSolutionButton =
+        namedButton(this, "printSolutionButton", "&Print Sol", twipsRect(5040, 480, 855, 315));
     closeButton_ = namedButton(this, "closeButton", "Cl&ose", twipsRect(6000, 480, 855, 315));
     connect(solveButton_, &QPushButton::clicked, this, &CraftyWindow::solve);
     connect(copySolutionButton, &QPushButton::clicked, this, &CraftyWindow::copySolution);
@@ -94,8 +97,8 @@ void CraftyWindow::solve() {
     {
         QFile rc(state_.programFolder + QLatin1String(kCraftyRc));
         if (!rc.open(QIODevice::WriteOnly | QIODevice::Truncate)) return;
-        const QByteArray text =
-            craftyRcText(depthBox_->currentText(), positionEdit_->text(), whiteOption_->isChecked());
+        const QByteArray text = craftyRcText(depthBox_->currentText(), positionEdit_->text(),
+                                             whiteOption_->isChecked());
         if (rc.write(text) != text.size()) return;
     }
     state_.logExtension = firstFreeLogExtension(state_.programFolder);

@@ -77,14 +77,16 @@ void EngineWindow::endRun(QPushButton* start, QPushButton* hide) {
 void EngineWindow::stretchSolutionList(int lessWidthTwips, int lessHeightTwips) {
     if (!isNormalState(*this)) return;
     const QSize outer = frameGeometry().size();
-    const int width = twipsToWholePixels(std::max(0, outer.width() * kTwipsPerPixel - lessWidthTwips));
-    const int height = twipsToWholePixels(std::max(0, outer.height() * kTwipsPerPixel - lessHeightTwips));
+    const int width =
+        twipsToWholePixels(std::max(0, outer.width() * kTwipsPerPixel - lessWidthTwips));
+    const int height =
+        twipsToWholePixels(std::max(0, outer.height() * kTwipsPerPixel - lessHeightTwips));
     solutionList_->resize(width, height);
 }
 
 void EngineWindow::closeEvent(QCloseEvent* event) {
     // Closing only hides the window while the main window lives; a run goes on.
-    if (state_.mainWindowAlive != 0) {
+    if (state_.mainWindowAlive) {
         event->ignore();
         hide();
         return;

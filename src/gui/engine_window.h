@@ -33,15 +33,15 @@ class EngineWindow : public QWidget {
   protected:
     EngineWindow(AppState& state, QWidget* parent, const QString& name, const QString& title);
 
-    // List1, in the face colour of the buttons.
+    // The solution list, in the face colour of the buttons.
     QListWidget* makeSolutionList(QRect geometry);
-    // Label2 shows the clock when a new second has begun.
+    // The clock label shows the time when a new second has begun.
     void showClock(const std::optional<QString>& shown);
     // The rows of a result replace the list, and the window comes back.
     void showRows(const QStringList& rows);
     // The run is over: the start button works again, "Hide" is "Close" again.
     void endRun(QPushButton* start, QPushButton* hide);
-    // List1 follows the window's size, less the room of the other controls.
+    // The solution list follows the window's size, less the room of the other controls.
     void stretchSolutionList(int lessWidthTwips, int lessHeightTwips);
 
     void closeEvent(QCloseEvent* event) override;

@@ -250,7 +250,7 @@ void FileChooser::setFilePattern(const QString& text) {
 
 void FileChooser::closeEvent(QCloseEvent* event) {
     hide();
-    if (state_.mainWindowAlive != 0)
+    if (state_.mainWindowAlive)
         event->ignore();
     else
         event->accept();

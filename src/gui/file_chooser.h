@@ -1,7 +1,7 @@
 // FileChooser: the program's own file window, shown modally by every command
 // that picks a file. It is hidden, not destroyed, between uses, so that it
 // keeps its drive, folder and filter, and the caller reads the chosen path
-// from Text2 once the window has returned.
+// from the name box once the window has returned.
 #pragma once
 
 #include <QDialog>
@@ -23,7 +23,7 @@ class FileChooser : public QDialog {
   public:
     explicit FileChooser(AppState& state, QWidget* parent = nullptr);
 
-    // Runs at every showing: list, filter, name and caption for SeekMode.
+    // Runs at every showing: list, filter, name and caption for the chooser mode.
     void prepareForMode();
     void confirm();
     void cancel();

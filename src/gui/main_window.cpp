@@ -1,20 +1,20 @@
 #include "gui/main_window.h"
 
-#include "gui/book_panel.h"
 #include "books/book_scan.h"
 #include "books/pgn_board.h"
-#include "gui/file_chooser.h"
-#include "gui/about_window.h"
-#include "gui/help_window.h"
 #include "core/settings.h"
 #include "core/startup.h"
 #include "core/style_list.h"
-#include "gui/tool_faces.h"
-#include "gui/tool_button.h"
-#include "gui/widget_geometry.h"
-#include "gui/diagram_view.h"
-#include "gui/view_window.h"
 #include "editing/board_edit.h"
+#include "gui/about_window.h"
+#include "gui/book_panel.h"
+#include "gui/diagram_view.h"
+#include "gui/file_chooser.h"
+#include "gui/help_window.h"
+#include "gui/tool_button.h"
+#include "gui/tool_faces.h"
+#include "gui/view_window.h"
+#include "gui/widget_geometry.h"
 #include "output/image_output.h"
 
 #include <QAction>
@@ -49,6 +49,15 @@ QFrame* separatorLine(QWidget* parent, int y, const QColor& colour) {
     return line;
 }
 
+constexpr const char* kFirstStripNames[9] = {
+    "saveImageButton",     "graphicButton",  "historyButton",
+    "copyImageButton",     "copyHtmlButton", "copyPositionButton",
+    "pastePositionButton", "printButton",    "engineButton"};
+constexpr const char* kSecondStripNames[9] = {
+    "newButton",      "startPositionButton",    "moveRightButton",
+    "moveLeftButton", "moveUpButton",           "moveDownButton",
+    "rotateButton",   "horizontalMirrorButton", "diagonalMirrorButton"};
+
 } // namespace
 
 MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), state_(state) {
@@ -74,7 +83,8 @@ void MainWindow::createControls() {
     central->setObjectName(QStringLiteral("centralWidget"));
     setCentralWidget(central);
 
-    separatorLine(central, 0, QColor(0xE0, 0xE0, 0xE0))->setObjectName(QStringLiteral("menuSeparatorLine"));
+    separatorLine(central, 0, QColor(0xE0, 0xE0, 0xE0))
+        ->setObjectName(QStringLiteral("menuSeparatorLine"));
     separatorLine(central, 480 / kTwipsPerPixel, QColor(0x80, 0x80, 0x80))
         ->setObjectName(QStringLiteral("toolSeparatorLine"));
 
@@ -98,9 +108,9 @@ void MainWindow::createControls() {
     const auto faces8 = recModeFaces();
     for (int i = 0; i < 9; ++i) {
         firstStripButtons_[i] = new ToolButton(faces3[i], faces3[i + 9], firstToolStrip_);
-        firstStripButtons_[i]->setObjectName(QStringLiteral("Image4(%1)").arg(i));
+        firstStripButtons_[i]->setObjectName(QLatin1String(kFirstStripNames[i]));
         secondStripButtons_[i] = new ToolButton(faces5[i], faces5[i + 9], secondToolStrip_);
-        secondStripButtons_[i]->setObjectName(QStringLiteral("Image7(%1)").arg(i));
+        secondStripButtons_[i]->setObjectName(QLatin1String(kSecondStripNames[i]));
     }
     firstStripButtons_[8]->hide(); // shown when an engine is found
     recModeButton_ = new ToolButton(faces8[0], faces8[1], secondToolStrip_);
@@ -151,9 +161,10 @@ void MainWindow::placeControls() {
     for (int i = 0; i < 9; ++i)
         firstStripButtons_[i]->move(firstStripLeft[i] / kTwipsPerPixel, 0);
     const QPoint secondStripPlaces[9] = {{0, 0},    {290, 0},  {690, 0},  {690, 143}, {985, 0},
-                           {1122, 0}, {1400, 0}, {1680, 0}, {1970, 0}};
+                                         {1122, 0}, {1400, 0}, {1680, 0}, {1970, 0}};
     for (int i = 0; i < 9; ++i)
-        secondStripButtons_[i]->move(secondStripPlaces[i].x() / kTwipsPerPixel, secondStripPlaces[i].y() / kTwipsPerPixel);
+        secondStripButtons_[i]->move(secondStripPlaces[i].x() / kTwipsPerPixel,
+                                     secondStripPlaces[i].y() / kTwipsPerPixel);
     recModeButton_->move(2670 / kTwipsPerPixel, 0);
     diagramView_->move(3120 / kTwipsPerPixel, 600 / kTwipsPerPixel);
 }
@@ -192,10 +203,12 @@ void MainWindow::createMenus() {
     QMenu* file = addMenu(nullptr, "fileMenu", "&File");
     addItems(file,
              {{"newAction", "&New", ctrl(Qt::Key_N), true, &MainWindow::newPosition},
-              {"startPositionAction", "S&tart Position", ctrl(Qt::Key_T), true, &MainWindow::setStartPosition},
+              {"startPositionAction", "S&tart Position", ctrl(Qt::Key_T), true,
+               &MainWindow::setStartPosition},
               {"fileSeparator1", "-", {}, true, nullptr},
               {"saveImageAction", "&Save Image", ctrl(Qt::Key_S), true, &MainWindow::saveImage},
-              {"saveImageAsAction", "Save Image &As...", ctrl(Qt::Key_A), true, &MainWindow::saveImageAs},
+              {"saveImageAsAction", "Save Image &As...", ctrl(Qt::Key_A), true,
+               &MainWindow::saveImageAs},
               {"fileSeparator2", "-", {}, true, nullptr},
               {"openBookAction", "Open &Book", ctrl(Qt::Key_B), true, &MainWindow::openBook},
               {"searchAction", "&Criteria", ctrl(Qt::Key_F), false, nullptr},
@@ -214,32 +227,38 @@ void MainWindow::createMenus() {
                     {"exitAction", "E&xit", ctrl(Qt::Key_X), true, &MainWindow::exitProgram}});
 
     QMenu* edit = addMenu(nullptr, "editMenu", "&Edit");
-    addItems(edit, {{"refreshAction", "Refre&sh = <Enter>", {}, true, &MainWindow::refreshPosition}});
+    addItems(edit,
+             {{"refreshAction", "Refre&sh = <Enter>", {}, true, &MainWindow::refreshPosition}});
     QMenu* copy = addMenu(edit, "copyMenu", "Cop&y");
-    addItems(copy, {{"copyPositionAction", "&Marlith", ctrl(Qt::Key_C), true, &MainWindow::copyPosition},
-                    {"copyImageAction", "&Image", ctrl(Qt::Key_I), true, &MainWindow::copyImage},
-                    {"copyHtmlAction", "HTM&L", ctrl(Qt::Key_L), true, nullptr}});
-    addItems(edit, {{"pastePositionAction", "&Paste Marlith", ctrl(Qt::Key_V), true, &MainWindow::pastePosition},
+    addItems(copy,
+             {{"copyPositionAction", "&Marlith", ctrl(Qt::Key_C), true, &MainWindow::copyPosition},
+              {"copyImageAction", "&Image", ctrl(Qt::Key_I), true, &MainWindow::copyImage},
+              {"copyHtmlAction", "HTM&L", ctrl(Qt::Key_L), true, nullptr}});
+    addItems(edit, {{"pastePositionAction", "&Paste Marlith", ctrl(Qt::Key_V), true,
+                     &MainWindow::pastePosition},
                     {"editSeparator1", "-", {}, true, nullptr},
                     {"historyAction", "&History", ctrl(Qt::Key_H), true, nullptr},
                     {"recModeAction", "Rec &Mode", ctrl(Qt::Key_M), true, nullptr},
                     {"undoRecAction", "&Undo Rec", ctrl(Qt::Key_Z), false, nullptr},
                     {"editSeparator2", "-", {}, true, nullptr}});
     QMenu* effects = addMenu(edit, "effectsMenu", "E&ffects");
-    addItems(effects, {{"reverseAction", "&Reverse", ctrl(Qt::Key_R), true, nullptr},
-                       {"horizontalMirrorAction", "Hori&zontal Mirror", QKeySequence(Qt::Key_F2), true, nullptr},
-                       {"diagonalMirrorAction", "Dia&gonal Mirror", QKeySequence(Qt::Key_F3), true, nullptr},
-                       {"rotateAction", "R&otate 90°", QKeySequence(Qt::Key_F4), true, nullptr},
-                       {"moveLeftAction", "Move L&eft", QKeySequence(Qt::Key_F5), true, nullptr},
-                       {"moveRightAction", "Move R&ight", QKeySequence(Qt::Key_F6), true, nullptr},
-                       {"moveUpAction", "Mo&ve Up", QKeySequence(Qt::Key_F7), true, nullptr},
-                       {"moveDownAction", "Move &Down", QKeySequence(Qt::Key_F8), true, nullptr}});
+    addItems(
+        effects,
+        {{"reverseAction", "&Reverse", ctrl(Qt::Key_R), true, nullptr},
+         {"horizontalMirrorAction", "Hori&zontal Mirror", QKeySequence(Qt::Key_F2), true, nullptr},
+         {"diagonalMirrorAction", "Dia&gonal Mirror", QKeySequence(Qt::Key_F3), true, nullptr},
+         {"rotateAction", "R&otate 90°", QKeySequence(Qt::Key_F4), true, nullptr},
+         {"moveLeftAction", "Move L&eft", QKeySequence(Qt::Key_F5), true, nullptr},
+         {"moveRightAction", "Move R&ight", QKeySequence(Qt::Key_F6), true, nullptr},
+         {"moveUpAction", "Mo&ve Up", QKeySequence(Qt::Key_F7), true, nullptr},
+         {"moveDownAction", "Move &Down", QKeySequence(Qt::Key_F8), true, nullptr}});
     addItems(edit, {{"graphicAction", "&Graphic", ctrl(Qt::Key_G), true, nullptr},
                     {"styleAction", "Styl&e", ctrl(Qt::Key_E), true, &MainWindow::editStyle}});
 
     QMenu* engines = addMenu(nullptr, "enginesMenu", "En&gines");
-    addItems(engines, {{"popeyeAction", "Pope&ye", ctrl(Qt::Key_Y), true, &MainWindow::openPopeye},
-                       {"craftyAction", "&Crafty", ctrl(Qt::Key_K), true, &MainWindow::openCrafty}});
+    addItems(engines,
+             {{"popeyeAction", "Pope&ye", ctrl(Qt::Key_Y), true, &MainWindow::openPopeye},
+              {"craftyAction", "&Crafty", ctrl(Qt::Key_K), true, &MainWindow::openCrafty}});
 
     QMenu* help = addMenu(nullptr, "helpMenu", "&Help");
     addItems(help, {{"helpContentsAction", "&Contents", {}, true, &MainWindow::showHelp},
@@ -247,10 +266,13 @@ void MainWindow::createMenus() {
                     {"aboutAction", "&About...", {}, true, &MainWindow::showAbout}});
 
     // The tool buttons run the commands of their menu items.
-    const char* firstStripItems[9] = {"saveImageAction",    "graphicAction", "historyAction", "copyImageAction", "copyHtmlAction",
-                             "copyPositionAction", "pastePositionAction",   "printAction",   nullptr};
-    const char* secondStripItems[9] = {"newAction",  "startPositionAction",  "moveRightAction",   "moveLeftAction",   "moveUpAction",
-                             "moveDownAction", "rotateAction", "horizontalMirrorAction", "diagonalMirrorAction"};
+    const char* firstStripItems[9] = {"saveImageAction",     "graphicAction",  "historyAction",
+                                      "copyImageAction",     "copyHtmlAction", "copyPositionAction",
+                                      "pastePositionAction", "printAction",    nullptr};
+    const char* secondStripItems[9] = {
+        "newAction",      "startPositionAction",    "moveRightAction",
+        "moveLeftAction", "moveUpAction",           "moveDownAction",
+        "rotateAction",   "horizontalMirrorAction", "diagonalMirrorAction"};
     for (int i = 0; i < 9; ++i) {
         const bool opensWindow = i == 1 || i == 2 || i == 8;
         std::function<void()> command;
@@ -269,8 +291,9 @@ void MainWindow::createMenus() {
         connect(firstStripButtons_[i], &ToolButton::clicked, this,
                 [this, command, opensWindow] { runToolCommand(command, opensWindow); });
         QAction* secondStripItem = actions_.at(QLatin1String(secondStripItems[i]));
-        connect(secondStripButtons_[i], &ToolButton::clicked, this,
-                [this, secondStripItem] { runToolCommand([secondStripItem] { secondStripItem->trigger(); }, false); });
+        connect(secondStripButtons_[i], &ToolButton::clicked, this, [this, secondStripItem] {
+            runToolCommand([secondStripItem] { secondStripItem->trigger(); }, false);
+        });
     }
 }
 
@@ -301,7 +324,7 @@ void MainWindow::start(const QStringList& arguments) {
     // Another instance holds the lock while it runs.
     instanceLock_ = std::make_unique<QLockFile>(folder + QStringLiteral("Marlith.lock"));
     instanceLock_->setStaleLockTime(0);
-    state_.otherInstanceRunning = instanceLock_->tryLock(0) ? 0 : 1;
+    state_.otherInstanceRunning = !instanceLock_->tryLock(0);
 
     state_.tempSeed = makeTempSeed(QTime::currentTime().msecsSinceStartOfDay());
     state_.programFolder = folder;
@@ -311,7 +334,7 @@ void MainWindow::start(const QStringList& arguments) {
     styleBox_->addItem(QStringLiteral("CUSTOM"));
 
     state_.imageFile = QStringLiteral("Marlith.bmp");
-    state_.mainWindowAlive = -1;
+    state_.mainWindowAlive = true;
     state_.clickedSquare = -1;
     state_.chosenPiece = -1;
     state_.pressX = -1.0f;
@@ -349,7 +372,7 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::closeChildWindows() {
-    state_.mainWindowAlive = 0;
+    state_.mainWindowAlive = false;
     for (QWidget* window : childWindows_)
         if (window) window->close();
     if (helpWindow_) helpWindow_->close();
@@ -481,8 +504,9 @@ bool MainWindow::handleStyleKey(int key) {
         return true;
     }
     if (key == Qt::Key_Escape) {
-        styleBox_->setEditText(
-            styleBox_->currentIndex() >= 0 ? styleBox_->itemText(styleBox_->currentIndex()) : QString());
+        styleBox_->setEditText(styleBox_->currentIndex() >= 0
+                                   ? styleBox_->itemText(styleBox_->currentIndex())
+                                   : QString());
         positionEdit_->setFocus();
         return true;
     }
@@ -574,7 +598,7 @@ void MainWindow::releaseOnBoard(int, int, double x, double y) {
     diagramView_->update();
     const BoardPress press{state_.pressX, state_.pressY, state_.pressButton, state_.pressModifiers};
     const BoardEdit edit = editOnRelease(press, x, y, state_.squares, state_.style,
-                                          state_.reversedBoard, state_.chosenPiece);
+                                         state_.reversedBoard, state_.chosenPiece);
     if (edit.clicked) state_.clickedSquare = static_cast<int16_t>(edit.clickedSquare);
     if (edit.squaresChanged) commitBoardEdit();
     diagramView_->unsetCursor();
@@ -681,15 +705,15 @@ void MainWindow::copyImage() {
 
 void MainWindow::copyPosition() {
     refreshPosition();
-    const QString text =
-        copiedPositionText(positionEdit_->text(), pieceCounterLabel_->text(), state_.style.CopyCounter);
+    const QString text = copiedPositionText(positionEdit_->text(), pieceCounterLabel_->text(),
+                                            state_.style.CopyCounter);
     QGuiApplication::clipboard()->setText(text);
 }
 
 void MainWindow::pastePosition() {
     positionEdit_->setText(pastedPositionText(QGuiApplication::clipboard()->text(),
-                                       state_.style.BorderWidth, state_.style.PiecesList,
-                                       positionEdit_->maxLength()));
+                                              state_.style.BorderWidth, state_.style.PiecesList,
+                                              positionEdit_->maxLength()));
 }
 
 bool MainWindow::showChooser(int mode, QString& path) {
@@ -789,10 +813,10 @@ bool MainWindow::handlePositionKey(const QString& typed, int key) {
         return true;
     }
     if (typed == QLatin1String("/")) {
-        const int s =
-            positionEdit_->hasSelectedText() ? positionEdit_->selectionStart() : positionEdit_->cursorPosition();
-        const RowCompletion completed =
-            completeRow(positionEdit_->text(), s, state_.style.BorderWidth, state_.style.PiecesList);
+        const int s = positionEdit_->hasSelectedText() ? positionEdit_->selectionStart()
+                                                       : positionEdit_->cursorPosition();
+        const RowCompletion completed = completeRow(
+            positionEdit_->text(), s, state_.style.BorderWidth, state_.style.PiecesList);
         positionEdit_->setText(completed.text);
         positionEdit_->setCursorPosition(completed.caret);
         return true;

@@ -2,11 +2,11 @@
 // and their clean-up at the end.
 #include "gui/main_window.h"
 
-#include "gui/tool_button.h"
 #include "engines/crafty.h"
-#include "gui/crafty_window.h"
 #include "engines/engine_files.h"
+#include "gui/crafty_window.h"
 #include "gui/popeye_window.h"
+#include "gui/tool_button.h"
 #include "position/piece_listing.h"
 
 #include <QAction>
@@ -38,7 +38,7 @@ void MainWindow::detectEngines() {
     crafty->setChecked(menu.craftyChecked);
     firstStripButtons_[8]->setVisible(menu.toolShown);
     // A second instance leaves the logs to the first, whose engine may run.
-    if (menu.craftyEnabled && state_.otherInstanceRunning == 0) clearLeftovers(folder);
+    if (menu.craftyEnabled && !state_.otherInstanceRunning) clearLeftovers(folder);
 }
 
 void MainWindow::cleanUpEngines() {
@@ -68,8 +68,8 @@ void MainWindow::openPopeye() {
     refreshPosition();
     const Style& style = state_.style;
     popeyeWindow()->setPieceLists(listPieces(state_.squares, state_.board(), style.PiecesList,
-                                   style.EnglishNotation, state_.fullDictionary,
-                                   ListingMode::Dictionary));
+                                             style.EnglishNotation, state_.fullDictionary,
+                                             ListingMode::Dictionary));
     state_.recentEngine = QStringLiteral("Popeye");
     action(QStringLiteral("craftyAction"))->setChecked(false);
     action(QStringLiteral("popeyeAction"))->setChecked(true);

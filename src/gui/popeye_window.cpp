@@ -1,8 +1,8 @@
 #include "gui/popeye_window.h"
 
 #include "core/app_state.h"
-#include "gui/widget_geometry.h"
 #include "gui/solution_list.h"
+#include "gui/widget_geometry.h"
 #include "position/piece_listing.h"
 
 #include <QComboBox>
@@ -39,10 +39,16 @@ QString cutTrailingBlanks(QString text) {
     return text;
 }
 
+// The fields' names, in the order of the Popeye parameters: each has a
+// label "<name>Label" and a box "<name>Box".
+constexpr const char* kParamNames[11] = {
+    "stipulation", "moves",       "conditions",    "options", "twins", "zeroPosition",
+    "whitePieces", "blackPieces", "neutralPieces", "command", "maxMem"};
+
 } // namespace
 
 PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
-    : EngineWindow(state, parent, QStringLiteral("Form8"), QStringLiteral("Popeye")) {
+    : EngineWindow(state, parent, QStringLiteral("popeyeWindow"), QStringLiteral("Popeye")) {
     resize(twipsToWholePixels(8565), twipsToWholePixels(4170));
 
     QPalette red = palette();
@@ -50,10 +56,10 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
     for (int i = 0; i < 11; ++i) {
         const auto at = static_cast<size_t>(i);
         auto* label = new QLabel(QString::fromUtf8(kCaptions[i]), this);
-        label->setObjectName(QStringLiteral("Label1(%1)").arg(i));
+        label->setObjectName(QLatin1String(kParamNames[i]) + QStringLiteral("Label"));
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         auto* combo = new QComboBox(this);
-        combo->setObjectName(QStringLiteral("Combo1(%1)").arg(i));
+        combo->setObjectName(QLatin1String(kParamNames[i]) + QStringLiteral("Box"));
         combo->setEditable(true);
         combo->setInsertPolicy(QComboBox::NoInsert);
         combo->setCompleter(nullptr);
@@ -95,9 +101,12 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
 
     solveButton_ = namedButton(this, "solveButton", "&Solution", twipsRect(3600, 3360, 855, 315));
     solveButton_->setFont(bold);
-    clearAllButton_ = namedButton(this, "clearAllButton", "Cl&ear All", twipsRect(0, 3840, 855, 315));
-    copySolutionButton_ = namedButton(this, "copySolutionButton", "&Copy Sol", twipsRect(1320, 3840, 855, 315));
-    printSolutionButton_ = namedButton(this, "printSolutionButton", "&Print Sol", twipsRect(2280, 3840, 855, 315));
+    clearAllButton_ =
+        namedButton(this, "clearAllButton", "Cl&ear All", twipsRect(0, 3840, 855, 315));
+    copySolutionButton_ =
+        namedButton(this, "copySolutionButton", "&Copy Sol", twipsRect(1320, 3840, 855, 315));
+    printSolutionButton_ =
+        namedButton(this, "printSolutionButton", "&Print Sol", twipsRect(2280, 3840, 855, 315));
     closeButton_ = namedButton(this, "closeButton", "Cl&ose", twipsRect(3600, 3840, 855, 315));
     connect(clearAllButton_, &QPushButton::clicked, this, &PopeyeWindow::clearAll);
     connect(solveButton_, &QPushButton::clicked, this, &PopeyeWindow::solve);
@@ -108,14 +117,15 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
     makeSolutionList(twipsRect(4560, 45, 3975, 3960))->setFocusPolicy(Qt::NoFocus);
 
     QWidget* previous = paramBoxes_[0];
-    for (QWidget* next : {static_cast<QWidget*>(paramBoxes_[1]), static_cast<QWidget*>(paramBoxes_[2]),
-                          static_cast<QWidget*>(paramBoxes_[3]), static_cast<QWidget*>(paramBoxes_[4]),
-                          static_cast<QWidget*>(paramBoxes_[5]), static_cast<QWidget*>(paramBoxes_[6]),
-                          static_cast<QWidget*>(paramBoxes_[7]), static_cast<QWidget*>(paramBoxes_[8]),
-                          static_cast<QWidget*>(paramBoxes_[9]), static_cast<QWidget*>(paramBoxes_[10]),
-                          static_cast<QWidget*>(solveButton_), static_cast<QWidget*>(clearAllButton_),
-                          static_cast<QWidget*>(copySolutionButton_), static_cast<QWidget*>(printSolutionButton_),
-                          static_cast<QWidget*>(closeButton_)}) {
+    for (QWidget* next :
+         {static_cast<QWidget*>(paramBoxes_[1]), static_cast<QWidget*>(paramBoxes_[2]),
+          static_cast<QWidget*>(paramBoxes_[3]), static_cast<QWidget*>(paramBoxes_[4]),
+          static_cast<QWidget*>(paramBoxes_[5]), static_cast<QWidget*>(paramBoxes_[6]),
+          static_cast<QWidget*>(paramBoxes_[7]), static_cast<QWidget*>(paramBoxes_[8]),
+          static_cast<QWidget*>(paramBoxes_[9]), static_cast<QWidget*>(paramBoxes_[10]),
+          static_cast<QWidget*>(solveButton_), static_cast<QWidget*>(clearAllButton_),
+          static_cast<QWidget*>(copySolutionButton_), static_cast<QWidget*>(printSolutionButton_),
+          static_cast<QWidget*>(closeButton_)}) {
         setTabOrder(previous, next);
         previous = next;
     }
@@ -210,7 +220,8 @@ void PopeyeWindow::wake() {
 void PopeyeWindow::tick() {
     if (pendingBox_ >= 0) {
         QComboBox* combo = paramBoxes_[static_cast<size_t>(pendingBox_)];
-        combo->setEditText(QLatin1Char(' ') + state_.popeyeParams[static_cast<size_t>(pendingBox_)]);
+        combo->setEditText(QLatin1Char(' ') +
+                           state_.popeyeParams[static_cast<size_t>(pendingBox_)]);
         combo->lineEdit()->end(false);
         pendingBox_ = -1;
     }

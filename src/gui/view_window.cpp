@@ -2,9 +2,9 @@
 
 #include "core/app_state.h"
 #include "drawing/diagram.h"
-#include "gui/diagram_view.h"
 #include "drawing/palette.h"
 #include "editing/board_edit.h"
+#include "gui/diagram_view.h"
 
 #include <QCloseEvent>
 #include <QKeyEvent>
@@ -13,8 +13,7 @@
 
 namespace marlith {
 
-ViewWindow::ViewWindow(AppState& state, const Diagram& diagram, DiagramView* board,
-                       QWidget* parent)
+ViewWindow::ViewWindow(AppState& state, const Diagram& diagram, DiagramView* board, QWidget* parent)
     : QWidget(parent, Qt::Tool), state_(state), diagram_(diagram), board_(board) {
     setObjectName(QStringLiteral("viewWindow"));
     setWindowTitle(QStringLiteral("View"));
@@ -60,7 +59,7 @@ void ViewWindow::closeEvent(QCloseEvent* event) {
     returnToPosition();
     state_.chosenPiece = -1;
     drawChosenPiece();
-    if (state_.mainWindowAlive != 0) {
+    if (state_.mainWindowAlive) {
         event->ignore();
         hide();
     } else {
@@ -92,7 +91,7 @@ bool ViewWindow::eventFilter(QObject* watched, QEvent* event) {
             break;
         }
     } else if (watched == chosenPieceView_ && (event->type() == QEvent::MouseButtonRelease ||
-                                        event->type() == QEvent::MouseButtonDblClick)) {
+                                               event->type() == QEvent::MouseButtonDblClick)) {
         state_.chosenPiece = -1;
         drawChosenPiece();
         return true;

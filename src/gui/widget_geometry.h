@@ -14,7 +14,8 @@ namespace marlith {
 // Positions of controls are kept in twips, turned into pixels as every other
 // length of the program.
 inline QRect twipsRect(int left, int top, int width, int height) {
-    return QRect(twipsToWholePixels(left), twipsToWholePixels(top), twipsToWholePixels(width), twipsToWholePixels(height));
+    return QRect(twipsToWholePixels(left), twipsToWholePixels(top), twipsToWholePixels(width),
+                 twipsToWholePixels(height));
 }
 
 // A label shows a border while the control it names has the focus.

@@ -25,7 +25,8 @@ namespace {
 // One writer for both kinds of text: Text is QString or QByteArray, letter(k)
 // gives the letter of piece k (from 0).
 template <typename Text, typename Letter>
-void writeFen(const SquareVector& squareVector, const Board& board, int pieces, Letter letter, Text& w) {
+void writeFen(const SquareVector& squareVector, const Board& board, int pieces, Letter letter,
+              Text& w) {
     const int squares = std::min(board.squares(), kSquareCount);
     int col = 0;
     int run = 0;
@@ -68,7 +69,8 @@ void writeFen(const SquareVector& squareVector, const Board& board, int pieces, 
 
 } // namespace
 
-QString squaresToFen(const SquareVector& squareVector, const Board& board, const QString& piecesList) {
+QString squaresToFen(const SquareVector& squareVector, const Board& board,
+                     const QString& piecesList) {
     QString w;
     writeFen(
         squareVector, board, static_cast<int>(piecesList.size()),
@@ -76,8 +78,8 @@ QString squaresToFen(const SquareVector& squareVector, const Board& board, const
     return w;
 }
 
-void squaresToFen(const SquareVector& squareVector, const Board& board, const QByteArray& piecesList,
-              QByteArray& out) {
+void squaresToFen(const SquareVector& squareVector, const Board& board,
+                  const QByteArray& piecesList, QByteArray& out) {
     out.clear();
     writeFen(
         squareVector, board, static_cast<int>(piecesList.size()),
@@ -110,8 +112,8 @@ int lookUp(QChar ch, const QString& piecesList) {
 
 } // namespace
 
-bool buildBoard(const QString& text, SquareVector& squareVector, const Board& board, const QString& piecesList,
-           const PaintSquare& paint, PieceCount* count) {
+bool buildBoard(const QString& text, SquareVector& squareVector, const Board& board,
+                const QString& piecesList, const PaintSquare& paint, PieceCount* count) {
     const int squares = board.squares();
     const int pieces = static_cast<int>(piecesList.size());
     auto setAndPaint = [&](int i, int value) {

@@ -28,11 +28,12 @@ int16_t squareColor(int square, int columns);
 // Wanted content folded back from a sheet cell to 0..L; negatives are empty.
 int foldedContent(int value, int piecesCount);
 
-QString squaresToFen(const SquareVector& squareVector, const Board& board, const QString& piecesList);
+QString squaresToFen(const SquareVector& squareVector, const Board& board,
+                     const QString& piecesList);
 // The same for a list of single-byte letters, into a buffer kept by the
 // caller: the game scanner writes a position for every half-move.
-void squaresToFen(const SquareVector& squareVector, const Board& board, const QByteArray& piecesList,
-              QByteArray& out);
+void squaresToFen(const SquareVector& squareVector, const Board& board,
+                  const QByteArray& piecesList, QByteArray& out);
 
 void invalidatePainted(SquareVector& squareVector, const Board& board);
 
@@ -50,8 +51,8 @@ QString counterText(const PieceCount& count);
 // Returns false when the text runs past the end of the vector: the rest is
 // ignored and the counter is not to be shown.
 using PaintSquare = std::function<void(int cell, int oneBasedSquare)>;
-bool buildBoard(const QString& text, SquareVector& squareVector, const Board& board, const QString& piecesList,
-           const PaintSquare& paint, PieceCount* count);
+bool buildBoard(const QString& text, SquareVector& squareVector, const Board& board,
+                const QString& piecesList, const PaintSquare& paint, PieceCount* count);
 
 // Completes each row typed before a "/" with the digits that fill it.
 QString fillRows(const QString& text, int columns, const QString& piecesList);

@@ -67,10 +67,10 @@ bool castle(bool black, bool longSide, SquareVector& squareVector, const Board& 
 // goes through test(); the first piece that passes it is the source.
 class SourceSearch {
   public:
-    SourceSearch(const SquareVector& squareVector, const Board& board, long long target, long long col,
-                 long long row, int piece, QChar file, QChar rank)
-        : squareVector_(squareVector), cols_(board.columns), rows_(board.rows), target_(target), col_(col), row_(row),
-          piece_(piece), file_(file), rank_(rank) {}
+    SourceSearch(const SquareVector& squareVector, const Board& board, long long target,
+                 long long col, long long row, int piece, QChar file, QChar rank)
+        : squareVector_(squareVector), cols_(board.columns), rows_(board.rows), target_(target),
+          col_(col), row_(row), piece_(piece), file_(file), rank_(rank) {}
 
     // Walks outward from the target by (dc, dr) until the ray ends.
     void ray(int dc, int dr) {

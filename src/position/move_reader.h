@@ -12,6 +12,7 @@ namespace marlith {
 // On return word is empty when it is no move or no piece could make it, "ok"
 // when a move was made, and as it came for castling. No rule of chess is
 // checked: the first piece of the right kind that can reach the target moves.
-void playMove(int side, QString& word, SquareVector& squareVector, const Board& board, const Notation& notation);
+void playMove(int side, QString& word, SquareVector& squareVector, const Board& board,
+              const Notation& notation);
 
 } // namespace marlith

@@ -21,11 +21,11 @@ QString upperLetter(const QString& list, int k) {
 // walked from the target over the earlier position.
 class TwinSearch {
   public:
-    TwinSearch(const SquareVector& squareVector, int slot, long long cols, long long rows, long long target,
-               long long source)
-        : squareVector_(squareVector), slot_(slot), cols_(cols), rows_(rows), last_(cols * rows - 1),
-          targetCol_(target % cols), targetRow_(target / cols), source_(source),
-          piece_(squareVector[source][slot]) {}
+    TwinSearch(const SquareVector& squareVector, int slot, long long cols, long long rows,
+               long long target, long long source)
+        : squareVector_(squareVector), slot_(slot), cols_(cols), rows_(rows),
+          last_(cols * rows - 1), targetCol_(target % cols), targetRow_(target / cols),
+          source_(source), piece_(squareVector[source][slot]) {}
 
     void ray(int dc, int dr) {
         for (long long k = 1; look(targetCol_ + k * dc, targetRow_ + k * dr); ++k) {
@@ -95,7 +95,8 @@ QString squareName(int square, int columns) {
     return QChar(97 + square % columns) + QString::number(columns - square / columns);
 }
 
-void fenToSlot(int k, QString& t, SquareVector& squareVector, const Board& board, const QString& piecesList) {
+void fenToSlot(int k, QString& t, SquareVector& squareVector, const Board& board,
+               const QString& piecesList) {
     if (k != 0 && k != 1) return;
     t = dropCounterPrefix(t);
     long long i = 0;
@@ -119,7 +120,8 @@ void fenToSlot(int k, QString& t, SquareVector& squareVector, const Board& board
         if (!put(0)) return;
 }
 
-void writeMove(int v, QString& m, const SquareVector& squareVector, const Board& board, const Notation& notation) {
+void writeMove(int v, QString& m, const SquareVector& squareVector, const Board& board,
+               const Notation& notation) {
     m.clear();
     if (v != 0 && v != 1) return;
     const int later = 1 - v;

@@ -21,8 +21,9 @@ void addSquare(QString& list, const QString& name, const QString& square, const 
 
 } // namespace
 
-PieceLists listPieces(const SquareVector& squareVector, const Board& board, const QString& piecesList,
-                   const QString& englishNotation, const QString& dictionary, ListingMode mode) {
+PieceLists listPieces(const SquareVector& squareVector, const Board& board,
+                      const QString& piecesList, const QString& englishNotation,
+                      const QString& dictionary, ListingMode mode) {
     PieceLists lists;
     const int pieces = static_cast<int>(piecesList.size());
     const int squares = std::min(board.squares(), kSquareCount);

@@ -24,7 +24,8 @@ enum class ListingMode : int16_t {
 
 // `dictionary` is FullDictionary: entries "&&" letter "=" colour name, the
 // style's before those of Py.dat, the first match deciding.
-PieceLists listPieces(const SquareVector& squareVector, const Board& board, const QString& piecesList,
-                   const QString& englishNotation, const QString& dictionary, ListingMode mode);
+PieceLists listPieces(const SquareVector& squareVector, const Board& board,
+                      const QString& piecesList, const QString& englishNotation,
+                      const QString& dictionary, ListingMode mode);
 
 } // namespace marlith
