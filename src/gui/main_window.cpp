@@ -559,7 +559,7 @@ ViewWindow* MainWindow::viewWindow() {
                 &MainWindow::focusPositionAtEnd);
         connect(viewWindow_, &ViewWindow::pressDone, this, &MainWindow::moveCaretToEnd);
         connect(viewWindow_, &ViewWindow::boardEdited, this, &MainWindow::commitBoardEdit);
-        setChildWindow(6, viewWindow_);
+        setChildWindow(ChildWindow::View, viewWindow_);
     }
     return viewWindow_;
 }
@@ -720,7 +720,7 @@ bool MainWindow::showChooser(int mode, QString& path) {
     if (!fileChooser_) {
         fileChooser_ = new FileChooser(state_, this);
         // Unloaded first of the child windows when the program stops.
-        setChildWindow(0, fileChooser_);
+        setChildWindow(ChildWindow::FileChooser, fileChooser_);
     }
     state_.chooserMode = static_cast<int16_t>(mode);
     if (runChooser)
@@ -732,9 +732,8 @@ bool MainWindow::showChooser(int mode, QString& path) {
     return true;
 }
 
-void MainWindow::setChildWindow(int number, QWidget* window) {
-    if (number >= 0 && number < static_cast<int>(childWindows_.size()))
-        childWindows_[number] = window;
+void MainWindow::setChildWindow(ChildWindow role, QWidget* window) {
+    if (role != ChildWindow::Count) childWindows_[static_cast<size_t>(role)] = window;
 }
 
 void MainWindow::changeEvent(QEvent* event) {
@@ -745,16 +744,16 @@ void MainWindow::changeEvent(QEvent* event) {
 void MainWindow::takeChildWindowsAlong() {
     if (isMinimized()) {
         hiddenChildWindows_.clear();
-        for (const int number : {3, 6, 7, 8, 9}) {
-            QWidget* window = childWindows_[number];
+        for (size_t i = 1; i < childWindows_.size(); ++i) {
+            QWidget* window = childWindows_[i];
             if (window && window->isVisible()) {
-                hiddenChildWindows_ += QString::number(number);
+                hiddenChildWindows_.push_back(window);
                 window->hide();
             }
         }
-    } else if (!hiddenChildWindows_.isEmpty()) {
-        for (const QChar digit : hiddenChildWindows_)
-            if (QWidget* window = childWindows_[digit.digitValue()]) window->show();
+    } else {
+        for (QWidget* window : hiddenChildWindows_)
+            window->show();
         hiddenChildWindows_.clear();
     }
 }

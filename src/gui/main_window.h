@@ -11,6 +11,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 class QAction;
 class QComboBox;
@@ -95,9 +96,10 @@ class MainWindow : public QMainWindow {
     PopeyeWindow* popeyeWindow();
     CraftyWindow* craftyWindow();
 
-    // The child windows that follow the main window when it is minimised,
-    // by their number (3, 6, 7, 8, 9); later windows register here.
-    void setChildWindow(int number, QWidget* window);
+    // The windows that the main window closes when it goes, in this order;
+    // all but the file chooser also follow it when it is minimised.
+    enum class ChildWindow { FileChooser, History, View, Graphic, Popeye, Crafty, Count };
+    void setChildWindow(ChildWindow role, QWidget* window);
 
     QAction* action(const QString& name) const;
     Diagram& diagram() { return diagram_; }
@@ -147,8 +149,8 @@ class MainWindow : public QMainWindow {
     ToolButton* recModeButton_ = nullptr;
     std::array<QAction*, 4> recentBookActions_{};
     std::map<QString, QAction*> actions_;
-    std::array<QWidget*, 11> childWindows_{};
-    QString hiddenChildWindows_;
+    std::array<QWidget*, static_cast<size_t>(ChildWindow::Count)> childWindows_{};
+    std::vector<QWidget*> hiddenChildWindows_;
     HelpWindow* helpWindow_ = nullptr;
     ViewWindow* viewWindow_ = nullptr;
     // Created at first use, then hidden between uses so that it remembers.

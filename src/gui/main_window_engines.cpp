@@ -50,7 +50,7 @@ PopeyeWindow* MainWindow::popeyeWindow() {
     if (!popeyeWindow_) {
         popeyeWindow_ = new PopeyeWindow(state_, this);
         popeyeWindow_->warn = [this](const QString& text) { warn(text); };
-        setChildWindow(8, popeyeWindow_);
+        setChildWindow(ChildWindow::Popeye, popeyeWindow_);
     }
     return popeyeWindow_;
 }
@@ -59,7 +59,7 @@ CraftyWindow* MainWindow::craftyWindow() {
     if (!craftyWindow_) {
         craftyWindow_ = new CraftyWindow(state_, this);
         craftyWindow_->warn = [this](const QString& text) { warn(text); };
-        setChildWindow(9, craftyWindow_);
+        setChildWindow(ChildWindow::Crafty, craftyWindow_);
     }
     return craftyWindow_;
 }
