@@ -32,31 +32,32 @@ QRegularExpression patternExpression(const QString& pattern) {
 
 } // namespace
 
-std::optional<ChooserEntry> chooserEntryFor(int mode, const QString& lastFilter) {
+std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& lastFilter) {
     ChooserEntry entry;
     switch (mode) {
-    case 0:
+    case ChooserMode::SaveImage:
         entry.caption = QStringLiteral("File Save As...");
         entry.filters = {kBmp};
         entry.filter = kBmp;
         entry.name = QStringLiteral("Marlith.bmp");
         break;
-    case 1:
+    case ChooserMode::OpenBook:
         entry.caption = QStringLiteral("Open Book");
         entry.filters = {kFen, QStringLiteral("*.epd"), QStringLiteral("*.pbm"),
                          QStringLiteral("*.pgn")};
         // A book is never an image or a style file.
         entry.filter = (lastFilter == kBmp || lastFilter == kSty) ? kFen : lastFilter;
         break;
-    case 2:
-    case 3:
-        entry.caption = mode == 2 ? QStringLiteral("Load Board") : QStringLiteral("Load Pieces");
+    case ChooserMode::BorderBitmap:
+    case ChooserMode::PieceSheet:
+        entry.caption = mode == ChooserMode::BorderBitmap ? QStringLiteral("Load Board")
+                                                          : QStringLiteral("Load Pieces");
         entry.filters = {kBmp, kGif};
         entry.filter = lastFilter == kGif ? kGif : kBmp;
         entry.name =
             entry.filter == kGif ? QStringLiteral("Marlith.gif") : QStringLiteral("Marlith.bmp");
         break;
-    case 4:
+    case ChooserMode::StyleFile:
         entry.caption = QStringLiteral("Import Styles from...");
         entry.filters = {kSty};
         entry.filter = kSty;

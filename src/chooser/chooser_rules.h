@@ -4,10 +4,14 @@
 
 #include <QString>
 #include <QStringList>
+#include <cstdint>
 #include <optional>
 #include <vector>
 
 namespace marlith {
+
+// What the file chooser is shown for.
+enum class ChooserMode : int16_t { SaveImage, OpenBook, BorderBitmap, PieceSheet, StyleFile };
 
 // What the chooser shows for one purpose.
 struct ChooserEntry {
@@ -17,10 +21,9 @@ struct ChooserEntry {
     QString name;        // the name proposed
 };
 
-// The entry for chooser mode `mode` (0 save image, 1 open book, 2 border bitmap,
-// 3 piece sheet, 4 style file), given the filter of the last use. Nothing
+// The entry for a purpose, given the filter of the last use. Nothing
 // for any other mode: the window then stays as it was left.
-std::optional<ChooserEntry> chooserEntryFor(int mode, const QString& lastFilter);
+std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& lastFilter);
 
 // A name without "." takes the filter's extension: everything from the
 // filter's first "." on. A filter without "." adds nothing.

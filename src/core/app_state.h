@@ -3,6 +3,7 @@
 #pragma once
 
 #include "books/book_walk.h"
+#include "chooser/chooser_rules.h"
 #include "position/fen.h"
 #include "styles/style.h"
 
@@ -46,9 +47,9 @@ struct AppState {
     int16_t pressModifiers = 0;
     int32_t chosenColor = 0;
     int16_t colorTarget = 0;
-    // The file chooser's purpose on entry (0 save image, 1 open book, 2 border
-    // bitmap, 3 piece sheet, 4 style file), and 1 on return after Ok.
-    int16_t chooserMode = 0;
+    // What the file chooser is shown for, and whether Ok closed it.
+    ChooserMode chooserMode = ChooserMode::SaveImage;
+    bool chooserConfirmed = false;
     // The open book: its work file, index and the record on show.
     OpenBook book;
 

@@ -112,9 +112,8 @@ void FileChooser::showEvent(QShowEvent* event) {
 
 void FileChooser::prepareForMode() {
     const QString lastFilter = filterBox_->currentText();
-    const int mode = state_.chooserMode;
-    // Only 1 counts as a choice on return, and 1 is also a purpose.
-    if (mode == 1) state_.chooserMode = 0;
+    const ChooserMode mode = state_.chooserMode;
+    state_.chooserConfirmed = false;
     filterBox_->clear();
 
     const std::optional<ChooserEntry> entry = chooserEntryFor(mode, lastFilter);
@@ -138,7 +137,7 @@ void FileChooser::confirm() {
         chosenPath(nameEdit_->text(), filterBox_->currentText(), folderPath_);
     if (!path) return;
     nameEdit_->setText(*path);
-    state_.chooserMode = 1;
+    state_.chooserConfirmed = true;
     hide();
 }
 

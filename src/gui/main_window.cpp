@@ -654,7 +654,7 @@ void MainWindow::loadBook() {
 
 void MainWindow::openBook() {
     QString path;
-    if (!showChooser(1, path)) return;
+    if (!showChooser(ChooserMode::OpenBook, path)) return;
     state_.bookFile = path;
     loadBook();
 }
@@ -694,7 +694,7 @@ void MainWindow::saveImage() {
 
 void MainWindow::saveImageAs() {
     QString path;
-    if (!showChooser(0, path)) return;
+    if (!showChooser(ChooserMode::SaveImage, path)) return;
     state_.imageFile = path;
     saveImage();
 }
@@ -716,18 +716,19 @@ void MainWindow::pastePosition() {
                                               positionEdit_->maxLength()));
 }
 
-bool MainWindow::showChooser(int mode, QString& path) {
+bool MainWindow::showChooser(ChooserMode mode, QString& path) {
     if (!fileChooser_) {
         fileChooser_ = new FileChooser(state_, this);
         // Unloaded first of the child windows when the program stops.
         setChildWindow(ChildWindow::FileChooser, fileChooser_);
     }
-    state_.chooserMode = static_cast<int16_t>(mode);
+    state_.chooserMode = mode;
+    state_.chooserConfirmed = false;
     if (runChooser)
         runChooser(*fileChooser_);
     else
         fileChooser_->exec();
-    if (state_.chooserMode != 1) return false;
+    if (!state_.chooserConfirmed) return false;
     path = fileChooser_->nameText();
     return true;
 }

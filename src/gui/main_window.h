@@ -130,7 +130,7 @@ class MainWindow : public QMainWindow {
     void showStyleName();
     bool menuShortcutWins(QKeyEvent* key) const;
     // Shows the file chooser for a purpose; true and the path after Ok.
-    bool showChooser(int mode, QString& path);
+    bool showChooser(ChooserMode mode, QString& path);
     // Looks for the engines and Py.dat at start; the clean-up at the end.
     void detectEngines();
     void cleanUpEngines();
