@@ -119,8 +119,8 @@ int main(int argc, char* argv[]) {
 
     std::printf("20 x 20 board, 60-pixel squares, sheet loaded from %s\n", "a BMP file");
     std::printf("%-52s %12s %10s\n", "operation", "micros", "ratio");
-    row("keystroke: Build, one square changes", keystroke, keystroke);
-    row("full: DrawBoard + ResetVet + Build", full, keystroke);
+    row("keystroke: buildBoard, one square changes", keystroke, keystroke);
+    row("full: drawBoard + invalidatePainted + buildBoard", full, keystroke);
     row("keystroke through the position box of the main window", windowKeystroke, windowKeystroke);
     row("full through the main window", windowFullTime, windowKeystroke);
     std::printf("squares copied per keystroke: %.2f\n", copiesPerKeystroke);
