@@ -182,9 +182,9 @@ int main(int argc, char** argv) {
     named.games = ours.games;
     Run namedBig = baselineBig;
     namedBig.games = oursBig.games;
-    row("Marlith ScanPGN", book, ours);
+    row("Marlith scanPgn", book, ours);
     row("pgn-extract -s -Wepd (baseline)", book, named);
-    row("Marlith ScanPGN, book x4", big, oursBig);
+    row("Marlith scanPgn, book x4", big, oursBig);
     row("pgn-extract, book x4 (baseline)", big, namedBig);
     std::printf("records written: %d (book), %d (x4); scan complete: %s\n", ours.records,
                 oursBig.records, ours.ok && oursBig.ok ? "yes" : "NO");

@@ -9,8 +9,8 @@ int main(int argc, char* argv[]) {
     QApplication::setApplicationVersion(QStringLiteral(MARLITH_VERSION));
 
     marlith::AppState state;
-    marlith::MainWindow form1(state);
-    form1.start(QApplication::arguments().mid(1));
-    form1.show();
+    marlith::MainWindow window(state);
+    window.start(QApplication::arguments().mid(1));
+    window.show();
     return app.exec();
 }

@@ -151,9 +151,10 @@ class TstBookScan : public QObject {
         // Two entries; behind them the texts: empty, White, Site.
         const int e = 2 + 2 * 96, w = e + 2, s = w + 13;
         const QByteArray board = QByteArray("&       %").leftJustified(63) + '*'; // K P k
-        const BookScan scan = book.pbm(littleEndian(1, 2) + pbmEntry(1, 3, {w, s, e, e, e, e, e}, board) +
-                                       pbmEntry(0, 2, {e, e, e, e, e, e, e}, {}) + pbmText("") +
-                                       pbmText("A. Composer") + pbmText("Somewhere"));
+        const BookScan scan =
+            book.pbm(littleEndian(1, 2) + pbmEntry(1, 3, {w, s, e, e, e, e, e}, board) +
+                     pbmEntry(0, 2, {e, e, e, e, e, e, e}, {}) + pbmText("") +
+                     pbmText("A. Composer") + pbmText("Somewhere"));
         QCOMPARE(scanSummary(scan), QStringLiteral("2 games, 6 records, index (1 5)"));
         QCOMPARE(book.records(scan),
                  QStringList({"[1|[Event \"h#3\"]", "[1|[White \"A. Composer\"]",

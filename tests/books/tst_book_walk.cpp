@@ -46,7 +46,7 @@ class TstBookWalk : public QObject {
         QVERIFY(goToGame(w.book, 1));
         QCOMPARE(w.text(), QByteArray("[Event \"One\"]"));
         QCOMPARE(w.steps(1), QByteArray("E"));
-        QVERIFY(!previousRecord(w.book));            // never back onto a header
+        QVERIFY(!previousRecord(w.book));        // never back onto a header
         QCOMPARE(w.steps(3), QByteArray("E[-")); // the next game's header, then the game ends
         QCOMPARE(w.text(), QByteArray("K3 w"));
         QVERIFY(previousRecord(w.book));

@@ -16,7 +16,7 @@ void touch(const QString& path) {
 
 } // namespace
 
-class TstSeekRules : public QObject {
+class TstChooserRules : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void entryPerPurpose() {
@@ -31,11 +31,13 @@ class TstSeekRules : public QObject {
             {3, "*.gif", "*.gif", "Marlith.gif"},
             {4, "*.gif", "*.sty", "Marlith.sty"}};
         for (const auto& [mode, last, filter, name] : cases) {
-            const ChooserEntry entry = chooserEntryFor(mode, last).value_or(ChooserEntry());
+            const ChooserEntry entry =
+                chooserEntryFor(ChooserMode(mode), last).value_or(ChooserEntry());
             QCOMPARE(entry.filter, filter);
             QCOMPARE(entry.name, name);
         }
-        QVERIFY(!chooserEntryFor(-1, "*.pgn") && !chooserEntryFor(5, "*.pgn"));
+        QVERIFY(!chooserEntryFor(ChooserMode(-1), "*.pgn") &&
+                !chooserEntryFor(ChooserMode(5), "*.pgn"));
     }
 
     void okPath() {
@@ -110,5 +112,5 @@ class TstSeekRules : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstSeekRules)
-#include "tst_seek_rules.moc"
+QTEST_GUILESS_MAIN(TstChooserRules)
+#include "tst_chooser_rules.moc"

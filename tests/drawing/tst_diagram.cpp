@@ -34,7 +34,10 @@ struct Scene {
         invalidatePainted(squareVector, board);
         buildBoard(
             text, squareVector, board, style.PiecesList,
-            [this](int cell, int oneBasedSquare) { diagram.copyCellToSquare(cell, oneBasedSquare, style, reversed); }, nullptr);
+            [this](int cell, int oneBasedSquare) {
+                diagram.copyCellToSquare(cell, oneBasedSquare, style, reversed);
+            },
+            nullptr);
     }
     QImage cellAt(int px, int py) const { return diagram.image().copy(px, py, 15, 15); }
 };

@@ -104,7 +104,7 @@ class TstBoardEdit : public QObject {
         EditBoard b;
         b.reversed = 65;
         b.squareVector[63][1] = 12; // shown at the top left
-        b.drag(0, 1);      // screen squares 0 -> 1
+        b.drag(0, 1);               // screen squares 0 -> 1
         QCOMPARE(b.content(62), 12);
         QCOMPARE(b.content(63), 0);
         b.chosenPiece = 2;

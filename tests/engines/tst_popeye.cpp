@@ -40,7 +40,7 @@ class TstPopeye : public QObject {
                  QByteArray("BeginProblem\r\nPieces\r\nWhite Ke1 Qd1\r\nProtocol /p/Fi.tmp\r\n"
                             "Stipulation #2\r\nOption MaxTime 60 NoBoard\r\nEndProblem\r\n"));
         const PopeyeParams all = {"h#",  "3",   "Circe", "Intelligent", "move e1 e2", "rotate 90",
-                              "Ke1", "Ke8", "Pa2",   "Remark raw",  "512M"};
+                                  "Ke1", "Ke8", "Pa2",   "Remark raw",  "512M"};
         QCOMPARE(problemFileLines(all, "proto").join(u'|'),
                  QString("BeginProblem|Pieces|White Ke1|Black Ke8|Neutral Pa2|Protocol proto|"
                          "Stipulation h#3|Condition Circe|Option MaxTime 60 NoBoard Intelligent|"

@@ -11,6 +11,9 @@ using marlith::testing::Fixture;
 
 namespace {
 
+const char* const kStepButtons[4] = {"firstPositionButton", "previousPositionButton",
+                                     "nextPositionButton", "lastPositionButton"};
+
 // Two games: a header with one position, then two headers (one longer than
 // a row of the list) with three positions.
 const QByteArray kThreeGames = "[Event \"first\"]\n"
@@ -45,7 +48,7 @@ struct Book : Fixture {
     }
     // The position shown after a click on a move button or a key.
     QString button(int index) {
-        QTest::mouseClick(panel->findChild<ToolButton*>(QStringLiteral("Image2(%1)").arg(index)),
+        QTest::mouseClick(panel->findChild<ToolButton*>(QLatin1String(kStepButtons[index])),
                           Qt::LeftButton);
         return position();
     }

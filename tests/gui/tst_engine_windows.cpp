@@ -173,15 +173,18 @@ class TstEngineWindows : public QObject {
         // The box with the focus marks its label.
         QVERIFY(QTest::qWaitForWindowActive(popeyeWindow));
         popeyeWindow->paramBox(2)->setFocus();
-        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "conditionsLabel")->frameStyle(), QFrame::Box | QFrame::Plain);
+        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "conditionsLabel")->frameStyle(),
+                     QFrame::Box | QFrame::Plain);
         stipulation->setFocus();
-        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "conditionsLabel")->frameStyle(), int(QFrame::NoFrame));
+        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "conditionsLabel")->frameStyle(),
+                     int(QFrame::NoFrame));
         // Typing sets the field, trimmed.
         QTest::keyClicks(stipulation->lineEdit(), QStringLiteral("  # "));
         QCOMPARE(e.f->state.popeyeParams[0], "#");
 
         childOf(popeyeWindow, "clearAllButton")->click();
-        QVERIFY(e.f->state.popeyeParams[0].isEmpty() && popeyeWindow->paramBox(6)->currentText().isEmpty());
+        QVERIFY(e.f->state.popeyeParams[0].isEmpty() &&
+                popeyeWindow->paramBox(6)->currentText().isEmpty());
         // Fields stay from one opening to the next; the pieces are new.
         QTest::keyClicks(popeyeWindow->paramBox(1)->lineEdit(), QStringLiteral("3"));
         childOf(popeyeWindow, "closeButton")->click();
@@ -214,10 +217,11 @@ class TstEngineWindows : public QObject {
     void popeyeSolvesInTheBackground() {
         Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
         const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
-        PopeyeWindow* popeyeWindow = e.popeye("4k3/8/8/8/8/8/8/3QK3", {{0, QStringLiteral("#")},
-                                                         {1, QStringLiteral("2")},
-                                                         {3, QStringLiteral("maxtime 90")},
-                                                         {10, maxmem}});
+        PopeyeWindow* popeyeWindow =
+            e.popeye("4k3/8/8/8/8/8/8/3QK3", {{0, QStringLiteral("#")},
+                                              {1, QStringLiteral("2")},
+                                              {3, QStringLiteral("maxtime 90")},
+                                              {10, maxmem}});
         const QString problem = e.path + e.f->state.tempSeed + QStringLiteral("o.tmp");
         const QString protocol = e.path + e.f->state.tempSeed + QStringLiteral("i.tmp");
         writeOf(protocol, "old protocol, to be replaced\r\n");
@@ -230,8 +234,8 @@ class TstEngineWindows : public QObject {
         QCOMPARE(close->text(), "&Hide");
         QTest::mouseClick(close, Qt::LeftButton);
         QVERIFY(!popeyeWindow->isVisible());
-        auto* label2 = childOf<QLabel>(popeyeWindow, "clockLabel");
-        QTRY_COMPARE(label2->text(), QStringLiteral("01:29"));
+        auto* clockLabel = childOf<QLabel>(popeyeWindow, "clockLabel");
+        QTRY_COMPARE(clockLabel->text(), QStringLiteral("01:29"));
 
         QTRY_VERIFY_WITH_TIMEOUT(popeyeWindow->isVisible(), 10000);
         QStringList expected = {QStringLiteral("Popeye stand-in"), QStringLiteral("BeginProblem"),
@@ -246,7 +250,7 @@ class TstEngineWindows : public QObject {
         QTRY_COMPARE(popeyeWindow->running(), int16_t(0));
         QVERIFY(solution->isEnabled());
         QCOMPARE(close->text(), "Cl&ose");
-        QVERIFY(label2->text().isEmpty());
+        QVERIFY(clockLabel->text().isEmpty());
         QVERIFY(!QFile::exists(protocol));
         QTRY_VERIFY(!childOf<QTimer>(popeyeWindow, "pollTimer")->isActive());
         QCOMPARE(QString::fromUtf8(readOf(e.path + QStringLiteral("py-args.txt"))),
@@ -273,18 +277,18 @@ class TstEngineWindows : public QObject {
             "K7",
             {{0, QStringLiteral("#")}, {1, QStringLiteral("1")}, {3, QStringLiteral("MaxTime 1")}});
         childOf(popeyeWindow, "solveButton")->click();
-        auto* label2 = childOf<QLabel>(popeyeWindow, "clockLabel");
-        QTRY_COMPARE(label2->text(), QStringLiteral("00:00"));
+        auto* clockLabel = childOf<QLabel>(popeyeWindow, "clockLabel");
+        QTRY_COMPARE(clockLabel->text(), QStringLiteral("00:00"));
         QTest::qWait(1500);
         QCOMPARE(popeyeWindow->running(), int16_t(1));
         QCOMPARE(Rows(popeyeWindow), QStringList({QStringLiteral("Calculating...")}));
-        QCOMPARE(label2->text(), "00:00");
+        QCOMPARE(clockLabel->text(), "00:00");
         // Leaving the window empties the clock until its next second.
         QVERIFY(QTest::qWaitForWindowActive(popeyeWindow));
         e.f->window->activateWindow();
         QTRY_VERIFY(!popeyeWindow->isActiveWindow());
-        QVERIFY(label2->text().isEmpty());
-        QTRY_COMPARE(label2->text(), QStringLiteral("00:00"));
+        QVERIFY(clockLabel->text().isEmpty());
+        QTRY_COMPARE(clockLabel->text(), QStringLiteral("00:00"));
         // The close box only hides the window, and the run goes on.
         popeyeWindow->close();
         QVERIFY(!popeyeWindow->isVisible());
@@ -319,9 +323,10 @@ class TstEngineWindows : public QObject {
         QTRY_COMPARE(childOf<QLabel>(craftyWindow, "clockLabel")->text(), QStringLiteral("00:01"));
 
         QTRY_VERIFY_WITH_TIMEOUT(craftyWindow->isVisible(), 10000);
-        QCOMPARE(Rows(craftyWindow), QStringList({QStringLiteral("Crafty stand-in"),
-                                           QStringLiteral("position 4k3/8/8/8/8/8/8/4K3 b - -"),
-                                           QStringLiteral("  depth 9 done")}));
+        QCOMPARE(Rows(craftyWindow),
+                 QStringList({QStringLiteral("Crafty stand-in"),
+                              QStringLiteral("position 4k3/8/8/8/8/8/8/4K3 b - -"),
+                              QStringLiteral("  depth 9 done")}));
         QTRY_COMPARE(craftyWindow->running(), int16_t(0));
         QVERIFY(solution->isEnabled());
         QCOMPARE(close->text(), "Cl&ose");

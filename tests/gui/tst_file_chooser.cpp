@@ -48,7 +48,7 @@ struct Chooser {
     // One use, as a caller starts it; the window is left open.
     void open(int mode) {
         window.hide();
-        state.chooserMode = static_cast<int16_t>(mode);
+        state.chooserMode = static_cast<ChooserMode>(mode);
         window.show();
         window.activateWindow();
     }
@@ -102,18 +102,18 @@ class TstFileChooser : public QObject {
         QTest::mouseClick(c.window.findChild<QPushButton*>(QStringLiteral("okButton")),
                           Qt::LeftButton);
         QVERIFY(!c.window.isVisible());
-        QCOMPARE(c.state.chooserMode, int16_t(1));
+        QVERIFY(c.state.chooserConfirmed);
         QCOMPARE(c.window.nameText(), c.folder() + QStringLiteral("/pic.bmp"));
 
         // Return in an empty name box is no choice; with a name it is Ok.
         c.open(1);
         QTest::keyClick(c.nameText, Qt::Key_Return);
         QVERIFY(c.window.isVisible());
-        QCOMPARE(c.state.chooserMode, int16_t(0));
+        QVERIFY(!c.state.chooserConfirmed);
         QTest::keyClicks(c.nameText, QStringLiteral("games"));
         QTest::keyClick(c.nameText, Qt::Key_Return);
         QVERIFY(!c.window.isVisible());
-        QCOMPARE(c.state.chooserMode, int16_t(1));
+        QVERIFY(c.state.chooserConfirmed);
         QCOMPARE(c.window.nameText(), c.folder() + QStringLiteral("/games.fen"));
     }
 
@@ -126,17 +126,17 @@ class TstFileChooser : public QObject {
         QTest::mouseClick(c.window.findChild<QPushButton*>(QStringLiteral("closeButton")),
                           Qt::LeftButton);
         QVERIFY(!c.window.isVisible());
-        QCOMPARE(c.state.chooserMode, int16_t(0));
+        QVERIFY(!c.state.chooserConfirmed);
         c.open(2);
         QTest::keyClick(c.nameText, Qt::Key_Escape);
         QVERIFY(!c.window.isVisible());
         c.open(2);
         c.window.close();
         QVERIFY(!c.window.isVisible());
-        QCOMPARE(c.state.chooserMode, int16_t(2));
+        QVERIFY(!c.state.chooserConfirmed);
         c.open(0);
         QCOMPARE(c.window.folderPath(), c.folder());
-        c.state.mainWindowAlive = 0;
+        c.state.mainWindowAlive = false;
         QVERIFY(c.window.close());
     }
 
@@ -170,7 +170,7 @@ class TstFileChooser : public QObject {
         QVERIFY(c.window.isVisible());
         click(c.files, QStringLiteral("b.pgn"), true);
         QVERIFY(!c.window.isVisible());
-        QCOMPARE(c.state.chooserMode, int16_t(1));
+        QVERIFY(c.state.chooserConfirmed);
         QCOMPARE(c.window.nameText(), c.folder() + QStringLiteral("/b.pgn"));
         // Files made since the last use show at the next.
         touch(c.dir.filePath(QStringLiteral("new.pgn")));
@@ -235,7 +235,8 @@ class TstFileChooser : public QObject {
         touch(f.folder() + QStringLiteral("b.fen"), "8/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/k7\n");
         f.window->runChooser = [](FileChooser& chooser) {
             chooser.show();
-            chooser.findChild<QLineEdit*>(QStringLiteral("nameEdit"))->setText(QStringLiteral("pic"));
+            chooser.findChild<QLineEdit*>(QStringLiteral("nameEdit"))
+                ->setText(QStringLiteral("pic"));
             chooser.confirm();
         };
         f.window->saveImageAs();
@@ -274,7 +275,8 @@ class TstFileChooser : public QObject {
         QTimer::singleShot(0, [] {
             auto* chooser = qobject_cast<FileChooser*>(QApplication::activeModalWidget());
             if (!chooser) return;
-            chooser->findChild<QLineEdit*>(QStringLiteral("nameEdit"))->setText(QStringLiteral("m"));
+            chooser->findChild<QLineEdit*>(QStringLiteral("nameEdit"))
+                ->setText(QStringLiteral("m"));
             chooser->confirm();
         });
         // Never left hanging, whatever happens above.

@@ -1,5 +1,5 @@
-#include "gui/about_window.h"
 #include "drawing/piece_sheet.h"
+#include "gui/about_window.h"
 #include "support/main_window_fixture.h"
 
 #include <QApplication>
@@ -52,13 +52,14 @@ class TstMainWindow : public QObject {
         QTRY_VERIFY(f.positionEdit->hasFocus());
         QCOMPARE(QDir::currentPath() + QLatin1Char('/'), f.folder());
         QVERIFY(f.instances.isEmpty());
-        QCOMPARE(f.state.otherInstanceRunning, int16_t(0));
+        QVERIFY(!f.state.otherInstanceRunning);
         // No settings file: the style list holds "CUSTOM" alone.
-        QCOMPARE(f.combo1()->count(), 1);
-        QCOMPARE(f.combo1()->itemText(0), "CUSTOM");
+        QCOMPARE(f.styleBox()->count(), 1);
+        QCOMPARE(f.styleBox()->itemText(0), "CUSTOM");
         QVERIFY(f.tool("engineButton")->isHidden()); // no engine found
         // The widget shows the diagram image: an empty board from the sheet.
-        const QImage shown = f.diagramView()->grab().toImage().convertToFormat(QImage::Format_RGB32);
+        const QImage shown =
+            f.diagramView()->grab().toImage().convertToFormat(QImage::Format_RGB32);
         QCOMPARE(shown, f.window->diagram().image());
         QCOMPARE(shown.copy(15, 0, 15, 15), builtInSheet().copy(0, 15, 15, 15));
 
@@ -67,7 +68,7 @@ class TstMainWindow : public QObject {
         MainWindow second(state);
         second.startInstance = [](const QStringList&) {};
         second.start({});
-        QCOMPARE(state.otherInstanceRunning, int16_t(1));
+        QVERIFY(state.otherInstanceRunning);
     }
 
     void commandLineStartsFurtherInstances() {
@@ -86,7 +87,8 @@ class TstMainWindow : public QObject {
             f.positionEdit->setText(QString(text).remove(QLatin1Char('|')));
             f.positionEdit->setCursorPosition(int(text.indexOf(QLatin1Char('|'))));
             QTest::keyClick(f.positionEdit, key);
-            return f.positionEdit->text().insert(f.positionEdit->cursorPosition(), QLatin1Char('|'));
+            return f.positionEdit->text().insert(f.positionEdit->cursorPosition(),
+                                                 QLatin1Char('|'));
         };
         QCOMPARE(press("pp|", Qt::Key_Slash), "pp6/|");
         QCOMPARE(press("pp6/|", Qt::Key_Escape), "|");
@@ -143,20 +145,28 @@ class TstMainWindow : public QObject {
         Fixture f;
         QCOMPARE(
             itemsOf(f.window->menuBar()),
-            "fileMenu &File [newAction &New Ctrl+N | startPositionAction S&tart Position Ctrl+T | - | "
+            "fileMenu &File [newAction &New Ctrl+N | startPositionAction S&tart Position Ctrl+T | "
+            "- | "
             "saveImageAction &Save Image Ctrl+S | saveImageAsAction Save Image &As... Ctrl+A | - | "
             "openBookAction Open &Book Ctrl+B | searchAction &Criteria Ctrl+F ~ | "
-            "closeBookAction Cl&ose book Ctrl+O ~ | - | printAction &Print Ctrl+P | - | recentBookAction0 ? | "
-            "recentBookAction1 ? | recentBookAction2 ? | recentBookAction3 ? | - | exitAction E&xit Ctrl+X] | "
+            "closeBookAction Cl&ose book Ctrl+O ~ | - | printAction &Print Ctrl+P | - | "
+            "recentBookAction0 ? | "
+            "recentBookAction1 ? | recentBookAction2 ? | recentBookAction3 ? | - | exitAction "
+            "E&xit Ctrl+X] | "
             "editMenu &Edit [refreshAction Refre&sh = <Enter> | "
             "copyMenu Cop&y [copyPositionAction &Marlith Ctrl+C | copyImageAction &Image Ctrl+I | "
             "copyHtmlAction HTM&L Ctrl+L] | pastePositionAction &Paste Marlith Ctrl+V | - | "
-            "historyAction &History Ctrl+H | recModeAction Rec &Mode Ctrl+M | undoRecAction &Undo Rec Ctrl+Z ~ | - | "
-            "effectsMenu E&ffects [reverseAction &Reverse Ctrl+R | horizontalMirrorAction Hori&zontal Mirror F2 | "
-            "diagonalMirrorAction Dia&gonal Mirror F3 | rotateAction R&otate 90\u00b0 F4 | moveLeftAction Move L&eft F5 | "
-            "moveRightAction Move R&ight F6 | moveUpAction Mo&ve Up F7 | moveDownAction Move &Down F8] | "
+            "historyAction &History Ctrl+H | recModeAction Rec &Mode Ctrl+M | undoRecAction &Undo "
+            "Rec Ctrl+Z ~ | - | "
+            "effectsMenu E&ffects [reverseAction &Reverse Ctrl+R | horizontalMirrorAction "
+            "Hori&zontal Mirror F2 | "
+            "diagonalMirrorAction Dia&gonal Mirror F3 | rotateAction R&otate 90\u00b0 F4 | "
+            "moveLeftAction Move L&eft F5 | "
+            "moveRightAction Move R&ight F6 | moveUpAction Mo&ve Up F7 | moveDownAction Move &Down "
+            "F8] | "
             "graphicAction &Graphic Ctrl+G | styleAction Styl&e Ctrl+E] | "
-            "enginesMenu En&gines [popeyeAction Pope&ye Ctrl+Y ~ | craftyAction &Crafty Ctrl+K ~] | "
+            "enginesMenu En&gines [popeyeAction Pope&ye Ctrl+Y ~ | craftyAction &Crafty Ctrl+K ~] "
+            "| "
             "helpMenu &Help [helpContentsAction &Contents | - | aboutAction &About...]");
     }
 
@@ -201,12 +211,16 @@ class TstMainWindow : public QObject {
     void toolButtonsRunTheirMenuItems() {
         Fixture f;
         QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
-        const QString wiring = QStringLiteral(
-            "saveImageButton saveImageAction, graphicButton graphicAction, historyButton historyAction, copyImageButton copyImageAction, "
-            "copyHtmlButton copyHtmlAction, copyPositionButton copyPositionAction, pastePositionButton pastePositionAction, printButton printAction, "
-            "newButton newAction, startPositionButton startPositionAction, moveRightButton moveRightAction, moveLeftButton moveLeftAction, "
-            "moveUpButton moveUpAction, moveDownButton moveDownAction, rotateButton rotateAction, horizontalMirrorButton horizontalMirrorAction, "
-            "diagonalMirrorButton diagonalMirrorAction");
+        const QString wiring =
+            QStringLiteral("saveImageButton saveImageAction, graphicButton graphicAction, "
+                           "historyButton historyAction, copyImageButton copyImageAction, "
+                           "copyHtmlButton copyHtmlAction, copyPositionButton copyPositionAction, "
+                           "pastePositionButton pastePositionAction, printButton printAction, "
+                           "newButton newAction, startPositionButton startPositionAction, "
+                           "moveRightButton moveRightAction, moveLeftButton moveLeftAction, "
+                           "moveUpButton moveUpAction, moveDownButton moveDownAction, rotateButton "
+                           "rotateAction, horizontalMirrorButton horizontalMirrorAction, "
+                           "diagonalMirrorButton diagonalMirrorAction");
         for (const QString& pair : wiring.split(QStringLiteral(", "))) {
             const QStringList names = pair.split(QLatin1Char(' '));
             QSignalSpy run(f.window->action(names[1]), &QAction::triggered);
@@ -235,9 +249,9 @@ class TstMainWindow : public QObject {
     void childWindowsFollowTheMainWindow() {
         Fixture f;
         QWidget history, view, graphic;
-        f.window->setChildWindow(3, &history);
-        f.window->setChildWindow(6, &view);
-        f.window->setChildWindow(7, &graphic);
+        f.window->setChildWindow(MainWindow::ChildWindow::History, &history);
+        f.window->setChildWindow(MainWindow::ChildWindow::View, &view);
+        f.window->setChildWindow(MainWindow::ChildWindow::Graphic, &graphic);
         history.show();
         graphic.show();
         f.window->showMinimized();
@@ -266,7 +280,7 @@ class TstMainWindow : public QObject {
 
     void pickingAStyleCarriesThePositionOver() {
         Fixture f({}, kTwoStyles);
-        QComboBox* combo = f.combo1();
+        QComboBox* combo = f.styleBox();
         QStringList entries;
         for (int i = 0; i < combo->count(); ++i)
             entries << combo->itemText(i);
@@ -293,7 +307,7 @@ class TstMainWindow : public QObject {
     void styleListKeys() {
         Fixture f({}, kTwoStyles);
         QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
-        QComboBox* combo = f.combo1();
+        QComboBox* combo = f.styleBox();
         combo->setFocus();
         // A name that isn't in the list empties the field and changes nothing.
         combo->setEditText(QStringLiteral("nothing"));
@@ -318,14 +332,14 @@ class TstMainWindow : public QObject {
         const QString work = shared.filePath(QStringLiteral("F123456.tmp"));
         {
             Fixture first({}, kTwoStyles, shared.path());
-            first.combo1()->setCurrentIndex(first.combo1()->findText(QStringLiteral("Wide")));
+            first.styleBox()->setCurrentIndex(first.styleBox()->findText(QStringLiteral("Wide")));
             first.window->chooseStyle();
             QVERIFY(QFile(work).open(QIODevice::WriteOnly));
             first.window->close();
         }
         QVERIFY(!QFile::exists(work));
         Fixture second({}, {}, shared.path());
-        QCOMPARE(second.combo1()->currentText(), "Wide");
+        QCOMPARE(second.styleBox()->currentText(), "Wide");
         QCOMPARE(second.state.style.BorderWidth, int16_t(10));
     }
 };

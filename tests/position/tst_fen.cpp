@@ -27,7 +27,9 @@ struct Run {
     explicit Run(Board b = {8, 8}) : board(b) { invalidatePainted(squareVector, board); }
     Run& build(const QString& text) {
         painted.clear();
-        const auto paint = [this](int cell, int oneBasedSquare) { painted.push_back({cell, oneBasedSquare}); };
+        const auto paint = [this](int cell, int oneBasedSquare) {
+            painted.push_back({cell, oneBasedSquare});
+        };
         complete = buildBoard(text, squareVector, board, pieces, paint, &count);
         return *this;
     }
@@ -132,7 +134,8 @@ class TstFen : public QObject {
             for (int trial = 0; trial < 20; ++trial) {
                 Run source(Board{rows, columns}), target(Board{rows, columns});
                 for (int i = 0; i < rows * columns; ++i)
-                    source.squareVector[i][1] = int16_t(random.bounded(3) == 0 ? random.bounded(1, 13) : 0);
+                    source.squareVector[i][1] =
+                        int16_t(random.bounded(3) == 0 ? random.bounded(1, 13) : 0);
                 QVERIFY(target.build(source.fen()).complete);
                 QCOMPARE(target.fen(), source.fen());
                 for (int i = 0; i < rows * columns; ++i)

@@ -206,7 +206,8 @@ class TstMoves : public QObject {
         // The counter is cut from the text itself, as the caller reads it
         // again; the side to move lands behind the board.
         QCOMPARE(text, QStringLiteral("K7/1k6/8/8/8/8/8/8 b - - 0 1"));
-        QCOMPARE(squaresToFen(squareVector, Board{8, 8}, kPieces), QStringLiteral("K7/1k6/8/8/8/8/8/8"));
+        QCOMPARE(squaresToFen(squareVector, Board{8, 8}, kPieces),
+                 QStringLiteral("K7/1k6/8/8/8/8/8/8"));
         QCOMPARE(int(squareVector[64][1]), 5);
 
         // A short text empties the rest of the board; a text of more than

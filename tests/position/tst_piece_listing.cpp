@@ -62,8 +62,8 @@ class TstPieceListing : public QObject {
         const Board board{8, 8};
         SquareVector squareVector{};
         buildBoard(QString::fromLatin1(c.fen), squareVector, board, pieces, nullptr, nullptr);
-        const PieceLists lists =
-            listPieces(squareVector, board, pieces, english, QString::fromLatin1(c.dictionary), c.mode);
+        const PieceLists lists = listPieces(squareVector, board, pieces, english,
+                                            QString::fromLatin1(c.dictionary), c.mode);
         QCOMPARE(lists.white, QString::fromLatin1(c.white));
         QCOMPARE(lists.black, QString::fromLatin1(c.black));
         QCOMPARE(lists.neutral, QString::fromLatin1(c.neutral));

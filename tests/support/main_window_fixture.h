@@ -1,10 +1,10 @@
 // A fresh program folder, state and main window for each case of a GUI test.
 #pragma once
 
+#include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
 #include "gui/main_window.h"
 #include "gui/tool_button.h"
-#include "gui/diagram_view.h"
 
 #include <QAction>
 #include <QComboBox>
@@ -55,7 +55,9 @@ struct Fixture {
     ToolButton* tool(const char* name) const {
         return window->findChild<ToolButton*>(QLatin1String(name));
     }
-    QComboBox* combo1() const { return window->findChild<QComboBox*>(QStringLiteral("styleBox")); }
+    QComboBox* styleBox() const {
+        return window->findChild<QComboBox*>(QStringLiteral("styleBox"));
+    }
 };
 
 } // namespace marlith::testing
