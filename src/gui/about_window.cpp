@@ -19,20 +19,24 @@ AboutWindow::AboutWindow(QWidget* parent) : QDialog(parent) {
     setModal(true);
     setFixedSize(300, 150);
 
-    auto* icon = new QLabel(this);
-    icon->setPixmap(programIcon());
-    icon->setGeometry(16, 16, 32, 32);
-    auto* title = new QLabel(QStringLiteral("Chess Diagram Editor"), this);
-    title->setGeometry(64, 14, 220, 20);
-    QFont bold = title->font();
+    auto* iconLabel = new QLabel(this);
+    iconLabel->setObjectName(QStringLiteral("iconLabel"));
+    iconLabel->setPixmap(programIcon());
+    iconLabel->setGeometry(16, 16, 32, 32);
+    auto* titleLabel = new QLabel(QStringLiteral("Chess Diagram Editor"), this);
+    titleLabel->setObjectName(QStringLiteral("titleLabel"));
+    titleLabel->setGeometry(64, 14, 220, 20);
+    QFont bold = titleLabel->font();
     bold.setBold(true);
-    title->setFont(bold);
-    auto* platform = new QLabel(QStringLiteral("for Windows 32 bits"), this);
-    platform->setGeometry(64, 34, 220, 20);
-    auto* line = new QFrame(this);
-    line->setFrameShape(QFrame::HLine);
-    line->setFrameShadow(QFrame::Sunken);
-    line->setGeometry(16, 62, 268, 4);
+    titleLabel->setFont(bold);
+    auto* platformLabel = new QLabel(QStringLiteral("for Windows 32 bits"), this);
+    platformLabel->setObjectName(QStringLiteral("platformLabel"));
+    platformLabel->setGeometry(64, 34, 220, 20);
+    auto* separatorLine = new QFrame(this);
+    separatorLine->setObjectName(QStringLiteral("separatorLine"));
+    separatorLine->setFrameShape(QFrame::HLine);
+    separatorLine->setFrameShadow(QFrame::Sunken);
+    separatorLine->setGeometry(16, 62, 268, 4);
 
     const QVersionNumber version = QVersionNumber::fromString(QStringLiteral(MARLITH_VERSION));
     auto* versionLabel = new QLabel(
