@@ -1,4 +1,4 @@
-// AboutWindow: the About window, a fixed modal window with the version.
+// The About window, a fixed modal window with the version.
 #pragma once
 
 #include <QDialog>

@@ -1,4 +1,4 @@
-// CraftyWindow: the Crafty window. A run writes the engine's command file, starts
+// The Crafty window. A run writes the engine's command file, starts
 // the engine on it, and a timer waits for the log, which fills the list.
 #pragma once
 

@@ -1,4 +1,4 @@
-// diagramView: shows the persistent image of the diagram and repaints from it.
+// The diagram on screen: shows the persistent image of the diagram and repaints from it.
 #pragma once
 
 #include <QWidget>

@@ -1,4 +1,4 @@
-// FileChooser: the program's own file window, shown modally by every command
+// The program's own file window, shown modally by every command
 // that picks a file. It is hidden, not destroyed, between uses, so that it
 // keeps its drive, folder and filter, and the caller reads the chosen path
 // from the name box once the window has returned.

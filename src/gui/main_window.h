@@ -1,4 +1,4 @@
-// MainWindow: the main window, with the position text, the tool strips, the style
+// The main window, with the position text, the tool strips, the style
 // list, the book panel, the diagram and the menus.
 #pragma once
 
@@ -66,7 +66,7 @@ class MainWindow : public QMainWindow {
     void openBook();
     void closeBook();
     void openRecentBook(int index);
-    // the position box receives a position of the book, its rows completed.
+    // The position box receives a position of the book, its rows completed.
     void showPosition(const QString& board);
     // The name put into the style list as if typed there with Enter.
     void chooseStyleByName(const QString& name);

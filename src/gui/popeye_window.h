@@ -1,4 +1,4 @@
-// PopeyeWindow: the Popeye window. Its fields make the problem file; a run starts
+// The Popeye window. Its fields make the problem file; a run starts
 // the solver and a timer waits for the protocol, which fills the list.
 #pragma once
 

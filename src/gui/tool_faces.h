@@ -7,15 +7,15 @@
 
 namespace marlith {
 
-// the first strip: faces of the first strip (Save, Graphic, History, Image, HTML,
+// Faces of the first strip (Save, Graphic, History, Image, HTML,
 // Copy, Paste, Print, Engine), resting at i and pressed at i + 9.
 std::array<QPixmap, 18> firstStripFaces();
-// the second strip: faces of the second strip (New, Start, Right, Left, Up, Down,
+// Faces of the second strip (New, Start, Right, Left, Up, Down,
 // Rotate, Horizontal Mirror, Diagonal Mirror); the four arrows are half size.
 std::array<QPixmap, 18> secondStripFaces();
-// the Rec button: the Rec button, off and on.
+// The Rec button, off and on.
 std::array<QPixmap, 2> recModeFaces();
-// the step buttons: the move buttons of the book panel (first, back, forward, last),
+// The step buttons of the book panel (first, back, forward, last),
 // 16 by 16, resting at i and pressed at i + 4.
 std::array<QPixmap, 8> stepButtonFaces();
 // The program's icon.

