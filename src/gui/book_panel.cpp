@@ -16,6 +16,9 @@ namespace marlith {
 namespace {
 constexpr const char* kStepButtonNames[4] = {"firstPositionButton", "previousPositionButton",
                                              "nextPositionButton", "lastPositionButton"};
+using Step = void (BookPanel::*)();
+constexpr Step kSteps[4] = {&BookPanel::firstPosition, &BookPanel::previousPosition,
+                            &BookPanel::nextPosition, &BookPanel::lastPosition};
 } // namespace
 
 BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), state_(state) {
@@ -49,7 +52,7 @@ BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), stat
         stepButtons_[i] = new ToolButton(faces[i], faces[i + 4], stepStrip_);
         stepButtons_[i]->setObjectName(QLatin1String(kStepButtonNames[i]));
         stepButtons_[i]->move(i * 240 / kTwipsPerPixel, 0);
-        connect(stepButtons_[i], &ToolButton::clicked, this, [this, i] { stepThroughGame(i); });
+        connect(stepButtons_[i], &ToolButton::clicked, this, kSteps[i]);
     }
     connect(gameScrollBar_, &QScrollBar::valueChanged, this, [this] { showGame(); });
     for (QWidget* watched :
@@ -79,7 +82,7 @@ void BookPanel::resetGameScrollBar() {
 }
 
 void BookPanel::showGame() {
-    stepThroughGame(0);
+    firstPosition();
     setGameCaption();
     Q_EMIT stepped();
 }
@@ -91,44 +94,44 @@ void BookPanel::setGameCaption() {
                             .arg(state_.book.gameCount));
 }
 
-void BookPanel::stepThroughGame(int index) {
+void BookPanel::firstPosition() {
     OpenBook& book = state_.book;
-    bool moved = false;
     char kind = 0;
-    switch (index) {
-    case 0: {
-        headerList_->clear();
-        moved = goToGame(book, std::max(1, gameScrollBar_->value()));
-        while (moved && book.currentRecord.at(1) != kPositionKind) {
-            const QString t = recordText(stripComment(book.currentRecord));
-            if (const auto style = styleTag(t)) {
-                // The book's style tag changes the style, as the name typed
-                // into the list would.
-                if (!style->isEmpty() && style->toUpper() != state_.style.StyleName.toUpper())
-                    Q_EMIT styleTagFound(*style);
-            } else {
-                headerList_->addItems(wrapHeader(t));
-            }
-            moved = nextRecord(book, kind);
+    headerList_->clear();
+    bool found = goToGame(book, std::max(1, gameScrollBar_->value()));
+    while (found && book.currentRecord.at(1) != kPositionKind) {
+        const QString t = recordText(stripComment(book.currentRecord));
+        if (const auto style = styleTag(t)) {
+            // The book's style tag changes the style, as the name typed
+            // into the list would.
+            if (!style->isEmpty() && style->toUpper() != state_.style.StyleName.toUpper())
+                Q_EMIT styleTagFound(*style);
+        } else {
+            headerList_->addItems(wrapHeader(t));
         }
-        stepStrip_->setVisible(kind == kPositionKind);
-        moved = true; // even a game that can't be read shows its (blank) record
-        break;
+        found = nextRecord(book, kind);
     }
-    case 1:
-        moved = previousRecord(book);
-        break;
-    case 2:
-        moved = nextRecord(book, kind);
-        break;
-    case 3:
-        while (nextRecord(book, kind)) {
-        }
-        moved = true;
-        break;
-    default:
-        break;
+    stepStrip_->setVisible(kind == kPositionKind);
+    finishStep(true); // even a game that can't be read shows its (blank) record
+}
+
+void BookPanel::previousPosition() {
+    finishStep(previousRecord(state_.book));
+}
+
+void BookPanel::nextPosition() {
+    char kind = 0;
+    finishStep(nextRecord(state_.book, kind));
+}
+
+void BookPanel::lastPosition() {
+    char kind = 0;
+    while (nextRecord(state_.book, kind)) {
     }
+    finishStep(true);
+}
+
+void BookPanel::finishStep(bool moved) {
     if (moved) showRecord();
     Q_EMIT stepped();
 }
@@ -150,11 +153,11 @@ bool BookPanel::eventFilter(QObject* watched, QEvent* event) {
         if (watched == stepStrip_) {
             const bool ctrl = key->modifiers() & Qt::ControlModifier;
             if (key->key() == Qt::Key_Left) {
-                stepThroughGame(ctrl ? 0 : 1);
+                ctrl ? firstPosition() : previousPosition();
                 return true;
             }
             if (key->key() == Qt::Key_Right) {
-                stepThroughGame(ctrl ? 3 : 2);
+                ctrl ? lastPosition() : nextPosition();
                 return true;
             }
         }

@@ -24,8 +24,11 @@ class BookPanel : public QGroupBox {
     void resetGameScrollBar();
     // Shows the game at the scroll bar's value.
     void showGame();
-    // 0 first position, 1 a step back, 2 a step forward, 3 last position.
-    void stepThroughGame(int index);
+    // The steps through the game on show, by the four buttons or the arrow keys.
+    void firstPosition();
+    void previousPosition();
+    void nextPosition();
+    void lastPosition();
     void setGameCaption();
     // The running count of a scan.
     void showCount(int games);
@@ -50,6 +53,8 @@ class BookPanel : public QGroupBox {
 
   private:
     void showRecord();
+    // Shows the record on show if the step moved; the caret goes behind it.
+    void finishStep(bool moved);
 
     AppState& state_;
     QLabel* gameLabel_;
