@@ -67,7 +67,7 @@ CraftyWindow::CraftyWindow(AppState& state, QWidget* parent)
     connect(solveButton_, &QPushButton::clicked, this, &CraftyWindow::solve);
     connect(copySolutionButton, &QPushButton::clicked, this, &CraftyWindow::copySolution);
     connect(printSolutionButton, &QPushButton::clicked, this, &CraftyWindow::printSolution);
-    connect(closeButton_, &QPushButton::clicked, this, &CraftyWindow::hideWindow);
+    connect(closeButton_, &QPushButton::clicked, this, &QWidget::hide);
     connect(clearAllButton, &QPushButton::clicked, this, &CraftyWindow::clearAll);
 
     makeSolutionList(twipsRect(0, 840, 8175, 4050));
@@ -117,10 +117,6 @@ void CraftyWindow::copySolution() {
 
 void CraftyWindow::printSolution() {
     printRows(listRows(solutionList_), state_.programFolder + QStringLiteral("Solution.pdf"));
-}
-
-void CraftyWindow::hideWindow() {
-    hide();
 }
 
 void CraftyWindow::clearAll() {

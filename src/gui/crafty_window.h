@@ -22,7 +22,6 @@ class CraftyWindow : public EngineWindow {
     void solve();
     void copySolution();
     void printSolution();
-    void hideWindow();
     void clearAll();
     void tick() override;
 

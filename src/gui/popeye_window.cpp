@@ -110,7 +110,7 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
     closeButton_ = namedButton(this, "closeButton", "Cl&ose", twipsRect(3600, 3840, 855, 315));
     connect(clearAllButton_, &QPushButton::clicked, this, &PopeyeWindow::clearAll);
     connect(solveButton_, &QPushButton::clicked, this, &PopeyeWindow::solve);
-    connect(closeButton_, &QPushButton::clicked, this, &PopeyeWindow::hideWindow);
+    connect(closeButton_, &QPushButton::clicked, this, &QWidget::hide);
     connect(copySolutionButton_, &QPushButton::clicked, this, &PopeyeWindow::copySolution);
     connect(printSolutionButton_, &QPushButton::clicked, this, &PopeyeWindow::printSolution);
 
@@ -199,10 +199,6 @@ void PopeyeWindow::solve() {
     closeButton_->setText(QStringLiteral("&Hide"));
     run_.begin(protocol, maxTime);
     wake();
-}
-
-void PopeyeWindow::hideWindow() {
-    hide();
 }
 
 void PopeyeWindow::copySolution() {

@@ -26,7 +26,6 @@ class PopeyeWindow : public EngineWindow {
 
     void clearAll();
     void solve();
-    void hideWindow();
     void copySolution();
     void printSolution();
     void setParam(int index);
