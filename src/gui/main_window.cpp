@@ -488,29 +488,37 @@ void MainWindow::chooseStyle() {
 
 bool MainWindow::handleStyleKey(int key) {
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        const QString typed = styleBox_->currentText().toUpper();
-        if (typed == QLatin1String("CUSTOM")) {
-            editStyle();
-            return true;
-        }
-        for (int i = 0; i < styleBox_->count(); ++i) {
-            if (styleBox_->itemText(i).toUpper() == typed) {
-                styleBox_->setCurrentIndex(i);
-                chooseStyle();
-                return true;
-            }
-        }
-        styleBox_->setEditText(QString());
+        chooseTypedStyle();
         return true;
     }
     if (key == Qt::Key_Escape) {
-        styleBox_->setEditText(styleBox_->currentIndex() >= 0
-                                   ? styleBox_->itemText(styleBox_->currentIndex())
-                                   : QString());
-        positionEdit_->setFocus();
+        restoreStyleText();
         return true;
     }
     return false;
+}
+
+void MainWindow::chooseTypedStyle() {
+    const QString typed = styleBox_->currentText().toUpper();
+    if (typed == QLatin1String("CUSTOM")) {
+        editStyle();
+        return;
+    }
+    for (int i = 0; i < styleBox_->count(); ++i) {
+        if (styleBox_->itemText(i).toUpper() == typed) {
+            styleBox_->setCurrentIndex(i);
+            chooseStyle();
+            return;
+        }
+    }
+    styleBox_->setEditText(QString());
+}
+
+void MainWindow::restoreStyleText() {
+    styleBox_->setEditText(styleBox_->currentIndex() >= 0
+                               ? styleBox_->itemText(styleBox_->currentIndex())
+                               : QString());
+    positionEdit_->setFocus();
 }
 
 void MainWindow::readSettings() {
@@ -679,7 +687,7 @@ void MainWindow::showPosition(const QString& board) {
 
 void MainWindow::chooseStyleByName(const QString& name) {
     styleBox_->setEditText(name);
-    handleStyleKey(Qt::Key_Return);
+    chooseTypedStyle();
 }
 
 void MainWindow::saveImage() {
@@ -799,8 +807,7 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void MainWindow::handlePositionKeyDown(int key) {
     // End shows the text as far as its last piece; the key then moves the caret.
-    if (key == Qt::Key_End)
-        positionEdit_->setText(cutAfterLastPiece(positionEdit_->text(), state_.style.PiecesList));
+    if (key == Qt::Key_End) cutAfterLastPiece();
 }
 
 bool MainWindow::handlePositionKey(const QString& typed, int key) {
@@ -813,15 +820,24 @@ bool MainWindow::handlePositionKey(const QString& typed, int key) {
         return true;
     }
     if (typed == QLatin1String("/")) {
-        const int s = positionEdit_->hasSelectedText() ? positionEdit_->selectionStart()
-                                                       : positionEdit_->cursorPosition();
-        const RowCompletion completed = completeRow(
-            positionEdit_->text(), s, state_.style.BorderWidth, state_.style.PiecesList);
-        positionEdit_->setText(completed.text);
-        positionEdit_->setCursorPosition(completed.caret);
+        completeRow();
         return true;
     }
     return false;
+}
+
+void MainWindow::cutAfterLastPiece() {
+    positionEdit_->setText(
+        marlith::cutAfterLastPiece(positionEdit_->text(), state_.style.PiecesList));
+}
+
+void MainWindow::completeRow() {
+    const int caret = positionEdit_->hasSelectedText() ? positionEdit_->selectionStart()
+                                                       : positionEdit_->cursorPosition();
+    const RowCompletion completed = marlith::completeRow(
+        positionEdit_->text(), caret, state_.style.BorderWidth, state_.style.PiecesList);
+    positionEdit_->setText(completed.text);
+    positionEdit_->setCursorPosition(completed.caret);
 }
 
 } // namespace marlith

@@ -124,6 +124,14 @@ class MainWindow : public QMainWindow {
     bool handlePositionKey(const QString& typed, int key);
     void handlePositionKeyDown(int key);
     bool handleStyleKey(int key);
+    // Enter in the style list: the style of that name, "CUSTOM" the Style window.
+    void chooseTypedStyle();
+    // Escape in the style list: the name of the style in use again.
+    void restoreStyleText();
+    // End in the position box: the text up to its last piece.
+    void cutAfterLastPiece();
+    // "/" in the position box: the row typed so far filled with empty squares.
+    void completeRow();
     void takeChildWindowsAlong();
     void runToolCommand(const std::function<void()>& command, bool keepsFocus);
     void showRecentBooks();

@@ -50,6 +50,13 @@ class TstMainWindow : public QObject {
         QCOMPARE(f.pieceCounterLabel->text(), "(2x1)");
         QTest::keyClick(f.positionEdit, Qt::Key_Return); // completes the rows
         QCOMPARE(f.positionEdit->text(), "kKQ5/8/8/8/8/8/8/8");
+        // "/" fills the row typed so far; End cuts the text behind its last piece.
+        f.positionEdit->clear();
+        f.type(QStringLiteral("k/"));
+        QCOMPARE(f.positionEdit->text(), "k7/");
+        f.type(QStringLiteral("1K3"));
+        QTest::keyClick(f.positionEdit, Qt::Key_End);
+        QCOMPARE(f.positionEdit->text(), "k7/1K");
         QTest::keyClick(f.positionEdit, Qt::Key_T, Qt::ControlModifier);
         QCOMPARE(f.positionEdit->text(), f.state.style.StartPos);
         QCOMPARE(f.pieceCounterLabel->text(), "(16x16)");
