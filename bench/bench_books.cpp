@@ -108,8 +108,8 @@ double stepTime(const QString& folder, int games) {
     const QString path = folder + QStringLiteral("/steps.fen");
     writeFenBook(path, games, 10);
     OpenBook book;
-    book.work.open(folder + QStringLiteral("/steps.tmp"));
-    const BookScan scan = scanFen(path, book.work, {});
+    book.workFile.open(folder + QStringLiteral("/steps.tmp"));
+    const BookScan scan = scanFen(path, book.workFile, {});
     book.gameCount = scan.gameCount;
     book.recordCount = scan.recordCount;
     book.gameIndex = scan.gameIndex;

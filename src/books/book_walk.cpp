@@ -23,7 +23,7 @@ bool goToGame(OpenBook& book, int32_t n) {
     if (!ok) return false;
     book.currentRecordNumber = number;
     if (!inRange(book, number)) return false;
-    const auto record = book.work.read(number);
+    const auto record = book.workFile.read(number);
     if (!record) return false;
     book.currentRecord = *record;
     return true;
@@ -33,19 +33,19 @@ bool nextRecord(OpenBook& book, char& kind) {
     kind = 0;
     const int32_t r = book.currentRecordNumber + 1;
     if (!inRange(book, r)) return false;
-    const auto record = book.work.read(r);
+    const auto record = book.workFile.read(r);
     if (!record || gameField(*record) != gameField(book.currentRecord)) return false;
     book.currentRecord = *record;
     book.currentRecordNumber = r;
     // The record behind tells whether the game goes on.
-    if (const auto behind = book.work.read(r + 1)) kind = behind->at(1);
+    if (const auto behind = book.workFile.read(r + 1)) kind = behind->at(1);
     return true;
 }
 
 bool previousRecord(OpenBook& book) {
     const int32_t r = book.currentRecordNumber - 1;
     if (!inRange(book, r)) return false;
-    const auto record = book.work.read(r);
+    const auto record = book.workFile.read(r);
     if (!record || gameField(*record) != gameField(book.currentRecord) ||
         record->at(1) != kPositionKind)
         return false;

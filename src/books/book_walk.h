@@ -13,7 +13,7 @@ namespace marlith {
 
 // The book that is open, as the scan left it and the walk moves through it.
 struct OpenBook {
-    WorkFile work;
+    WorkFile workFile;
     int32_t gameCount = 0;
     int32_t recordCount = 0;
     QByteArray gameIndex; // per game, its first record's number in six characters
@@ -21,7 +21,7 @@ struct OpenBook {
     QByteArray currentRecord = QByteArray(kRecordLength, ' ');
     int32_t currentRecordNumber = 0;
 
-    bool isOpen() const { return work.isOpen(); }
+    bool isOpen() const { return workFile.isOpen(); }
 };
 
 // Loads the first record of the game at place n (from 1) of the index.

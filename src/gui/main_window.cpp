@@ -629,21 +629,21 @@ void MainWindow::loadBook() {
     repaint();
 
     OpenBook& book = state_.book;
-    book.work.open(state_.programFolder + state_.tempSeed + QStringLiteral(".tmp"));
+    book.workFile.open(state_.programFolder + state_.tempSeed + QStringLiteral(".tmp"));
     const QString extension = state_.bookFile.right(4).toUpper();
     const ScanProgress progress = [this](int32_t games) { bookPanel_->showCount(games); };
     BookScan scan;
     if (extension == QLatin1String(".PBM"))
-        scan = scanPbm(state_.bookFile, book.work, state_.style.BorderHeight,
+        scan = scanPbm(state_.bookFile, book.workFile, state_.style.BorderHeight,
                        state_.style.BorderWidth, state_.style.PiecesList, progress);
     else if (extension == QLatin1String(".EPD"))
-        scan = scanEpd(state_.bookFile, book.work, progress);
+        scan = scanEpd(state_.bookFile, book.workFile, progress);
     else if (extension == QLatin1String(".PGN")) {
         StylePgnBoard board(state_.style);
         scan =
-            scanPgn(state_.bookFile, book.work, board, state_.style.StartPos.toLatin1(), progress);
+            scanPgn(state_.bookFile, book.workFile, board, state_.style.StartPos.toLatin1(), progress);
     } else
-        scan = scanFen(state_.bookFile, book.work, progress);
+        scan = scanFen(state_.bookFile, book.workFile, progress);
     book.gameCount = scan.gameCount;
     book.recordCount = scan.recordCount;
     book.gameIndex = scan.gameIndex;
@@ -668,7 +668,7 @@ void MainWindow::openBook() {
 }
 
 void MainWindow::closeBook() {
-    state_.book.work.close();
+    state_.book.workFile.close();
     bookPanel_->hide();
     if (isNormalState(*this)) resize(width(), twipsToWholePixels(state_.style.WndHeight + 1350));
     action(QStringLiteral("searchAction"))->setEnabled(false);

@@ -17,8 +17,8 @@ struct Walk {
 
     explicit Walk(const QByteArray& text, bool epd = false) {
         const QString path = testing::writeBook(dir.filePath(QStringLiteral("b")), text);
-        book.work.open(dir.filePath(QStringLiteral("F1.tmp")));
-        const BookScan scan = epd ? scanEpd(path, book.work, {}) : scanFen(path, book.work, {});
+        book.workFile.open(dir.filePath(QStringLiteral("F1.tmp")));
+        const BookScan scan = epd ? scanEpd(path, book.workFile, {}) : scanFen(path, book.workFile, {});
         book.gameCount = scan.gameCount;
         book.recordCount = scan.recordCount;
         book.gameIndex = book.fullIndex = scan.gameIndex;
@@ -67,7 +67,7 @@ class TstBookWalk : public QObject {
         QVERIFY(!goToGame(empty.book, 1) && !previousRecord(empty.book) && empty.steps(1) == "-");
         // A work file that went away stops the walk.
         QVERIFY(goToGame(w.book, 1));
-        w.book.work.close();
+        w.book.workFile.close();
         QCOMPARE(w.steps(1), QByteArray("-"));
     }
 

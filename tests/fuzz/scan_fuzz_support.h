@@ -23,8 +23,8 @@ void scanAndWalk(const uint8_t* data, size_t size, const char* extension, Scan s
         file.write(reinterpret_cast<const char*>(data), static_cast<qint64>(size));
     }
     OpenBook open;
-    if (!open.work.open(folder.path() + QStringLiteral("/work.tmp"))) return;
-    const BookScan result = scan(book, open.work);
+    if (!open.workFile.open(folder.path() + QStringLiteral("/work.tmp"))) return;
+    const BookScan result = scan(book, open.workFile);
     open.gameCount = result.gameCount;
     open.recordCount = result.recordCount;
     open.gameIndex = result.gameIndex;
