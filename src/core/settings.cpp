@@ -185,4 +185,60 @@ bool writeSettings(const QString& programFolder, const RecentList& recentFile,
     return replaceSettingsFile(programFolder, lines, seams);
 }
 
+QList<QByteArray> replaceStyleBlock(const QList<QByteArray>& lines, const QString& styleName,
+                                    const QList<QByteArray>* block) {
+    const QString current = styleName.toUpper();
+    bool pending = block != nullptr;
+    bool skipping = false;
+    bool lastBlank = true;
+    QList<QByteArray> out;
+    const auto printBlock = [&] {
+        if (!lastBlank) out.append(QByteArray());
+        out.append(*block);
+        pending = false;
+    };
+    for (const QByteArray& line : lines) {
+        QString copy = QString::fromUtf8(line).toUpper();
+        const qsizetype comment = copy.indexOf(QLatin1Char(';'));
+        if (comment >= 1) copy = trimBlanks(QStringView(copy).left(comment));
+        const qsizetype equals = copy.indexOf(QLatin1Char('='));
+        if (equals >= 1 && copy.startsWith(QLatin1String("BEGINSTYLE"))) {
+            const QString name = trimBlanks(QStringView(copy).mid(equals + 1));
+            skipping = name == current;
+            if (name > current && pending) {
+                printBlock();
+                out.append(QByteArray());
+            }
+        }
+        if (!skipping) {
+            out.append(line);
+            lastBlank = trimBlanks(QString::fromUtf8(line)).isEmpty();
+        }
+    }
+    if (pending) printBlock();
+    return out;
+}
+
+bool writeStyles(const QString& programFolder, Style& style, bool store,
+                 const SettingsWriteSeams& seams) {
+    QList<QByteArray> lines;
+    const QString settingsPath = inFolder(programFolder, kSettingsFileName);
+    const QFileInfo info(settingsPath);
+    if (info.exists() || info.isSymLink()) {
+        QFile old(settingsPath);
+        if (!old.open(QIODevice::ReadOnly)) return false;
+        const QByteArray bytes = old.readAll();
+        if (old.error() != QFileDevice::NoError) return false;
+        lines = splitLines(bytes);
+    }
+    QList<QByteArray> block;
+    if (store) {
+        const QString text = writeStyleBlock(style);
+        for (const QString& line : text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts))
+            block.append(line.toUtf8());
+    }
+    return replaceSettingsFile(
+        programFolder, replaceStyleBlock(lines, style.StyleName, store ? &block : nullptr), seams);
+}
+
 } // namespace marlith

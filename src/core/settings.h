@@ -80,4 +80,21 @@ bool writeSettings(const QString& programFolder, const RecentList& recentFile,
                    const QString& recentEngine, const QString& styleName,
                    const SettingsWriteSeams& seams = {});
 
+// The settings file's lines with the block of the style `styleName` taken
+// out: from its BeginStyle line up to the next block, what stands behind it
+// going with it. With `block` (lines without ends), the style's block goes in
+// front of the first block whose upper-cased name sorts after it, or at the
+// end, one blank line apart from its neighbours. A block is opened only by a
+// line that begins with "BeginStyle" and a "=" (in any case), or one with a
+// ";" comment behind its first character, whose text before it is trimmed.
+QList<QByteArray> replaceStyleBlock(const QList<QByteArray>& lines, const QString& styleName,
+                                    const QList<QByteArray>* block);
+
+// Stores the style's block in the settings file, in the order of names, or
+// with `store` false takes it out. Every other line stays as it stands. A
+// missing settings file becomes one that holds the block alone; one that
+// can't be read is left alone and the result is false.
+bool writeStyles(const QString& programFolder, Style& style, bool store,
+                 const SettingsWriteSeams& seams = {});
+
 } // namespace marlith

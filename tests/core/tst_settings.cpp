@@ -245,6 +245,59 @@ class TstSettings : public QObject {
     // Failing before the first line, midway, at the last, at the rename, or
     // killed midway (last, as a child gets no chance to clean up): the old
     // file stays whole.
+    // A style's block goes in the order of names, one blank line from its
+    // neighbours; its old block goes with what stands behind it.
+    void styleBlocksKeepTheirOrder() {
+        const QList<QByteArray> block = {"BeginStyle = beta", "  SqrWidth = 9"};
+        const QByteArray kept = "RecentStyle = x\n\nBeginStyle = ALPHA\nA\n\nBeginStyle = GAMMA\nG";
+        const std::tuple<const char*, QByteArray, bool, QByteArray> cases[] = {
+            {"beta", kept, true,
+             "RecentStyle = x\n\nBeginStyle = ALPHA\nA\n\nBeginStyle = beta\n  SqrWidth = 9\n\n"
+             "BeginStyle = GAMMA\nG"},
+            {"zeta", "BeginStyle = Alpha\nA", true,
+             "BeginStyle = Alpha\nA\n\nBeginStyle = beta\n  SqrWidth = 9"},
+            {"zeta", "", true, "BeginStyle = beta\n  SqrWidth = 9"},
+            // Replaced in place, spelled the new way.
+            {"BETA", "BeginStyle = Beta\nold\n\nBeginStyle = Gamma\nG", true,
+             "BeginStyle = beta\n  SqrWidth = 9\n\nBeginStyle = Gamma\nG"},
+            {"beta", "A\n\nbeginstyle = Beta\nold\n\nBeginStyle = Gamma\nG", false,
+             "A\n\nBeginStyle = Gamma\nG"},
+            {"beta", "A\n\nBeginStyle = Beta\nold\n\n; trailing", false, "A\n"},
+            // No block: a comment at the first place, blanks in front without
+            // a comment; with a comment the line is trimmed and opens one.
+            {"beta", ";BeginStyle = Beta\n  BeginStyle = Beta\nx", false,
+             ";BeginStyle = Beta\n  BeginStyle = Beta\nx"},
+            {"beta", "A\n  BeginStyle = Beta ; old\nx", false, "A"},
+        };
+        for (const auto& [name, before, store, after] : cases) {
+            const QList<QByteArray> result =
+                replaceStyleBlock(before.isEmpty() ? QList<QByteArray>() : before.split('\n'),
+                                  QString::fromLatin1(name), store ? &block : nullptr);
+            QCOMPARE(result.join('\n'), after);
+        }
+    }
+
+    void aStoredStyleIsReadBack() {
+        Folder folder(kLibrary);
+        Program program(folder);
+        program.style.StyleName = QStringLiteral("Aardvark");
+        program.style.SqrWidth = 25 * 15;
+        QVERIFY(writeStyles(folder.path(), program.style, true));
+        const QByteArray stored = folder.get();
+        QVERIFY(stored.startsWith(kLibrary.left(kLibrary.indexOf("BeginStyle = Alpha"))));
+        QVERIFY(stored.indexOf("BeginStyle = Aardvark") < stored.indexOf("BeginStyle = Alpha"));
+        Program again;
+        again.style.StyleName = QStringLiteral("AARDVARK");
+        QCOMPARE(again.read(folder).style.SqrWidth, 25 * 15);
+        QVERIFY(writeStyles(folder.path(), program.style, false));
+        QCOMPARE(folder.get(), kLibrary);
+        // Without a settings file the block alone makes one.
+        Folder empty;
+        QFile::remove(empty.ini());
+        QVERIFY(writeStyles(empty.path(), program.style, true));
+        QVERIFY(empty.get().startsWith("BeginStyle = Aardvark\r\n"));
+    }
+
     void aWriteThatDoesntFinishLeavesTheOldFile() {
         QList<SettingsWriteSeams> cases;
         for (int failAt : {0, 5, 11})
