@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fcntl.h>
+#include <optional>
 #include <unistd.h>
 
 namespace marlith {
@@ -123,6 +124,24 @@ QList<QByteArray> splitLines(const QByteArray& bytes) {
     return lines;
 }
 
+namespace {
+
+// The lines of the settings file that is to be rewritten: none on a first
+// run, and no result for a file that is there but can't be read, which
+// would otherwise be replaced by the new lines alone.
+std::optional<QList<QByteArray>> oldSettingsLines(const QString& programFolder) {
+    const QString settingsPath = inFolder(programFolder, kSettingsFileName);
+    const QFileInfo info(settingsPath);
+    if (!info.exists() && !info.isSymLink()) return QList<QByteArray>();
+    QFile old(settingsPath);
+    if (!old.open(QIODevice::ReadOnly)) return std::nullopt;
+    const QByteArray bytes = old.readAll();
+    if (old.error() != QFileDevice::NoError) return std::nullopt;
+    return splitLines(bytes);
+}
+
+} // namespace
+
 bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
                          const SettingsWriteSeams& seams) {
     const QString tempPath = inFolder(programFolder, kSettingsTempName);
@@ -164,23 +183,15 @@ bool writeSettings(const QString& programFolder, const RecentList& recentFile,
         if (!recentFile[i].isEmpty()) lines.append(("RecentFile = " + recentFile[i]).toUtf8());
     if (!recentEngine.isEmpty()) lines.append(("RecentEngine = " + recentEngine).toUtf8());
 
-    // Only a missing file is a first run; one that is there but can't be read
-    // would otherwise be replaced by the recent lines alone.
-    const QString settingsPath = inFolder(programFolder, kSettingsFileName);
-    const QFileInfo info(settingsPath);
-    if (info.exists() || info.isSymLink()) {
-        QFile old(settingsPath);
-        if (!old.open(QIODevice::ReadOnly)) return false;
-        const QByteArray bytes = old.readAll();
-        if (old.error() != QFileDevice::NoError) return false;
-        const QByteArray styleLine = ("RecentStyle = " + styleName).toUtf8();
-        for (const QByteArray& line : splitLines(bytes)) {
-            const QString t = trimBlanks(QString::fromUtf8(line)).toUpper();
-            if (t.startsWith(u"RECENTSTYLE") || t.startsWith(u"STYLE"))
-                lines.append(styleLine);
-            else if (!t.startsWith(u"RECENTENGINE") && !t.startsWith(u"RECENTFILE"))
-                lines.append(line);
-        }
+    const std::optional<QList<QByteArray>> old = oldSettingsLines(programFolder);
+    if (!old) return false;
+    const QByteArray styleLine = ("RecentStyle = " + styleName).toUtf8();
+    for (const QByteArray& line : *old) {
+        const QString t = trimBlanks(QString::fromUtf8(line)).toUpper();
+        if (t.startsWith(u"RECENTSTYLE") || t.startsWith(u"STYLE"))
+            lines.append(styleLine);
+        else if (!t.startsWith(u"RECENTENGINE") && !t.startsWith(u"RECENTFILE"))
+            lines.append(line);
     }
     return replaceSettingsFile(programFolder, lines, seams);
 }
@@ -198,7 +209,8 @@ QList<QByteArray> replaceStyleBlock(const QList<QByteArray>& lines, const QStrin
         pending = false;
     };
     for (const QByteArray& line : lines) {
-        QString copy = QString::fromUtf8(line).toUpper();
+        const QString text = QString::fromUtf8(line);
+        QString copy = text.toUpper();
         const qsizetype comment = copy.indexOf(QLatin1Char(';'));
         if (comment >= 1) copy = trimBlanks(QStringView(copy).left(comment));
         const qsizetype equals = copy.indexOf(QLatin1Char('='));
@@ -212,7 +224,7 @@ QList<QByteArray> replaceStyleBlock(const QList<QByteArray>& lines, const QStrin
         }
         if (!skipping) {
             out.append(line);
-            lastBlank = trimBlanks(QString::fromUtf8(line)).isEmpty();
+            lastBlank = trimBlanks(text).isEmpty();
         }
     }
     if (pending) printBlock();
@@ -221,24 +233,12 @@ QList<QByteArray> replaceStyleBlock(const QList<QByteArray>& lines, const QStrin
 
 bool writeStyles(const QString& programFolder, Style& style, bool store,
                  const SettingsWriteSeams& seams) {
-    QList<QByteArray> lines;
-    const QString settingsPath = inFolder(programFolder, kSettingsFileName);
-    const QFileInfo info(settingsPath);
-    if (info.exists() || info.isSymLink()) {
-        QFile old(settingsPath);
-        if (!old.open(QIODevice::ReadOnly)) return false;
-        const QByteArray bytes = old.readAll();
-        if (old.error() != QFileDevice::NoError) return false;
-        lines = splitLines(bytes);
-    }
-    QList<QByteArray> block;
-    if (store) {
-        const QString text = writeStyleBlock(style);
-        for (const QString& line : text.split(QStringLiteral("\r\n"), Qt::SkipEmptyParts))
-            block.append(line.toUtf8());
-    }
+    const std::optional<QList<QByteArray>> old = oldSettingsLines(programFolder);
+    if (!old) return false;
+    const QList<QByteArray> block =
+        store ? splitLines(writeStyleBlock(style).toUtf8()) : QList<QByteArray>();
     return replaceSettingsFile(
-        programFolder, replaceStyleBlock(lines, style.StyleName, store ? &block : nullptr), seams);
+        programFolder, replaceStyleBlock(*old, style.StyleName, store ? &block : nullptr), seams);
 }
 
 } // namespace marlith

@@ -14,11 +14,14 @@
 namespace marlith {
 
 namespace {
-constexpr const char* kStepButtonNames[4] = {"firstPositionButton", "previousPositionButton",
-                                             "nextPositionButton", "lastPositionButton"};
-using Step = void (BookPanel::*)();
-constexpr Step kSteps[4] = {&BookPanel::firstPosition, &BookPanel::previousPosition,
-                            &BookPanel::nextPosition, &BookPanel::lastPosition};
+struct StepButton {
+    const char* name;
+    void (BookPanel::*step)();
+};
+constexpr StepButton kStepButtons[4] = {{"firstPositionButton", &BookPanel::firstPosition},
+                                        {"previousPositionButton", &BookPanel::previousPosition},
+                                        {"nextPositionButton", &BookPanel::nextPosition},
+                                        {"lastPositionButton", &BookPanel::lastPosition}};
 } // namespace
 
 BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), state_(state) {
@@ -50,9 +53,9 @@ BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), stat
     const auto faces = stepButtonFaces();
     for (int i = 0; i < 4; ++i) {
         stepButtons_[i] = new ToolButton(faces[i], faces[i + 4], stepStrip_);
-        stepButtons_[i]->setObjectName(QLatin1String(kStepButtonNames[i]));
+        stepButtons_[i]->setObjectName(QLatin1String(kStepButtons[i].name));
         stepButtons_[i]->move(i * 240 / kTwipsPerPixel, 0);
-        connect(stepButtons_[i], &ToolButton::clicked, this, kSteps[i]);
+        connect(stepButtons_[i], &ToolButton::clicked, this, kStepButtons[i].step);
     }
     connect(gameScrollBar_, &QScrollBar::valueChanged, this, [this] { showGame(); });
     for (QWidget* watched :

@@ -49,14 +49,30 @@ QFrame* separatorLine(QWidget* parent, int y, const QColor& colour) {
     return line;
 }
 
-constexpr const char* kFirstStripNames[9] = {
-    "saveImageButton",     "graphicButton",  "historyButton",
-    "copyImageButton",     "copyHtmlButton", "copyPositionButton",
-    "pastePositionButton", "printButton",    "engineButton"};
-constexpr const char* kSecondStripNames[9] = {
-    "newButton",      "startPositionButton",    "moveRightButton",
-    "moveLeftButton", "moveUpButton",           "moveDownButton",
-    "rotateButton",   "horizontalMirrorButton", "diagonalMirrorButton"};
+// A tool button and the menu item whose command it runs; the engine button
+// runs the engine last used, which has no item of its own.
+struct StripButton {
+    const char* name;
+    const char* menuItem;
+};
+constexpr StripButton kFirstStrip[9] = {{"saveImageButton", "saveImageAction"},
+                                        {"graphicButton", "graphicAction"},
+                                        {"historyButton", "historyAction"},
+                                        {"copyImageButton", "copyImageAction"},
+                                        {"copyHtmlButton", "copyHtmlAction"},
+                                        {"copyPositionButton", "copyPositionAction"},
+                                        {"pastePositionButton", "pastePositionAction"},
+                                        {"printButton", "printAction"},
+                                        {"engineButton", nullptr}};
+constexpr StripButton kSecondStrip[9] = {{"newButton", "newAction"},
+                                         {"startPositionButton", "startPositionAction"},
+                                         {"moveRightButton", "moveRightAction"},
+                                         {"moveLeftButton", "moveLeftAction"},
+                                         {"moveUpButton", "moveUpAction"},
+                                         {"moveDownButton", "moveDownAction"},
+                                         {"rotateButton", "rotateAction"},
+                                         {"horizontalMirrorButton", "horizontalMirrorAction"},
+                                         {"diagonalMirrorButton", "diagonalMirrorAction"}};
 
 } // namespace
 
@@ -108,9 +124,9 @@ void MainWindow::createControls() {
     const auto faces8 = recModeFaces();
     for (int i = 0; i < 9; ++i) {
         firstStripButtons_[i] = new ToolButton(faces3[i], faces3[i + 9], firstToolStrip_);
-        firstStripButtons_[i]->setObjectName(QLatin1String(kFirstStripNames[i]));
+        firstStripButtons_[i]->setObjectName(QLatin1String(kFirstStrip[i].name));
         secondStripButtons_[i] = new ToolButton(faces5[i], faces5[i + 9], secondToolStrip_);
-        secondStripButtons_[i]->setObjectName(QLatin1String(kSecondStripNames[i]));
+        secondStripButtons_[i]->setObjectName(QLatin1String(kSecondStrip[i].name));
     }
     firstStripButtons_[8]->hide(); // shown when an engine is found
     recModeButton_ = new ToolButton(faces8[0], faces8[1], secondToolStrip_);
@@ -266,18 +282,11 @@ void MainWindow::createMenus() {
                     {"aboutAction", "&About...", {}, true, &MainWindow::showAbout}});
 
     // The tool buttons run the commands of their menu items.
-    const char* firstStripItems[9] = {"saveImageAction",     "graphicAction",  "historyAction",
-                                      "copyImageAction",     "copyHtmlAction", "copyPositionAction",
-                                      "pastePositionAction", "printAction",    nullptr};
-    const char* secondStripItems[9] = {
-        "newAction",      "startPositionAction",    "moveRightAction",
-        "moveLeftAction", "moveUpAction",           "moveDownAction",
-        "rotateAction",   "horizontalMirrorAction", "diagonalMirrorAction"};
     for (int i = 0; i < 9; ++i) {
         const bool opensWindow = i == 1 || i == 2 || i == 8;
         std::function<void()> command;
-        if (firstStripItems[i]) {
-            QAction* menuItem = actions_.at(QLatin1String(firstStripItems[i]));
+        if (kFirstStrip[i].menuItem) {
+            QAction* menuItem = actions_.at(QLatin1String(kFirstStrip[i].menuItem));
             command = [menuItem] { menuItem->trigger(); };
         } else {
             command = [this] {
@@ -290,7 +299,7 @@ void MainWindow::createMenus() {
         }
         connect(firstStripButtons_[i], &ToolButton::clicked, this,
                 [this, command, opensWindow] { runToolCommand(command, opensWindow); });
-        QAction* secondStripItem = actions_.at(QLatin1String(secondStripItems[i]));
+        QAction* secondStripItem = actions_.at(QLatin1String(kSecondStrip[i].menuItem));
         connect(secondStripButtons_[i], &ToolButton::clicked, this, [this, secondStripItem] {
             runToolCommand([secondStripItem] { secondStripItem->trigger(); }, false);
         });
@@ -640,8 +649,8 @@ void MainWindow::loadBook() {
         scan = scanEpd(state_.bookFile, book.workFile, progress);
     else if (extension == QLatin1String(".PGN")) {
         StylePgnBoard board(state_.style);
-        scan =
-            scanPgn(state_.bookFile, book.workFile, board, state_.style.StartPos.toLatin1(), progress);
+        scan = scanPgn(state_.bookFile, book.workFile, board, state_.style.StartPos.toLatin1(),
+                       progress);
     } else
         scan = scanFen(state_.bookFile, book.workFile, progress);
     book.gameCount = scan.gameCount;
