@@ -54,16 +54,17 @@ QFrame* separatorLine(QWidget* parent, int y, const QColor& colour) {
 struct StripButton {
     const char* name;
     const char* menuItem;
+    bool opensWindow = false; // the focus goes to that window, not back to the text
 };
 constexpr StripButton kFirstStrip[9] = {{"saveImageButton", "saveImageAction"},
-                                        {"graphicButton", "graphicAction"},
-                                        {"historyButton", "historyAction"},
+                                        {"graphicButton", "graphicAction", true},
+                                        {"historyButton", "historyAction", true},
                                         {"copyImageButton", "copyImageAction"},
                                         {"copyHtmlButton", "copyHtmlAction"},
                                         {"copyPositionButton", "copyPositionAction"},
                                         {"pastePositionButton", "pastePositionAction"},
                                         {"printButton", "printAction"},
-                                        {"engineButton", nullptr}};
+                                        {"engineButton", nullptr, true}};
 constexpr StripButton kSecondStrip[9] = {{"newButton", "newAction"},
                                          {"startPositionButton", "startPositionAction"},
                                          {"moveRightButton", "moveRightAction"},
@@ -283,7 +284,7 @@ void MainWindow::createMenus() {
 
     // The tool buttons run the commands of their menu items.
     for (int i = 0; i < 9; ++i) {
-        const bool opensWindow = i == 1 || i == 2 || i == 8;
+        const bool opensWindow = kFirstStrip[i].opensWindow;
         std::function<void()> command;
         if (kFirstStrip[i].menuItem) {
             QAction* menuItem = actions_.at(QLatin1String(kFirstStrip[i].menuItem));
