@@ -44,7 +44,7 @@ SettingsRead readSettings(const QString& settingsPath, const QString& programFol
 
     QFile file(settingsPath);
     if (!file.open(QIODevice::ReadOnly)) return result;
-    const QString text = QString::fromUtf8(file.readAll());
+    const QString text = decodeStyleText(file.readAll());
     file.close();
     result.opened = true;
 
@@ -140,6 +140,13 @@ std::optional<QList<QByteArray>> oldSettingsLines(const QString& programFolder) 
     return splitLines(bytes);
 }
 
+// New lines follow the code of the old ones, so that a file from the old
+// platform stays readable as one text.
+bool usesWindows1252(const QList<QByteArray>& lines) {
+    return std::any_of(lines.begin(), lines.end(),
+                       [](const QByteArray& line) { return !isValidUtf8(line); });
+}
+
 } // namespace
 
 bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
@@ -178,16 +185,19 @@ bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& 
 bool writeSettings(const QString& programFolder, const RecentList& recentFile,
                    const QString& recentEngine, const QString& styleName,
                    const SettingsWriteSeams& seams) {
-    QList<QByteArray> lines;
-    for (size_t i = recentFile.size(); i-- > 0;)
-        if (!recentFile[i].isEmpty()) lines.append(("RecentFile = " + recentFile[i]).toUtf8());
-    if (!recentEngine.isEmpty()) lines.append(("RecentEngine = " + recentEngine).toUtf8());
-
     const std::optional<QList<QByteArray>> old = oldSettingsLines(programFolder);
     if (!old) return false;
-    const QByteArray styleLine = ("RecentStyle = " + styleName).toUtf8();
+    const bool windows1252 = usesWindows1252(*old);
+    QList<QByteArray> lines;
+    for (size_t i = recentFile.size(); i-- > 0;)
+        if (!recentFile[i].isEmpty())
+            lines.append(encodeStyleText("RecentFile = " + recentFile[i], windows1252));
+    if (!recentEngine.isEmpty())
+        lines.append(encodeStyleText("RecentEngine = " + recentEngine, windows1252));
+
+    const QByteArray styleLine = encodeStyleText("RecentStyle = " + styleName, windows1252);
     for (const QByteArray& line : *old) {
-        const QString t = trimBlanks(QString::fromUtf8(line)).toUpper();
+        const QString t = trimBlanks(decodeStyleText(line)).toUpper();
         if (t.startsWith(u"RECENTSTYLE") || t.startsWith(u"STYLE"))
             lines.append(styleLine);
         else if (!t.startsWith(u"RECENTENGINE") && !t.startsWith(u"RECENTFILE"))
@@ -209,7 +219,7 @@ QList<QByteArray> replaceStyleBlock(const QList<QByteArray>& lines, const QStrin
         pending = false;
     };
     for (const QByteArray& line : lines) {
-        const QString text = QString::fromUtf8(line);
+        const QString text = decodeStyleText(line);
         QString copy = text.toUpper();
         const qsizetype comment = copy.indexOf(QLatin1Char(';'));
         if (comment >= 1) copy = trimBlanks(QStringView(copy).left(comment));
@@ -236,7 +246,8 @@ bool writeStyles(const QString& programFolder, Style& style, bool store,
     const std::optional<QList<QByteArray>> old = oldSettingsLines(programFolder);
     if (!old) return false;
     const QList<QByteArray> block =
-        store ? splitLines(writeStyleBlock(style).toUtf8()) : QList<QByteArray>();
+        store ? splitLines(encodeStyleText(writeStyleBlock(style), usesWindows1252(*old)))
+              : QList<QByteArray>();
     return replaceSettingsFile(
         programFolder, replaceStyleBlock(*old, style.StyleName, store ? &block : nullptr), seams);
 }

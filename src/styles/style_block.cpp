@@ -1,5 +1,8 @@
 #include "styles/style_block.h"
 
+#include <QStringDecoder>
+
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
@@ -8,6 +11,30 @@
 namespace marlith {
 
 namespace {
+
+// Windows-1252 differs from Latin-1 in 0x80..0x9F alone; its five unused
+// codes keep their Latin-1 value.
+constexpr std::array<char16_t, 32> kWindows1252High = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
+    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
+    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+
+QString decodeWindows1252(QByteArrayView bytes) {
+    QString text(bytes.size(), Qt::Uninitialized);
+    for (qsizetype i = 0; i < bytes.size(); ++i) {
+        const auto b = static_cast<unsigned char>(bytes[i]);
+        text[i] = QChar(b >= 0x80 && b < 0xA0 ? kWindows1252High[b - 0x80] : char16_t(b));
+    }
+    return text;
+}
+
+char encodeWindows1252(QChar c) {
+    const char16_t u = c.unicode();
+    if (u < 0x80 || (u >= 0xA0 && u <= 0xFF)) return static_cast<char>(u);
+    for (size_t i = 0; i < kWindows1252High.size(); ++i)
+        if (kWindows1252High[i] == u) return static_cast<char>(0x80 + i);
+    return '?';
+}
 
 bool isBlank(QChar c) {
     return c == u' ' || c == u'\t';
@@ -175,6 +202,34 @@ QString hex(int32_t colour) {
 }
 
 } // namespace
+
+bool isValidUtf8(const QByteArray& bytes) {
+    QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
+    const QString ignored = decoder.decode(bytes);
+    return !decoder.hasError();
+}
+
+QString decodeStyleText(const QByteArray& bytes) {
+    QString text;
+    text.reserve(bytes.size());
+    qsizetype start = 0;
+    while (start < bytes.size()) {
+        qsizetype end = bytes.indexOf('\n', start);
+        end = end < 0 ? bytes.size() : end + 1;
+        const QByteArray line = bytes.mid(start, end - start);
+        text += isValidUtf8(line) ? QString::fromUtf8(line) : decodeWindows1252(line);
+        start = end;
+    }
+    return text;
+}
+
+QByteArray encodeStyleText(const QString& text, bool windows1252) {
+    if (!windows1252) return text.toUtf8();
+    QByteArray bytes(text.size(), Qt::Uninitialized);
+    for (qsizetype i = 0; i < text.size(); ++i)
+        bytes[i] = encodeWindows1252(text[i]);
+    return bytes;
+}
 
 bool ItemSplitter::next(QString& item) {
     const qsizetype n = text_.size();

@@ -5,6 +5,7 @@
 
 #include "styles/style.h"
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <QStringView>
@@ -12,6 +13,16 @@
 #include <optional>
 
 namespace marlith {
+
+// Settings and style files come from the old platform in Windows-1252 as
+// well as from this one in UTF-8, and a file may mix both after an edit by
+// hand. Each line is read as UTF-8 when it is valid UTF-8, else as
+// Windows-1252, so no byte is ever lost to a replacement character.
+QString decodeStyleText(const QByteArray& bytes);
+bool isValidUtf8(const QByteArray& bytes);
+// A line for a file whose other lines are in Windows-1252 goes in that code
+// ("?" for what it lacks); else in UTF-8.
+QByteArray encodeStyleText(const QString& text, bool windows1252);
 
 // Cuts a text into items. An item starts at its first non-blank character and
 // ends at a comma or a line end (CR LF, LF or CR). An item that begins with a

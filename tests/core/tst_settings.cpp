@@ -298,6 +298,28 @@ class TstSettings : public QObject {
         QVERIFY(empty.get().startsWith("BeginStyle = Aardvark\r\n"));
     }
 
+    // A file from the old platform: names and paths in Windows-1252 read
+    // right, a saved block follows its code, and no other byte changes.
+    void aWindows1252FileStaysOne() {
+        const QByteArray old = crlf("RecentFile = /b/\xC9tudes.pgn\n\nBeginStyle = \xC9"
+                                    "checs\n  SqrWidth = 20 \n"
+                                    "  PiecesFile = pi\xE8"
+                                    "ces\x80.bmp\nEndStyle\n");
+        Folder folder(old);
+        Program program(folder);
+        QCOMPARE(program.style.StyleName, QStringLiteral("Échecs"));
+        QCOMPARE(program.style.PiecesFile, folder.path() + QStringLiteral("pièces€.bmp"));
+        QCOMPARE(program.recent[0], QStringLiteral("/b/Études.pgn"));
+        program.style.PiecesFile = QStringLiteral("pièces€.bmp");
+        program.style.SqrWidth = 30 * 15;
+        QVERIFY(writeStyles(folder.path(), program.style, true));
+        QVERIFY(folder.get().startsWith(crlf("RecentFile = /b/\xC9tudes.pgn\n\nBeginStyle = "
+                                             "\xC9"
+                                             "checs\n  PiecesFile = pi\xE8"
+                                             "ces\x80.bmp\n"
+                                             "  SqrWidth = 30 \n")));
+    }
+
     void aWriteThatDoesntFinishLeavesTheOldFile() {
         QList<SettingsWriteSeams> cases;
         for (int failAt : {0, 5, 11})

@@ -1,4 +1,6 @@
 #include "styles/style.h"
+#include "styles/style_block.h"
+#include "styles/style_form.h"
 
 #include <QTest>
 #include <utility>
@@ -35,6 +37,71 @@ class TstStyle : public QObject {
         QCOMPARE(boardSquares(21, 20), 64);
         QCOMPARE(boardSquares(0, 8), 0);
     }
+
+    // What the Style window shows of a style gives the same style back, given
+    // the sheet that the style was made for.
+    void theControlsGiveTheStyleBack() {
+        Style plain;
+        resetStyle(plain);
+        plain.SqrHTab = plain.SqrWidth;
+        plain.SqrVTab = plain.SqrHeight;
+        Style overlapping = plain; // cells of 20 pixels sharing 2 of them
+        overlapping.SqrWidth = overlapping.SqrHeight = 300;
+        overlapping.SqrHTab = overlapping.SqrVTab = 270;
+        overlapping.FontPos = QStringLiteral("MIDDLE CENTER");
+        overlapping.FontStyle = QStringLiteral("BOLD CAPS");
+        overlapping.FrameWidth = 3;
+        overlapping.XBase = overlapping.YBase = 60;
+        overlapping.ShowGrid = 1;
+        const std::pair<Style, QSize> cases[] = {{plain, QSize(195, 30)},
+                                                 {overlapping, QSize(12 * 18 + 20, 38)}};
+        for (const auto& [style, sheet] : cases) {
+            Style back = style;
+            back.StyleName = QStringLiteral("elsewhere");
+            storeForm(formFromStyle(style), sheet, back);
+            QCOMPARE(back.SqrHTab, style.SqrHTab);
+            QCOMPARE(back.SqrVTab, style.SqrVTab);
+            // Every field that is stored, in its stored form.
+            QCOMPARE(block(back), block(style));
+        }
+        // The default "Left Up" is shown as up and left.
+        QCOMPARE(formFromStyle(plain).verticalAlign, 0);
+        QCOMPARE(fontPosText(2, 1), QStringLiteral("DOWN CENTER"));
+    }
+
+    // Boxes hold any text: what doesn't fit its field is held to it.
+    void boxesAreHeldToTheirFields() {
+        Style style;
+        resetStyle(style);
+        StyleForm form = formFromStyle(style);
+        form.boardRows = QStringLiteral("0");
+        form.boardColumns = QStringLiteral("12x");
+        form.boardOffsetY = QStringLiteral("9999");
+        form.boardOffsetX = QStringLiteral("2");
+        form.frameWidth = QStringLiteral("5");
+        form.cellOverlapHorizontal = QStringLiteral("50"); // wider than a cell
+        form.piecesList.clear();                           // the sheet is one cell wide
+        form.fontSize = QStringLiteral("abc");
+        storeForm(form, QSize(40, 30), style);
+        QCOMPARE(style.BorderHeight, 1);
+        QCOMPARE(style.BorderWidth, 12);
+        QCOMPARE(style.YBase, 2184 * 15);
+        QCOMPARE(style.XBase, 5 * 15); // raised out from under the frame
+        QCOMPARE(style.SqrWidth, 40 * 15);
+        QCOMPARE(style.SqrHTab, 15);
+        QCOMPARE(style.FontSize, 0);
+        QCOMPARE(formFromStyle(style).piecesList, QLatin1String(kDefaultPiecesList));
+    }
+
+    void aBorderPictureCentresTheBoard() {
+        QCOMPARE(centredBase(3000, 8, 300), 300);
+        QCOMPARE(centredBase(2000, 8, 300), 0);
+        QCOMPARE(scrolledLength(kSizeBarMaximum / 2 + 3, 1500), 1545);
+        QCOMPARE(farEdgeOffset(1000, 2000, 90), 0);
+    }
+
+  private:
+    static QString block(Style style) { return writeStyleBlock(style); }
 };
 
 QTEST_APPLESS_MAIN(TstStyle)

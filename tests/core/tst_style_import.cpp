@@ -1,0 +1,227 @@
+#include "core/settings.h"
+#include "core/style_import.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace marlith;
+
+namespace {
+
+QByteArray crlf(QByteArray text) {
+    return text.replace("\n", "\r\n");
+}
+
+void put(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+QByteArray get(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
+// A style file in its own folder, a program folder, and the user's answers.
+struct Run {
+    QTemporaryDir source;
+    QTemporaryDir program;
+    QStringList known;
+    QList<ImportAnswer> answers; // taken one per question
+    QStringList questions;
+    std::function<bool(const QString&, const QString&)> copy;
+
+    QString in(const char* name) const { return source.path() + u'/' + QLatin1String(name); }
+    QString home(const char* name) const { return program.path() + u'/' + QLatin1String(name); }
+    QString settings() const { return QString::fromUtf8(get(home("Marlith.ini"))); }
+
+    QStringList import(const QByteArray& styleFile, const char* fileName = "s.sty") {
+        put(in(fileName), crlf(styleFile));
+        ImportHooks hooks;
+        hooks.ask = [this](const QString& text, ImportButtons) {
+            questions.append(text);
+            return answers.isEmpty() ? ImportAnswer::Ok : answers.takeFirst();
+        };
+        hooks.copy = copy;
+        return importStyles(in(fileName), program.path() + u'/', known, hooks);
+    }
+};
+
+} // namespace
+
+class TstStyleImport : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void blocksComeWithTheirBitmaps() {
+        Run run;
+        put(run.in("a.bmp"), "sheet");
+        put(run.in("b.bmp"), "border");
+        const QStringList added = run.import(
+            "RecentStyle = x\nBeginStyle = Alpha\n  PiecesFile = a.bmp\n  BorderFile = b.bmp\n"
+            "  SqrWidth = 20\nEndStyle\n"
+            "BeginStyle = custom\n  PiecesFile = a.bmp\nEndStyle\n"
+            "BeginStyle = Dropped\n  PiecesFile = a.bmp\n"
+            "BeginStyle = Beta\n  PiecesFile = a.bmp\nEndStyle\n"
+            "BeginStyle = Unended\n  PiecesFile = a.bmp\n");
+        QCOMPARE(added, QStringList({"Alpha", "Beta"}));
+        QCOMPARE(run.known, added);
+        QVERIFY(run.questions.isEmpty());
+        QCOMPARE(get(run.home("a.bmp")), QByteArray("sheet"));
+        QCOMPARE(get(run.home("b.bmp")), QByteArray("border"));
+        // Lengths that no draw has filled in are stored as 0.
+        QVERIFY(run.settings().startsWith(QString::fromLatin1(
+            crlf("BeginStyle = Alpha\n  PiecesFile = a.bmp\n  BorderFile = b.bmp\n"
+                 "  SqrWidth = 20 \n  SqrHeight = 15 \n  SqrHTab = 0 \n  SqrVTab = 0 \n"
+                 "  WndWidth = 0 \n  WndHeight = 0 \nEndStyle\n\n"
+                 "BeginStyle = Beta\n  PiecesFile = a.bmp\n"))));
+        QVERIFY(!run.settings().contains(u"Dropped") && !run.settings().contains(u"custom"));
+    }
+
+    // Names that lead out of the style file's folder are looked for in it by
+    // their last part; nothing is read from elsewhere nor written there.
+    void filesAreTakenFromBesideTheStyleFileOnly() {
+        Run run;
+        QDir(run.source.path()).mkdir(QStringLiteral("sub"));
+        put(run.in("here.bmp"), "here");
+        QVERIFY(QFile::link(QStringLiteral("/etc/passwd"), run.in("sub/link.bmp")));
+        run.answers = {ImportAnswer::Ok, ImportAnswer::Ok, ImportAnswer::Ok};
+        const QStringList added =
+            run.import("BeginStyle = Up\n  PiecesFile = ../../here.bmp\nEndStyle\n"
+                       "BeginStyle = Back\n  PiecesFile = ..\\\\here.bmp\n  BorderFile = "
+                       "/etc/passwd\nEndStyle\n"
+                       "BeginStyle = Linked\n  PiecesFile = link.bmp\nEndStyle\n"
+                       "BeginStyle = Dots\n  PiecesFile = ..\nEndStyle\n",
+                       "sub/s.sty");
+        QCOMPARE(added, QStringList());
+        const QString folder = run.source.path() + QStringLiteral("/sub/");
+        QCOMPARE(run.questions, QStringList({"PiecesFile " + folder + "here.bmp not found!",
+                                             "PiecesFile " + folder + "here.bmp not found!",
+                                             "PiecesFile " + folder + "link.bmp not found!",
+                                             "PiecesFile " + folder + " not found!"}));
+        // Beside the style file: taken under its bare name.
+        run.answers.clear();
+        run.questions.clear();
+        QCOMPARE(run.import("BeginStyle = Up\n  PiecesFile = ../../here.bmp\n"
+                            "  BorderFile = /etc/passwd\nEndStyle\n"),
+                 QStringList());
+        QCOMPARE(run.questions,
+                 QStringList({"BorderFile " + run.source.path() + "/passwd not found!"}));
+        QCOMPARE(QDir(run.program.path()).entryList(QDir::Files), QStringList());
+        put(run.in("passwd"), "a border");
+        QCOMPARE(run.import("BeginStyle = Up\n  PiecesFile = ../../here.bmp\n"
+                            "  BorderFile = /etc/passwd\nEndStyle\n"),
+                 QStringList({"Up"}));
+        QStringList files = QDir(run.program.path()).entryList(QDir::Files);
+        files.sort();
+        QCOMPARE(files, QStringList({"Marlith.ini", "here.bmp", "passwd"}));
+        QVERIFY(run.settings().contains(u"PiecesFile = here.bmp\r\n  BorderFile = passwd\r\n"));
+    }
+
+    // A style of a known name is replaced on Yes alone; Cancel ends the
+    // import and keeps what came before it.
+    void knownNamesAreAskedFor() {
+        Run run;
+        put(run.in("p.bmp"), "p");
+        run.known = QStringList({"Alpha", "Beta"});
+        run.answers = {ImportAnswer::No, ImportAnswer::Yes, ImportAnswer::Cancel};
+        const QStringList added =
+            run.import("BeginStyle = ALPHA\n  PiecesFile = p.bmp\nEndStyle\n"
+                       "BeginStyle = New\n  PiecesFile = p.bmp\nEndStyle\n"
+                       "BeginStyle = beta\n  PiecesFile = p.bmp\nEndStyle\n"
+                       "BeginStyle = New\n  PiecesFile = p.bmp\nEndStyle\n"
+                       "BeginStyle = Later\n  PiecesFile = p.bmp\nEndStyle\n");
+        QCOMPARE(added, QStringList({"New"}));
+        QCOMPARE(run.questions,
+                 QStringList({replaceStyleQuestion("ALPHA"), replaceStyleQuestion("beta"),
+                              replaceStyleQuestion("New")}));
+        QCOMPARE(run.known, QStringList({"Alpha", "Beta", "New"}));
+        const QString stored = run.settings();
+        QVERIFY(stored.contains(u"BeginStyle = New") && stored.contains(u"BeginStyle = beta"));
+        QVERIFY(!stored.contains(u"ALPHA") && !stored.contains(u"Later"));
+    }
+
+    // A bitmap of the program folder is overwritten only for the style that
+    // owns it and is being replaced; any other file keeps its bytes.
+    void otherStylesKeepTheirFiles() {
+        Run run;
+        put(run.home("Marlith.ini"), crlf("BeginStyle = Mine\n  PiecesFile = p.bmp\nEndStyle\n\n"
+                                          "BeginStyle = Theirs\n  PiecesFile = t.bmp\nEndStyle\n"));
+        put(run.home("p.bmp"), "old mine");
+        put(run.home("t.bmp"), "theirs");
+        put(run.home("t-2.bmp"), "someone's");
+        put(run.home("same.bmp"), "same");
+        put(run.in("p.bmp"), "new mine");
+        put(run.in("t.bmp"), "new");
+        put(run.in("same.bmp"), "same");
+        put(run.in("Marlith.ini"), "not settings");
+        run.known = QStringList({"Mine", "Theirs"});
+        run.answers = {ImportAnswer::Yes};
+        QCOMPARE(run.import("BeginStyle = Mine\n  PiecesFile = p.bmp\nEndStyle\n"
+                            "BeginStyle = Other\n  PiecesFile = t.bmp\n  BorderFile = same.bmp\n"
+                            "EndStyle\n"
+                            "BeginStyle = Ini\n  PiecesFile = Marlith.ini\nEndStyle\n"),
+                 QStringList({"Other", "Ini"}));
+        QCOMPARE(get(run.home("p.bmp")), QByteArray("new mine"));
+        QCOMPARE(get(run.home("t.bmp")), QByteArray("theirs"));
+        QCOMPARE(get(run.home("t-2.bmp")), QByteArray("someone's"));
+        QCOMPARE(get(run.home("t-3.bmp")), QByteArray("new"));
+        QVERIFY(run.settings().contains(u"PiecesFile = t-3.bmp\r\n  BorderFile = same.bmp\r\n"));
+        QVERIFY(run.settings().contains(u"PiecesFile = Marlith-2.ini"));
+    }
+
+    // A copy that fails: OK stores the style all the same, Cancel ends.
+    void aFailedCopyAsks() {
+        for (const ImportAnswer answer : {ImportAnswer::Ok, ImportAnswer::Cancel}) {
+            Run run;
+            put(run.in("p.bmp"), "p");
+            run.copy = [](const QString&, const QString&) { return false; };
+            run.answers = {answer};
+            run.import("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"
+                       "BeginStyle = B\n  PiecesFile = p.bmp\nEndStyle\n");
+            QCOMPARE(run.questions.first(),
+                     "Error on copy:\nfrom " + run.in("p.bmp") + "\nto " + run.home("p.bmp"));
+            QCOMPARE(run.settings().contains(u"BeginStyle = A"), answer == ImportAnswer::Ok);
+            QVERIFY(!QFile::exists(run.home("p.bmp")));
+        }
+    }
+
+    // A style file in the program folder itself copies nothing.
+    void aStyleFileAtHome() {
+        Run run;
+        put(run.home("p.bmp"), "p");
+        put(run.home("s.sty"), crlf("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"));
+        QStringList known;
+        ImportHooks hooks;
+        hooks.copy = [](const QString&, const QString&) { return false; };
+        QCOMPARE(importStyles(run.home("s.sty"), run.program.path() + u'/', known, hooks),
+                 QStringList({"A"}));
+        QVERIFY(run.settings().contains(u"PiecesFile = p.bmp"));
+    }
+
+    // Random bytes, numbers out of range: no crash, what was read stays.
+    void badStyleFiles() {
+        QCOMPARE(readStyleFile(crlf("BeginStyle = A\nSqrWidth = 20\nEndStyle\n"
+                                    "BeginStyle = B\nSqrWidth = 3000\nEndStyle\n"
+                                    "BeginStyle = C\nEndStyle\n"))
+                     .blocks.size(),
+                 1);
+        QVERIFY(readStyleFile("BeginStyle = B\r\nXBase = 1e300\r\nEndStyle").stoppedAtFault);
+        for (int round = 0; round < 200; ++round) {
+            QByteArray bytes(QRandomGenerator::global()->bounded(2000), Qt::Uninitialized);
+            for (char& b : bytes)
+                b = static_cast<char>(QRandomGenerator::global()->bounded(256));
+            if (round % 2) bytes.prepend("BeginStyle = R\r\n");
+            (void)readStyleFile(bytes);
+        }
+        Run run;
+        QCOMPARE(run.import(QByteArray(5000, '\xFF')), QStringList());
+        QVERIFY(!QFile::exists(run.home("Marlith.ini")));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstStyleImport)
+#include "tst_style_import.moc"
