@@ -1,4 +1,5 @@
 #include "core/app_state.h"
+#include "core/startup.h"
 #include "gui/main_window.h"
 
 #include <QApplication>
@@ -7,6 +8,12 @@ int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Marlith"));
     QApplication::setApplicationVersion(QStringLiteral(MARLITH_VERSION));
+
+    // The first start gets the shipped styles before the window reads them.
+    const QString executableFolder = QCoreApplication::applicationDirPath();
+    marlith::installShippedSettings(
+        marlith::programFolderFrom(qEnvironmentVariable("MARLITH_HOME"), executableFolder),
+        marlith::shippedDataFolder(executableFolder));
 
     marlith::AppState state;
     marlith::MainWindow window(state);

@@ -1,7 +1,12 @@
 #include "core/startup.h"
 
+#include "core/settings.h"
+#include "styles/style_block.h"
+
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
+#include <optional>
 
 namespace marlith {
 
@@ -16,6 +21,78 @@ QString programFolderFrom(const QString& marlithHome, const QString& executableF
     folder = QDir(folder).absolutePath();
     if (!folder.endsWith(QLatin1Char('/'))) folder += QLatin1Char('/');
     return folder;
+}
+
+namespace {
+
+// A link that leads nowhere still takes the name.
+bool nameTaken(const QString& path) {
+    const QFileInfo info(path);
+    return info.exists() || info.isSymLink();
+}
+
+// The bitmaps that the styles of a settings text name by a bare file name,
+// each once; a path names a file of its own that isn't the library's.
+QStringList bareBitmapNames(const QString& settingsText) {
+    QStringList names;
+    for (const QString& raw : splitItems(settingsText)) {
+        const std::optional<StyleItem> item = parseItem(raw, KeylessItems::Skip);
+        if (!item || (item->key != u"PIECESFILE" && item->key != u"BORDERFILE")) continue;
+        const QString& name = item->value;
+        if (!name.isEmpty() && !name.contains(u'/') && !names.contains(name)) names.append(name);
+    }
+    return names;
+}
+
+} // namespace
+
+QString shippedDataFolder(const QString& executableFolder) {
+    if (executableFolder.isEmpty()) return QString();
+    const QDir executable(executableFolder);
+    for (const QString& folder : {executable.absoluteFilePath(QStringLiteral("../share/marlith")),
+                                  executable.absolutePath()}) {
+        const QString candidate = QDir::cleanPath(folder) + QLatin1Char('/');
+        if (QFileInfo(candidate + QLatin1String(kSettingsFileName)).isFile()) return candidate;
+    }
+    return QString();
+}
+
+bool installShippedSettings(const QString& programFolder, const QString& shippedFolder) {
+    if (programFolder.isEmpty() || shippedFolder.isEmpty()) return false;
+    const QDir program(programFolder);
+    const QDir shipped(shippedFolder);
+    const QString settingsPath = program.filePath(QLatin1String(kSettingsFileName));
+    if (nameTaken(settingsPath)) return false;
+
+    QFile source(shipped.filePath(QLatin1String(kSettingsFileName)));
+    if (!source.open(QIODevice::ReadOnly)) return false;
+    const QByteArray settings = source.readAll();
+    if (source.error() != QFileDevice::NoError) return false;
+
+    QStringList written;
+    const auto undo = [&written] {
+        for (const QString& path : written)
+            QFile::remove(path);
+        return false;
+    };
+    for (const QString& name : bareBitmapNames(QString::fromUtf8(settings))) {
+        const QString target = program.filePath(name);
+        if (nameTaken(target)) continue;
+        if (!QFile::copy(shipped.filePath(name), target)) return undo();
+        written.append(target);
+        // A library installed read-only must not hand its owner read-only copies.
+        QFile::setPermissions(target, QFile::permissions(target) | QFileDevice::ReadOwner |
+                                          QFileDevice::WriteOwner);
+    }
+    // The settings file last, and only as a new file: until it stands, the
+    // next start tries again; one that appeared meanwhile is not replaced.
+    QFile target(settingsPath);
+    if (!target.open(QIODevice::WriteOnly | QIODevice::NewOnly)) return undo();
+    written.append(settingsPath);
+    const bool ok = target.write(settings) == settings.size() && target.flush();
+    target.close();
+    if (!ok || target.error() != QFileDevice::NoError) return undo();
+    return true;
 }
 
 CommandLine splitCommandLine(const QStringList& arguments) {

@@ -1,5 +1,6 @@
 // Start and stop of the program, apart from the windows: the temporary seed,
-// the program folder, the command line and the clean-up of temporary files.
+// the program folder, the styles that ship with it, the command line and the
+// clean-up of temporary files.
 #pragma once
 
 #include <QString>
@@ -13,6 +14,18 @@ QString makeTempSeed(int msecsSinceMidnight);
 // The folder of the program, ending in "/": MARLITH_HOME when it is set,
 // else the folder of the executable.
 QString programFolderFrom(const QString& marlithHome, const QString& executableFolder);
+
+// The folder of the shipped style library, ending in "/": the first of
+// "<executable folder>/../share/marlith/" and the executable folder itself
+// that holds a Marlith.ini; empty when neither does.
+QString shippedDataFolder(const QString& executableFolder);
+
+// The first start: a program folder without a Marlith.ini gets the shipped
+// one, and every bitmap that its styles name by a bare file name that the
+// folder lacks. An existing file is never overwritten. When anything fails,
+// what was copied goes again, and the program starts with its own defaults.
+// True when the settings file was installed.
+bool installShippedSettings(const QString& programFolder, const QString& shippedFolder);
 
 // One book per instance: the first path is this instance's book, the others
 // go to a further instance, which does the same with them.

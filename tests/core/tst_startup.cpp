@@ -8,6 +8,29 @@
 
 using namespace marlith;
 
+namespace {
+
+QByteArray contentOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
+void put(const QString& path, const QByteArray& bytes) {
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+// Two styles: a sheet named twice, a border, a sheet by path that is no
+// file of the library, and a bitmap that no style names.
+const QByteArray kShippedSettings = "RecentStyle = Big\r\n\r\n"
+                                    "BeginStyle = Big\r\n  PiecesFile = big.bmp\r\n"
+                                    "  BorderFile = frame.bmp\r\nEndStyle\r\n\r\n"
+                                    "BeginStyle = Small\r\n  PiecesFile = /elsewhere/small.bmp\r\n"
+                                    "  PiecesFile = big.bmp\r\nEndStyle\r\n";
+
+} // namespace
+
 class TstStartup : public QObject {
     Q_OBJECT
   private Q_SLOTS:
@@ -23,6 +46,67 @@ class TstStartup : public QObject {
                  QStringLiteral("/opt/m/"));
         QCOMPARE(programFolderFrom(QString(), QStringLiteral("/usr/bin/")),
                  QStringLiteral("/usr/bin/"));
+    }
+
+    void shippedFolder() {
+        // The installed share folder first, else the executable's own.
+        QTemporaryDir dir;
+        const QString bin = dir.path() + QStringLiteral("/bin");
+        const QString share = dir.path() + QStringLiteral("/share/marlith/");
+        QVERIFY(QDir().mkpath(bin) && QDir().mkpath(share));
+        QCOMPARE(shippedDataFolder(bin), QString());
+        put(bin + QStringLiteral("/Marlith.ini"), "");
+        QCOMPARE(shippedDataFolder(bin), bin + QLatin1Char('/'));
+        put(share + QStringLiteral("Marlith.ini"), "");
+        QCOMPARE(shippedDataFolder(bin), share);
+    }
+
+    void installShipped_data() {
+        QTest::addColumn<QStringList>("present"); // in the program folder before
+        QTest::addColumn<bool>("libraryThere");
+        QTest::addColumn<QStringList>("libraryLacks");
+        QTest::addColumn<bool>("installed");
+        QTest::addColumn<QStringList>("fromLibrary"); // in the program folder after
+
+        const QStringList all{"Marlith.ini", "big.bmp", "frame.bmp"};
+        QTest::newRow("first start") << QStringList() << true << QStringList() << true << all;
+        QTest::newRow("settings there")
+            << QStringList{"Marlith.ini"} << true << QStringList() << false << QStringList();
+        QTest::newRow("sheet there") << QStringList{"big.bmp"} << true << QStringList() << true
+                                     << QStringList{"Marlith.ini", "frame.bmp"};
+        QTest::newRow("no library")
+            << QStringList() << false << QStringList() << false << QStringList();
+        // The sheet copied before the missing border goes again.
+        QTest::newRow("library lacks a border")
+            << QStringList() << true << QStringList{"frame.bmp"} << false << QStringList();
+    }
+
+    void installShipped() {
+        QFETCH(QStringList, present);
+        QFETCH(bool, libraryThere);
+        QFETCH(QStringList, libraryLacks);
+        QFETCH(bool, installed);
+        QFETCH(QStringList, fromLibrary);
+
+        QTemporaryDir programDir;
+        QTemporaryDir libraryDir;
+        const QString program = programDir.path() + QLatin1Char('/');
+        const QString library = libraryDir.path() + QLatin1Char('/');
+        put(library + QStringLiteral("Marlith.ini"), kShippedSettings);
+        for (const QString& name : QStringList{"big.bmp", "frame.bmp", "unnamed.bmp"})
+            if (!libraryLacks.contains(name)) put(library + name, "library " + name.toUtf8());
+        for (const QString& name : present)
+            put(program + name, "mine");
+
+        const QString shipped = libraryThere ? library : library + QStringLiteral("gone/");
+        QCOMPARE(installShippedSettings(program, shipped), installed);
+        for (const QString& name : present)
+            QCOMPARE(contentOf(program + name), QByteArray("mine"));
+        for (const QString& name : fromLibrary)
+            QCOMPARE(contentOf(program + name), contentOf(library + name));
+        QStringList expected = present + fromLibrary;
+        expected.sort();
+        QCOMPARE(QDir(program).entryList(QDir::Files, QDir::Name), expected);
     }
 
     void commandLine() {
