@@ -14,6 +14,12 @@
 
 namespace marlith {
 
+inline std::array<uint32_t, 16> filledColors(uint32_t color) {
+    std::array<uint32_t, 16> colors;
+    colors.fill(color);
+    return colors;
+}
+
 struct AppState {
     Style style;
     Style savedStyle;
@@ -45,6 +51,8 @@ struct AppState {
     float pressY = -1.0f;
     int16_t pressButton = 0;
     int16_t pressModifiers = 0;
+    // The colour chooser's sixteen custom colours, kept for the run.
+    std::array<uint32_t, 16> customColors = filledColors(0xFFFFFFFFu);
     int32_t chosenColor = 0;
     int16_t colorTarget = 0;
     // What the file chooser is shown for, and whether Ok closed it.

@@ -6,6 +6,7 @@
 #include <QFontMetrics>
 #include <QPainter>
 #include <QPen>
+#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -246,6 +247,24 @@ void Diagram::copyCellToSquare(int cell, int oneBasedSquare, const Style& style,
     if (written.isEmpty()) return;
     ++copies_;
     dirty_ |= written;
+}
+
+void Diagram::useBuiltInSheet() {
+    pieceSheet_ = builtInSheet();
+}
+
+void Diagram::resizeImage(QSize pixels, QRgb fill) {
+    const QSize size(std::clamp(pixels.width(), 1, kMaxPicturePixels),
+                     std::clamp(pixels.height(), 1, kMaxPicturePixels));
+    QImage resized(size, QImage::Format_RGB32);
+    if (resized.isNull()) return;
+    resized.fill(fill);
+    if (!image_.isNull()) {
+        QPainter painter(&resized);
+        painter.drawImage(0, 0, image_);
+    }
+    image_ = std::move(resized);
+    dirty_ = image_.rect();
 }
 
 QRect Diagram::takeDirty() {

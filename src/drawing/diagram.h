@@ -45,6 +45,12 @@ class Diagram {
     // Copies sheet cell cell onto square oneBasedSquare (counted from 1).
     void copyCellToSquare(int cell, int oneBasedSquare, const Style& style, int reversedBoard);
 
+    // The built-in sheet in place of a loaded one.
+    void useBuiltInSheet();
+    // The picture made larger or smaller at once, without a new draw: what
+    // lies inside stays, new area takes the colour.
+    void resizeImage(QSize pixels, QRgb fill);
+
     const QImage& image() const { return image_; }
     QImage& image() { return image_; }
     const QImage& sheet() const { return pieceSheet_; }

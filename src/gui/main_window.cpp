@@ -13,6 +13,7 @@
 #include "gui/help_window.h"
 #include "gui/tool_button.h"
 #include "gui/tool_faces.h"
+#include "gui/style_window.h"
 #include "gui/view_window.h"
 #include "gui/widget_geometry.h"
 #include "output/image_output.h"
@@ -468,14 +469,73 @@ void MainWindow::showHelp() {
 void MainWindow::editStyle() {
     setCursor(Qt::WaitCursor);
     state_.savedStyle = state_.style;
-    // The Style window edits the style here and keeps what it wants in savedStyle.
+    StyleWindow* window = styleWindow();
+    // The Style window sits at the top left, the main window beside it so
+    // that the preview stays in sight.
+    window->adjustSize();
+    if (isNormalState(*this)) move(window->frameGeometry().width(), 0);
+    if (runStyleWindow)
+        runStyleWindow(*window);
+    else
+        window->exec();
+    // The window edits the style in force and keeps what it wants in savedStyle.
     state_.style = state_.savedStyle;
+    state_.fullDictionary = state_.style.PyDictionary + state_.pyDatDictionary;
     showStyleName();
     drawBoard();
     invalidatePainted(state_.squares, state_.board());
     buildBoard();
     drawPalette();
     unsetCursor();
+}
+
+StyleWindow* MainWindow::styleWindow() {
+    if (styleWindow_) return styleWindow_;
+    styleWindow_ = new StyleWindow(state_, diagram_, this);
+    QStringList names;
+    for (int i = 1; i < styleBox_->count(); ++i)
+        names.append(styleBox_->itemText(i));
+    styleWindow_->setStyleNames(names);
+    styleWindow_->chooseFile = [this](ChooserMode mode, QString& path) {
+        return showChooser(mode, path);
+    };
+    connect(styleWindow_, &StyleWindow::redrawRequested, this, &MainWindow::redrawStyle);
+    connect(styleWindow_, &StyleWindow::styleChosen, this, [this](const QString& name) {
+        styleBox_->setCurrentIndex(styleBox_->findText(name, Qt::MatchFixedString));
+        chooseStyle();
+    });
+    connect(styleWindow_, &StyleWindow::styleAdded, this,
+            [this](const QString& name) { styleBox_->addItem(name); });
+    connect(styleWindow_, &StyleWindow::styleRemoved, this, [this](const QString& name) {
+        // The first entry, "CUSTOM", is no stored style.
+        for (int i = 1; i < styleBox_->count(); ++i) {
+            if (styleBox_->itemText(i).toUpper() == name.toUpper()) {
+                styleBox_->removeItem(i);
+                return;
+            }
+        }
+    });
+    connect(styleWindow_, &StyleWindow::sheetReset, this, [this] { diagram_.useBuiltInSheet(); });
+    connect(styleWindow_, &StyleWindow::pictureResized, this, &MainWindow::resizePicture);
+    return styleWindow_;
+}
+
+void MainWindow::redrawStyle() {
+    drawBoard();
+    invalidatePainted(state_.squares, state_.board());
+    buildBoard();
+}
+
+void MainWindow::resizePicture(int widthTwips, int heightTwips) {
+    diagram_.resizeImage(
+        QSize(twipsToWholePixels(widthTwips), twipsToWholePixels(heightTwips)),
+        styleColor(state_.style.BackColor));
+    diagramView_->refresh(diagram_.takeDirty());
+    // The window grows with the picture, never shrinks with it.
+    const int wantedWidth = twipsToWholePixels(widthTwips + 3285.0);
+    const int wantedHeight = twipsToWholePixels(heightTwips + 1335.0);
+    if (isNormalState(*this))
+        resize(std::max(width(), wantedWidth), std::max(height(), wantedHeight));
 }
 
 void MainWindow::chooseStyle() {

@@ -31,6 +31,7 @@ class CraftyWindow;
 class HelpWindow;
 class ToolButton;
 class FileChooser;
+class StyleWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -94,6 +95,8 @@ class MainWindow : public QMainWindow {
     void openPopeye();
     void openCrafty();
     PopeyeWindow* popeyeWindow();
+    // The Style window, created at first use and hidden between uses.
+    StyleWindow* styleWindow();
     CraftyWindow* craftyWindow();
 
     // The windows that the main window closes when it goes, in this order;
@@ -111,6 +114,8 @@ class MainWindow : public QMainWindow {
     std::function<void(const QString&)> warn;
     // Runs the file chooser modally (replaced by tests, which drive it).
     std::function<void(FileChooser&)> runChooser;
+    // Runs the Style window modally (replaced by tests, which drive it).
+    std::function<void(StyleWindow&)> runStyleWindow;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -133,6 +138,9 @@ class MainWindow : public QMainWindow {
     // "/" in the position box: the row typed so far filled with empty squares.
     void completeRow();
     void takeChildWindowsAlong();
+    // What the Style window asks of the main window.
+    void redrawStyle();
+    void resizePicture(int widthTwips, int heightTwips);
     void runToolCommand(const std::function<void()>& command, bool keepsFocus);
     void showRecentBooks();
     void showStyleName();
@@ -165,6 +173,7 @@ class MainWindow : public QMainWindow {
     FileChooser* fileChooser_ = nullptr;
     PopeyeWindow* popeyeWindow_ = nullptr;
     CraftyWindow* craftyWindow_ = nullptr;
+    StyleWindow* styleWindow_ = nullptr;
     std::unique_ptr<QLockFile> instanceLock_;
     bool unloaded_ = false;
 };

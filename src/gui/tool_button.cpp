@@ -10,6 +10,12 @@ ToolButton::ToolButton(const QPixmap& resting, const QPixmap& pressed, QWidget* 
     setFixedSize(resting.size());
 }
 
+void ToolButton::setFaces(const QPixmap& resting, const QPixmap& pressed) {
+    resting_ = resting;
+    pressed_ = pressed;
+    update();
+}
+
 void ToolButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.drawPixmap(0, 0, pressedFace_ ? pressed_ : resting_);

@@ -13,6 +13,9 @@ class ToolButton : public QWidget {
     ToolButton(const QPixmap& resting, const QPixmap& pressed, QWidget* strip);
 
     bool showsPressedFace() const { return pressedFace_; }
+    // New faces, for a button whose look tells a state.
+    void setFaces(const QPixmap& resting, const QPixmap& pressed);
+    const QPixmap& restingFace() const { return resting_; }
 
   Q_SIGNALS:
     void clicked();

@@ -209,6 +209,33 @@ std::array<QPixmap, 8> stepButtonFaces() {
     return f;
 }
 
+std::array<QPixmap, 2> browseFaces() {
+    const Glyph folderAndGlass = [](QPainter& p) {
+        p.setBrush(QColor(255, 224, 128));
+        p.drawPolygon(QPolygon({QPoint(2, 5), QPoint(6, 5), QPoint(7, 6), QPoint(13, 6),
+                                QPoint(13, 14), QPoint(2, 14)}));
+        p.setBrush(Qt::white);
+        p.drawEllipse(QRect(8, 7, 6, 6));
+        p.setPen(QPen(Qt::black, 2));
+        p.drawLine(14, 13, 16, 15);
+    };
+    return {face(19, 19, false, folderAndGlass), face(19, 19, true, folderAndGlass)};
+}
+
+std::array<QPixmap, 2> padlockFaces() {
+    const auto padlock = [](bool closed) {
+        return [closed](QPainter& p) {
+            p.drawArc(QRect(closed ? 6 : 9, 3, 7, 9), 0, 180 * 16);
+            p.drawLine(closed ? 6 : 9, 7, closed ? 6 : 9, closed ? 9 : 7);
+            p.drawLine(closed ? 13 : 16, 7, closed ? 13 : 16, 9);
+            p.setBrush(QColor(255, 200, 0));
+            p.drawRect(QRect(4, 9, 10, 7));
+            p.drawPoint(9, 12);
+        };
+    };
+    return {face(19, 19, false, padlock(false)), face(19, 19, true, padlock(true))};
+}
+
 QPixmap programIcon() {
     QImage image(32, 32, QImage::Format_RGB32);
     image.fill(Qt::white);

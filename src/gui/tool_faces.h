@@ -18,6 +18,11 @@ std::array<QPixmap, 2> recModeFaces();
 // The step buttons of the book panel (first, back, forward, last),
 // 16 by 16, resting at i and pressed at i + 4.
 std::array<QPixmap, 8> stepButtonFaces();
+// The Style window's browse button (a folder under a magnifying glass),
+// resting and pressed, 19 by 19.
+std::array<QPixmap, 2> browseFaces();
+// The padlock of the picture size: open and raised, closed and sunken.
+std::array<QPixmap, 2> padlockFaces();
 // The program's icon.
 QPixmap programIcon();
 

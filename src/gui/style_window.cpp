@@ -1,0 +1,893 @@
+#include "gui/style_window.h"
+
+#include "core/app_state.h"
+#include "core/settings.h"
+#include "core/style_import.h"
+#include "drawing/diagram.h"
+#include "drawing/piece_sheet.h"
+#include "gui/pick_color.h"
+#include "gui/tool_button.h"
+#include "gui/tool_faces.h"
+#include "gui/widget_geometry.h"
+#include "styles/style_form.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QEvent>
+#include <QShowEvent>
+#include <QFontDatabase>
+#include <QFontMetrics>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QRegularExpressionValidator>
+#include <QScrollBar>
+#include <QTimer>
+#include <QVBoxLayout>
+#include <algorithm>
+
+namespace marlith {
+
+namespace {
+
+const QColor kRed(255, 0, 0);
+const QColor kBlue(0, 0, 255);
+
+QLineEdit* numberEdit(QWidget* parent, const char* name, int digits) {
+    auto* edit = new QLineEdit(parent);
+    edit->setObjectName(QLatin1String(name));
+    edit->setMaxLength(digits);
+    edit->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d*")),
+                                                       edit));
+    // Wide enough for its digits and no wider.
+    edit->setMaximumWidth(edit->fontMetrics().horizontalAdvance(QLatin1Char('0')) * (digits + 2) +
+                          12);
+    return edit;
+}
+
+QLineEdit* textEdit(QWidget* parent, const char* name) {
+    auto* edit = new QLineEdit(parent);
+    edit->setObjectName(QLatin1String(name));
+    return edit;
+}
+
+QLabel* label(QWidget* parent, const char* name, const char* caption) {
+    auto* l = new QLabel(QString::fromUtf8(caption), parent);
+    l->setObjectName(QLatin1String(name));
+    return l;
+}
+
+QComboBox* editableBox(QWidget* parent, const char* name) {
+    auto* box = new QComboBox(parent);
+    box->setObjectName(QLatin1String(name));
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    box->setCompleter(nullptr);
+    return box;
+}
+
+QPushButton* swatch(QWidget* parent, const char* name) {
+    auto* button = new QPushButton(parent);
+    button->setObjectName(QLatin1String(name));
+    button->setAutoDefault(false);
+    button->setFixedSize(twipsToWholePixels(735), twipsToWholePixels(285));
+    return button;
+}
+
+// A pair of boxes for the two directions, "X" between them.
+QHBoxLayout* pair(QWidget* parent, QWidget* first, const char* timesName, QWidget* second) {
+    auto* row = new QHBoxLayout;
+    row->addWidget(first);
+    row->addWidget(label(parent, timesName, "X"));
+    row->addWidget(second);
+    row->addStretch();
+    return row;
+}
+
+// The column heads "Vert" and "Horiz" over such a pair.
+QHBoxLayout* heads(QWidget* parent, const char* vertical, const char* horizontal, int width) {
+    auto* row = new QHBoxLayout;
+    auto* v = label(parent, vertical, "Vert");
+    auto* h = label(parent, horizontal, "Horiz");
+    v->setFixedWidth(width);
+    row->addWidget(v);
+    row->addSpacing(parent->fontMetrics().horizontalAdvance(QStringLiteral("X")) + 12);
+    row->addWidget(h);
+    row->addStretch();
+    return row;
+}
+
+} // namespace
+
+StyleWindow::StyleWindow(AppState& state, const Diagram& diagram, QWidget* parent)
+    : QDialog(parent), state_(state), diagram_(diagram) {
+    setObjectName(QStringLiteral("styleWindow"));
+    setWindowTitle(QStringLiteral("Style"));
+    setModal(true);
+    padlockFaces_ = padlockFaces();
+    createControls();
+    createMenu();
+    piecesPicture_ = builtInSheet();
+    pickColor = [this](int32_t color, QWidget* focusAfter) {
+        return marlith::pickColor(state_, color, this, focusAfter);
+    };
+    ask = [this](const QString& text, QMessageBox::StandardButtons buttons) {
+        QMessageBox box(QMessageBox::Warning, QStringLiteral("Warning"), text, buttons, this);
+        return static_cast<QMessageBox::StandardButton>(box.exec());
+    };
+    gridOffsetTimer_ = new QTimer(this);
+    gridOffsetTimer_->setObjectName(QStringLiteral("gridOffsetTimer"));
+    gridOffsetTimer_->setSingleShot(true);
+    gridOffsetTimer_->setInterval(1);
+    connect(gridOffsetTimer_, &QTimer::timeout, this, &StyleWindow::updateFarEdgeEntries);
+}
+
+void StyleWindow::createMenu() {
+    auto* bar = new QMenuBar(this);
+    QMenu* file = bar->addMenu(QStringLiteral("&File"));
+    file->setObjectName(QStringLiteral("fileMenu"));
+    const auto add = [&](const char* name, const char* caption, Qt::Key key,
+                         void (StyleWindow::*slot)()) {
+        QAction* action = file->addAction(QString::fromUtf8(caption));
+        action->setObjectName(QLatin1String(name));
+        action->setShortcut(QKeySequence(Qt::CTRL | key));
+        connect(action, &QAction::triggered, this, slot);
+    };
+    add("saveStyleAction", "&Save style", Qt::Key_S, &StyleWindow::saveStyle);
+    add("deleteStyleAction", "&Delete style", Qt::Key_D, &StyleWindow::deleteStyle);
+    add("importStylesAction", "&Import styles", Qt::Key_I, &StyleWindow::chooseStyleFile);
+    file->addSeparator()->setObjectName(QStringLiteral("fileSeparator1"));
+    add("restoreDefaultsAction", "&Restor defaults", Qt::Key_R, &StyleWindow::restoreDefaults);
+    file->addSeparator()->setObjectName(QStringLiteral("fileSeparator2"));
+    add("exitAction", "E&xit", Qt::Key_X, &StyleWindow::reject);
+    layout()->setMenuBar(bar);
+}
+
+void StyleWindow::createControls() {
+    // Controls whose label shows a border while they have the focus.
+    const auto watch = [&](QWidget* control, QLabel* shownBy) {
+        control->installEventFilter(this);
+        control->setProperty("focusLabel", QVariant::fromValue(static_cast<QObject*>(shownBy)));
+    };
+
+    // Left: the name and what concerns the pieces.
+    auto* styleNameLabel = label(this, "styleNameLabel", "Style: ");
+    styleNameBox_ = editableBox(this, "styleNameBox");
+    watch(styleNameBox_, styleNameLabel);
+    connect(styleNameBox_, &QComboBox::activated, this, &StyleWindow::chooseStyle);
+
+    auto* pieces = new QGroupBox(this);
+    pieces->setObjectName(QStringLiteral("piecesGroup"));
+    auto* pg = new QGridLayout(pieces);
+    const auto browse = browseFaces();
+    auto* piecesFileLabel = label(pieces, "piecesFileLabel", "Pieces file: ");
+    piecesFileEdit_ = textEdit(pieces, "piecesFileEdit");
+    auto* browsePieces = new ToolButton(browse[0], browse[1], pieces);
+    browsePieces->setObjectName(QStringLiteral("browsePiecesButton"));
+    auto* borderFileLabel = label(pieces, "borderFileLabel", "Border File: ");
+    borderFileEdit_ = textEdit(pieces, "borderFileEdit");
+    auto* browseBorder = new ToolButton(browse[0], browse[1], pieces);
+    browseBorder->setObjectName(QStringLiteral("browseBorderButton"));
+    auto* piecesListLabel = label(pieces, "piecesListLabel", "Pieces list: ");
+    piecesListEdit_ = textEdit(pieces, "piecesListEdit");
+    auto* startLabel = label(pieces, "startPositionLabel", "Start position: ");
+    startPositionEdit_ = textEdit(pieces, "startPositionEdit");
+    auto* englishLabel = label(pieces, "englishNotationLabel", "English notation: ");
+    englishNotationEdit_ = textEdit(pieces, "englishNotationEdit");
+    auto* dictionaryLabel = label(pieces, "popeyeDictionaryLabel", "Popeye Dictionary:");
+    popeyeDictionaryEdit_ = textEdit(pieces, "popeyeDictionaryEdit");
+    auto* overlapLabel = label(pieces, "cellOverlapLabel", "SqrBorder width: ");
+    cellOverlapVerticalEdit_ = numberEdit(pieces, "cellOverlapVerticalEdit", 4);
+    cellOverlapHorizontalEdit_ = numberEdit(pieces, "cellOverlapHorizontalEdit", 4);
+    auto* spaceLabel = label(pieces, "squareSpaceLabel", "Sqr. space: ");
+    squareSpaceVerticalEdit_ = numberEdit(pieces, "squareSpaceVerticalEdit", 4);
+    squareSpaceHorizontalEdit_ = numberEdit(pieces, "squareSpaceHorizontalEdit", 4);
+    copyCounterCheck_ = new QCheckBox(QStringLiteral("Copy counter"), pieces);
+    copyCounterCheck_->setObjectName(QStringLiteral("copyCounterCheck"));
+
+    int r = 0;
+    const auto line = [&](QLabel* l, QWidget* w, QWidget* extra = nullptr) {
+        pg->addWidget(l, r, 0);
+        pg->addWidget(w, r, 1, 1, extra ? 1 : 2);
+        if (extra) pg->addWidget(extra, r, 2);
+        watch(w, l);
+        ++r;
+    };
+    line(piecesFileLabel, piecesFileEdit_, browsePieces);
+    line(borderFileLabel, borderFileEdit_, browseBorder);
+    line(piecesListLabel, piecesListEdit_);
+    line(startLabel, startPositionEdit_);
+    line(englishLabel, englishNotationEdit_);
+    line(dictionaryLabel, popeyeDictionaryEdit_);
+    const int numberWidth = cellOverlapVerticalEdit_->maximumWidth();
+    pg->addLayout(heads(pieces, "cellOverlapVerticalLabel", "cellOverlapHorizontalLabel",
+                        numberWidth),
+                  r++, 1, 1, 2);
+    pg->addWidget(overlapLabel, r, 0);
+    pg->addLayout(pair(pieces, cellOverlapVerticalEdit_, "cellOverlapTimesLabel",
+                       cellOverlapHorizontalEdit_),
+                  r++, 1, 1, 2);
+    pg->addWidget(spaceLabel, r, 0);
+    pg->addLayout(pair(pieces, squareSpaceVerticalEdit_, "squareSpaceTimesLabel",
+                       squareSpaceHorizontalEdit_),
+                  r++, 1, 1, 2);
+    pg->addWidget(copyCounterCheck_, r++, 0, 1, 3);
+    watch(cellOverlapVerticalEdit_, overlapLabel);
+    watch(cellOverlapHorizontalEdit_, overlapLabel);
+    watch(squareSpaceVerticalEdit_, spaceLabel);
+    watch(squareSpaceHorizontalEdit_, spaceLabel);
+
+    connect(browsePieces, &ToolButton::clicked, this, &StyleWindow::browsePiecesFile);
+    connect(browseBorder, &ToolButton::clicked, this, &StyleWindow::browseBorderFile);
+    connect(piecesFileEdit_, &QLineEdit::returnPressed, this, &StyleWindow::loadPiecesFile);
+    connect(borderFileEdit_, &QLineEdit::returnPressed, this, &StyleWindow::loadBorderFile);
+
+    auto* buttons = new QHBoxLayout;
+    const auto button = [&](const char* name, const char* caption, void (StyleWindow::*slot)()) {
+        auto* b = new QPushButton(QString::fromUtf8(caption), this);
+        b->setObjectName(QLatin1String(name));
+        // Enter in a box previews; it must not also press a button.
+        b->setAutoDefault(false);
+        buttons->addWidget(b);
+        connect(b, &QPushButton::clicked, this, slot);
+    };
+    button("okButton", "O&k", &StyleWindow::keepStyle);
+    button("previewButton", "Pr&eView", &StyleWindow::preview);
+    button("cancelButton", "&Cancel", &StyleWindow::reject);
+
+    auto* left = new QVBoxLayout;
+    auto* nameRow = new QHBoxLayout;
+    nameRow->addWidget(styleNameLabel);
+    nameRow->addWidget(styleNameBox_, 1);
+    left->addLayout(nameRow);
+    left->addWidget(pieces);
+    left->addLayout(buttons);
+    left->addStretch();
+
+    // Right: board, frame, picture and grid.
+    auto* border = new QGroupBox(QStringLiteral("2. Border/Frames/Grid"), this);
+    border->setObjectName(QStringLiteral("borderGroup"));
+    auto* bg = new QGridLayout(border);
+    auto* boardLabel = label(border, "boardSizeLabel", "Board (squares): ");
+    boardRowsEdit_ = numberEdit(border, "boardRowsEdit", 2);
+    boardColumnsEdit_ = numberEdit(border, "boardColumnsEdit", 2);
+    auto* offsetLabel = label(border, "boardOffsetLabel", "Board offset: ");
+    boardOffsetYEdit_ = numberEdit(border, "boardOffsetYEdit", 4);
+    boardOffsetXEdit_ = numberEdit(border, "boardOffsetXEdit", 4);
+    auto* frameLabel = label(border, "frameWidthLabel", "Frame width: ");
+    frameWidthEdit_ = numberEdit(border, "frameWidthEdit", 4);
+    auto* frameColorLabel = label(border, "frameColorLabel", "Frame color: ");
+    frameColorSwatch_ = swatch(border, "frameColorSwatch");
+    auto* backColorLabel = label(border, "backColorLabel", "Back color: ");
+    backColorSwatch_ = swatch(border, "backColorSwatch");
+    pictureHeightScrollBar_ = new QScrollBar(Qt::Vertical, border);
+    pictureHeightScrollBar_->setObjectName(QStringLiteral("pictureHeightScrollBar"));
+    pictureWidthScrollBar_ = new QScrollBar(Qt::Horizontal, border);
+    pictureWidthScrollBar_->setObjectName(QStringLiteral("pictureWidthScrollBar"));
+    for (QScrollBar* bar : {pictureHeightScrollBar_, pictureWidthScrollBar_}) {
+        bar->setRange(1, kSizeBarMaximum);
+        bar->setSingleStep(1);
+        bar->setPageStep(10);
+    }
+    autoSizeButton_ = new QPushButton(QStringLiteral("+"), border);
+    autoSizeButton_->setObjectName(QStringLiteral("autoSizeButton"));
+    autoSizeButton_->setAutoDefault(false);
+    autoSizeButton_->setFixedWidth(pictureHeightScrollBar_->sizeHint().width() + 4);
+    padlockButton_ = new ToolButton(padlockFaces_[0], padlockFaces_[0], border);
+    padlockButton_->setObjectName(QStringLiteral("padlockButton"));
+    pictureSizeLabel_ = label(border, "pictureSizeLabel", "Picture: ");
+    pictureHeightEdit_ = numberEdit(border, "pictureHeightEdit", 5);
+    pictureWidthEdit_ = numberEdit(border, "pictureWidthEdit", 5);
+    auto* separator = new QFrame(border);
+    separator->setObjectName(QStringLiteral("gridSeparatorLine"));
+    separator->setFrameShape(QFrame::HLine);
+    showGridCheck_ = new QCheckBox(QStringLiteral("Show grid"), border);
+    showGridCheck_->setObjectName(QStringLiteral("showGridCheck"));
+    fontNameBox_ = editableBox(border, "fontNameBox");
+    QStringList families = QFontDatabase::families();
+    std::stable_sort(families.begin(), families.end(), [](const QString& a, const QString& b) {
+        return a.toUpper() < b.toUpper();
+    });
+    fontNameBox_->addItems(families);
+    auto* sizeLabel = label(border, "fontSizeLabel", "Size: ");
+    fontSizeBox_ = editableBox(border, "fontSizeBox");
+    for (int size = 6; size <= 24; size += 2)
+        fontSizeBox_->addItem(u' ' + QString::number(size));
+    auto* gridOffsetLabel = label(border, "gridOffsetLabel", "Grid offset: ");
+    gridOffsetYBox_ = editableBox(border, "gridOffsetYBox");
+    gridOffsetXBox_ = editableBox(border, "gridOffsetXBox");
+    for (QComboBox* box : {gridOffsetYBox_, gridOffsetXBox_}) {
+        box->addItems({QStringLiteral("4"), QStringLiteral("4")});
+        box->setMaximumWidth(numberWidth * 3 / 2);
+    }
+    static const char* const styleNames[] = {"boldCheck", "italicCheck", "underlineCheck",
+                                             "strikeoutCheck", "capsCheck"};
+    static const char* const styleCaptions[] = {"&Bold", "&Italic", "&Underline", "S&trikeout",
+                                                "CA&PS"};
+    auto* fontStyles = new QGridLayout;
+    for (size_t i = 0; i < fontStyleChecks_.size(); ++i) {
+        auto* check = new QCheckBox(QString::fromUtf8(styleCaptions[i]), border);
+        check->setObjectName(QLatin1String(styleNames[i]));
+        // Each shown in the attribute it names.
+        QFont font = check->font();
+        font.setBold(i == 0);
+        font.setItalic(i == 1);
+        font.setUnderline(i == 2);
+        font.setStrikeOut(i == 3);
+        check->setFont(font);
+        fontStyleChecks_[i] = check;
+        fontStyles->addWidget(check, static_cast<int>(i % 3), static_cast<int>(i / 3));
+        connect(check, &QCheckBox::clicked, this, &StyleWindow::preview);
+    }
+    auto* fontColorLabel = label(border, "fontColorLabel", "Co&lor");
+    fontColorSwatch_ = swatch(border, "fontColorSwatch");
+    fontColorLabel->setBuddy(fontColorSwatch_);
+    fontStyles->addWidget(fontColorLabel, 0, 2);
+    fontStyles->addWidget(fontColorSwatch_, 1, 2);
+
+    const auto alignGroup = [&](const char* name, const char* caption,
+                                const std::array<const char*, 3>& names,
+                                const std::array<const char*, 3>& captions,
+                                std::array<QRadioButton*, 3>& options) {
+        auto* group = new QGroupBox(QString::fromUtf8(caption), border);
+        group->setObjectName(QLatin1String(name));
+        auto* column = new QVBoxLayout(group);
+        for (size_t i = 0; i < 3; ++i) {
+            options[i] = new QRadioButton(QString::fromUtf8(captions[i]), group);
+            options[i]->setObjectName(QLatin1String(names[i]));
+            column->addWidget(options[i]);
+            connect(options[i], &QRadioButton::clicked, this, &StyleWindow::preview);
+        }
+        return group;
+    };
+    auto* aligns = new QHBoxLayout;
+    aligns->addWidget(alignGroup("verticalAlignGroup", "Vert. align",
+                                 {"alignUpOption", "alignMiddleOption", "alignDownOption"},
+                                 {"Up", "Middle", "Down"}, verticalAlignOptions_));
+    aligns->addWidget(alignGroup("horizontalAlignGroup", "Horiz. align",
+                                 {"alignLeftOption", "alignCenterOption", "alignRightOption"},
+                                 {"Left", "Center", "Right"}, horizontalAlignOptions_));
+
+    r = 0;
+    const int boardWidth = boardRowsEdit_->maximumWidth();
+    bg->addLayout(heads(border, "boardRowsLabel", "boardColumnsLabel", boardWidth), r++, 1, 1, 3);
+    bg->addWidget(boardLabel, r, 0);
+    bg->addLayout(pair(border, boardRowsEdit_, "boardSizeTimesLabel", boardColumnsEdit_), r++, 1,
+                  1, 3);
+    bg->addWidget(offsetLabel, r, 0);
+    bg->addLayout(pair(border, boardOffsetYEdit_, "boardOffsetTimesLabel", boardOffsetXEdit_),
+                  r++, 1, 1, 3);
+    bg->addWidget(frameLabel, r, 0);
+    bg->addWidget(frameWidthEdit_, r++, 1, 1, 3);
+    // The colours, with the size bars round them: the height bar on their
+    // left, the width bar under them, "+" in the corner.
+    auto* colours = new QGridLayout;
+    colours->addWidget(pictureHeightScrollBar_, 0, 0, 2, 1);
+    colours->addWidget(frameColorLabel, 0, 1);
+    colours->addWidget(frameColorSwatch_, 0, 2);
+    colours->addWidget(backColorLabel, 1, 1);
+    colours->addWidget(backColorSwatch_, 1, 2);
+    colours->addWidget(autoSizeButton_, 2, 0);
+    colours->addWidget(pictureWidthScrollBar_, 2, 1, 1, 2);
+    bg->addLayout(colours, r++, 0, 1, 4);
+    auto* pictureRow = new QHBoxLayout;
+    pictureRow->addWidget(padlockButton_);
+    pictureRow->addWidget(pictureSizeLabel_);
+    bg->addLayout(pictureRow, r, 0);
+    bg->addLayout(pair(border, pictureHeightEdit_, "pictureSizeTimesLabel", pictureWidthEdit_), r++,
+                  1, 1, 3);
+    bg->addWidget(separator, r++, 0, 1, 4);
+    bg->addWidget(showGridCheck_, r++, 0, 1, 4);
+    bg->addWidget(fontNameBox_, r++, 0, 1, 4);
+    bg->addWidget(sizeLabel, r, 0);
+    bg->addWidget(fontSizeBox_, r++, 1, 1, 3);
+    bg->addWidget(gridOffsetLabel, r, 0);
+    bg->addLayout(pair(border, gridOffsetYBox_, "gridOffsetTimesLabel", gridOffsetXBox_), r++, 1,
+                  1, 3);
+    bg->addLayout(fontStyles, r++, 0, 1, 4);
+    bg->addLayout(aligns, r++, 0, 1, 4);
+    padlockButton_->setFixedSize(19, 19);
+
+    statusLabel_ = new QLabel(this);
+    statusLabel_->setObjectName(QStringLiteral("statusLabel"));
+    QPalette red = statusLabel_->palette();
+    red.setColor(QPalette::WindowText, kRed);
+    statusLabel_->setPalette(red);
+
+    auto* right = new QVBoxLayout;
+    right->addWidget(border);
+    right->addWidget(statusLabel_);
+    right->addStretch();
+    auto* columns = new QHBoxLayout(this);
+    columns->addLayout(left, 1);
+    columns->addLayout(right);
+
+    // Focus borders: the label of each box, and the colour boxes themselves.
+    watch(boardRowsEdit_, boardLabel);
+    watch(boardColumnsEdit_, boardLabel);
+    watch(boardOffsetYEdit_, offsetLabel);
+    watch(boardOffsetXEdit_, offsetLabel);
+    watch(frameWidthEdit_, frameLabel);
+    watch(frameColorSwatch_, frameColorLabel);
+    watch(backColorSwatch_, backColorLabel);
+    watch(fontColorSwatch_, fontColorLabel);
+    watch(pictureHeightEdit_, pictureSizeLabel_);
+    watch(pictureWidthEdit_, pictureSizeLabel_);
+    watch(fontSizeBox_, sizeLabel);
+    watch(gridOffsetYBox_, gridOffsetLabel);
+    watch(gridOffsetXBox_, gridOffsetLabel);
+
+    // Enter previews; a change of a length lets an open padlock size the
+    // picture anew.
+    for (QLineEdit* edit :
+         {boardRowsEdit_, boardColumnsEdit_, squareSpaceVerticalEdit_, boardOffsetYEdit_,
+          boardOffsetXEdit_, frameWidthEdit_, cellOverlapVerticalEdit_, cellOverlapHorizontalEdit_,
+          squareSpaceHorizontalEdit_}) {
+        connect(edit, &QLineEdit::returnPressed, this, &StyleWindow::preview);
+        connect(edit, &QLineEdit::textEdited, this, &StyleWindow::autoSizePicture);
+    }
+    connect(piecesListEdit_, &QLineEdit::textEdited, this, &StyleWindow::autoSizePicture);
+    for (QLineEdit* edit : {pictureHeightEdit_, pictureWidthEdit_})
+        connect(edit, &QLineEdit::returnPressed, this, &StyleWindow::preview);
+    for (QComboBox* box : {fontSizeBox_, gridOffsetYBox_, gridOffsetXBox_}) {
+        connect(box->lineEdit(), &QLineEdit::returnPressed, this, &StyleWindow::preview);
+        connect(box, &QComboBox::activated, this, &StyleWindow::preview);
+    }
+    connect(fontNameBox_, &QComboBox::activated, this, &StyleWindow::preview);
+    connect(showGridCheck_, &QCheckBox::clicked, this, &StyleWindow::switchGrid);
+    connect(frameColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickFrameColor);
+    connect(backColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickBackColor);
+    connect(fontColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickFontColor);
+    connect(pictureWidthScrollBar_, &QScrollBar::valueChanged, this,
+            &StyleWindow::resizePictureWidth);
+    connect(pictureHeightScrollBar_, &QScrollBar::valueChanged, this,
+            &StyleWindow::resizePictureHeight);
+    connect(autoSizeButton_, &QPushButton::clicked, this, &StyleWindow::autoSizeAndPreview);
+    connect(padlockButton_, &ToolButton::clicked, this, &StyleWindow::togglePadlock);
+}
+
+void StyleWindow::setStyleNames(const QStringList& names) {
+    styleNameBox_->clear();
+    styleNameBox_->addItems(names);
+}
+
+bool StyleWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        const bool in = event->type() == QEvent::FocusIn;
+        if (auto* shownBy = qobject_cast<QLabel*>(watched->property("focusLabel").value<QObject*>()))
+            setFocusBorder(shownBy, in);
+        // A colour box loses its own frame while it has the focus.
+        if (auto* box = qobject_cast<QPushButton*>(watched))
+            setSwatch(box, swatchColor(box));
+    }
+    return QDialog::eventFilter(watched, event);
+}
+
+void StyleWindow::showEvent(QShowEvent* event) {
+    QDialog::showEvent(event);
+    if (event->spontaneous()) return;
+    // Each opening starts from the style in force, with the size of the
+    // picture kept as it stands.
+    move(0, 0);
+    autoSizeButton_->setEnabled(false);
+    padlockButton_->setFaces(padlockFaces_[1], padlockFaces_[1]);
+    setPictureSizeColor(kRed);
+    styleToControls();
+    setStatus(QStringLiteral("View mode..."));
+}
+
+void StyleWindow::setSwatch(QPushButton* box, int32_t color) {
+    box->setProperty("styleColor", color);
+    const QColor c(styleColor(color));
+    box->setStyleSheet(QStringLiteral("QPushButton { background-color: %1; border: %2; }")
+                           .arg(c.name(), box->hasFocus() ? QStringLiteral("2px dotted gray")
+                                                          : QStringLiteral("1px solid black")));
+}
+
+int32_t StyleWindow::swatchColor(const QPushButton* box) const {
+    return box->property("styleColor").toInt();
+}
+
+void StyleWindow::setPictureSizeColor(const QColor& color) {
+    for (QWidget* w : std::initializer_list<QWidget*>{pictureSizeLabel_, pictureHeightEdit_,
+                                                      pictureWidthEdit_}) {
+        QPalette palette = w->palette();
+        palette.setColor(QPalette::WindowText, color);
+        palette.setColor(QPalette::Text, color);
+        w->setPalette(palette);
+    }
+}
+
+bool StyleWindow::loadPicture(const QString& file, QImage& picture) const {
+    QImage loaded;
+    if (!loaded.load(programPath(state_.programFolder, file)) || loaded.isNull()) return false;
+    picture = loaded;
+    return true;
+}
+
+void StyleWindow::setStatus(const QString& text) {
+    statusLabel_->setText(text);
+    statusLabel_->repaint();
+}
+
+QString StyleWindow::statusText() const {
+    return statusLabel_->text();
+}
+
+void StyleWindow::styleToControls() {
+    previewBlocked_ = true;
+    const Style& style = state_.style;
+    // A picture that can't be read leaves the measure as it was.
+    if (style.PiecesFile.isEmpty())
+        piecesPicture_ = builtInSheet();
+    else
+        loadPicture(style.PiecesFile, piecesPicture_);
+    if (!style.BorderFile.isEmpty()) loadPicture(style.BorderFile, borderPicture_);
+
+    const StyleForm form = formFromStyle(style);
+    boardRowsEdit_->setText(form.boardRows);
+    boardColumnsEdit_->setText(form.boardColumns);
+    frameWidthEdit_->setText(form.frameWidth);
+    boardOffsetYEdit_->setText(form.boardOffsetY);
+    boardOffsetXEdit_->setText(form.boardOffsetX);
+    pictureHeightEdit_->setText(form.pictureHeight);
+    pictureWidthEdit_->setText(form.pictureWidth);
+    borderFileEdit_->setText(form.borderFile);
+    piecesFileEdit_->setText(form.piecesFile);
+    styleNameBox_->setEditText(form.styleName);
+    startPositionEdit_->setText(form.startPosition);
+    englishNotationEdit_->setText(form.englishNotation);
+    popeyeDictionaryEdit_->setText(form.popeyeDictionary);
+    copyCounterCheck_->setChecked(form.copyCounter);
+    showGridCheck_->setChecked(form.showGrid);
+    squareSpaceVerticalEdit_->setText(form.squareSpaceVertical);
+    squareSpaceHorizontalEdit_->setText(form.squareSpaceHorizontal);
+    piecesListEdit_->setText(form.piecesList);
+    cellOverlapVerticalEdit_->setText(form.cellOverlapVertical);
+    cellOverlapHorizontalEdit_->setText(form.cellOverlapHorizontal);
+    setSwatch(backColorSwatch_, form.backColor);
+    setSwatch(frameColorSwatch_, form.frameColor);
+
+    // The bars start from their middle, which stands for the picture as it is.
+    const QSize picture = diagram_.image().size() * kTwipsPerPixel;
+    baseWidth_ = 0;
+    pictureWidthScrollBar_->setValue(kSizeBarMaximum / 2);
+    baseWidth_ = picture.width();
+    baseHeight_ = 0;
+    pictureHeightScrollBar_->setValue(kSizeBarMaximum / 2);
+    baseHeight_ = picture.height();
+
+    const std::array<bool, 5> styles = {form.bold, form.italic, form.underline, form.strikeout,
+                                        form.caps};
+    for (size_t i = 0; i < styles.size(); ++i)
+        fontStyleChecks_[i]->setChecked(styles[i]);
+    verticalAlignOptions_[static_cast<size_t>(form.verticalAlign)]->setChecked(true);
+    horizontalAlignOptions_[static_cast<size_t>(form.horizontalAlign)]->setChecked(true);
+    fontSizeBox_->setEditText(form.fontSize);
+    setSwatch(fontColorSwatch_, form.fontColor);
+    fontNameBox_->setEditText(form.fontName);
+
+    // The grid offset boxes offer the far edge of the picture, once the
+    // controls are loaded.
+    const QFontMetrics metrics(diagram_.font());
+    pendingFarEdgeY_ = farEdgeOffset(picture.height(), metrics.height() * kTwipsPerPixel, 90);
+    pendingFarEdgeX_ = farEdgeOffset(
+        picture.width(), metrics.horizontalAdvance(QLatin1Char('2')) * kTwipsPerPixel, 105);
+    gridOffsetYBox_->setEditText(form.gridOffsetY);
+    gridOffsetXBox_->setEditText(form.gridOffsetX);
+    gridOffsetTimer_->start();
+    previewBlocked_ = false;
+}
+
+StyleForm StyleWindow::formFromControls() const {
+    StyleForm form;
+    form.styleName = styleNameBox_->currentText();
+    form.piecesFile = piecesFileEdit_->text();
+    form.borderFile = borderFileEdit_->text();
+    form.piecesList = piecesListEdit_->text();
+    form.startPosition = startPositionEdit_->text();
+    form.englishNotation = englishNotationEdit_->text();
+    form.popeyeDictionary = popeyeDictionaryEdit_->text();
+    form.cellOverlapVertical = cellOverlapVerticalEdit_->text();
+    form.cellOverlapHorizontal = cellOverlapHorizontalEdit_->text();
+    form.squareSpaceVertical = squareSpaceVerticalEdit_->text();
+    form.squareSpaceHorizontal = squareSpaceHorizontalEdit_->text();
+    form.copyCounter = copyCounterCheck_->isChecked();
+    form.boardRows = boardRowsEdit_->text();
+    form.boardColumns = boardColumnsEdit_->text();
+    form.boardOffsetY = boardOffsetYEdit_->text();
+    form.boardOffsetX = boardOffsetXEdit_->text();
+    form.frameWidth = frameWidthEdit_->text();
+    form.frameColor = swatchColor(frameColorSwatch_);
+    form.backColor = swatchColor(backColorSwatch_);
+    form.pictureHeight = pictureHeightEdit_->text();
+    form.pictureWidth = pictureWidthEdit_->text();
+    form.showGrid = showGridCheck_->isChecked();
+    form.fontName = fontNameBox_->currentText();
+    form.fontSize = fontSizeBox_->currentText();
+    form.gridOffsetY = gridOffsetYBox_->currentText();
+    form.gridOffsetX = gridOffsetXBox_->currentText();
+    form.bold = fontStyleChecks_[0]->isChecked();
+    form.italic = fontStyleChecks_[1]->isChecked();
+    form.underline = fontStyleChecks_[2]->isChecked();
+    form.strikeout = fontStyleChecks_[3]->isChecked();
+    form.caps = fontStyleChecks_[4]->isChecked();
+    form.fontColor = swatchColor(fontColorSwatch_);
+    for (int i = 0; i < 3; ++i) {
+        if (verticalAlignOptions_[static_cast<size_t>(i)]->isChecked()) form.verticalAlign = i;
+        if (horizontalAlignOptions_[static_cast<size_t>(i)]->isChecked()) form.horizontalAlign = i;
+    }
+    return form;
+}
+
+void StyleWindow::controlsToStyle() {
+    storeForm(formFromControls(), piecesPicture_.size(), state_.style);
+    state_.fullDictionary = state_.style.PyDictionary + state_.pyDatDictionary;
+}
+
+void StyleWindow::preview() {
+    if (previewBlocked_) return;
+    controlsToStyle();
+    Q_EMIT redrawRequested();
+    // The controls show what the draw made of the numbers.
+    styleToControls();
+    setStatus(QStringLiteral("View mode..."));
+}
+
+void StyleWindow::keepStyle() {
+    controlsToStyle();
+    state_.savedStyle = state_.style;
+    accept();
+}
+
+void StyleWindow::chooseStyle() {
+    const QString name = styleNameBox_->currentText();
+    if (styleNameBox_->findText(name, Qt::MatchFixedString) < 0) return;
+    Q_EMIT styleChosen(name);
+    styleToControls();
+    setStatus(QStringLiteral("View mode..."));
+}
+
+void StyleWindow::togglePadlock() {
+    const bool wasAutomatic = autoSizeButton_->isEnabled();
+    const QPixmap& face = padlockFaces_[wasAutomatic ? 1 : 0];
+    padlockButton_->setFaces(face, face);
+    setPictureSizeColor(wasAutomatic ? kRed : kBlue);
+    autoSizeButton_->setEnabled(!wasAutomatic);
+}
+
+void StyleWindow::autoSizePicture() {
+    if (!autoSizeButton_->isEnabled()) return;
+    pictureHeightEdit_->setText(QStringLiteral("0"));
+    pictureWidthEdit_->setText(QStringLiteral("0"));
+}
+
+void StyleWindow::autoSizeAndPreview() {
+    autoSizePicture();
+    preview();
+}
+
+void StyleWindow::switchGrid(bool on) {
+    // With the grid off the board moves into the corner, and the offsets and
+    // colours of the grid wait for it to come back.
+    if (!on) {
+        savedBoardOffsetY_ = boardOffsetYEdit_->text();
+        savedBoardOffsetX_ = boardOffsetXEdit_->text();
+        savedGridOffsetY_ = gridOffsetYBox_->currentText();
+        savedGridOffsetX_ = gridOffsetXBox_->currentText();
+        savedBackColor_ = swatchColor(backColorSwatch_);
+        savedFontColor_ = swatchColor(fontColorSwatch_);
+        boardOffsetYEdit_->setText(QStringLiteral("0"));
+        boardOffsetXEdit_->setText(QStringLiteral("0"));
+        if (!autoSizeButton_->isEnabled()) {
+            togglePadlock();
+            autoSizeAndPreview();
+        }
+    } else {
+        boardOffsetYEdit_->setText(savedBoardOffsetY_);
+        boardOffsetXEdit_->setText(savedBoardOffsetX_);
+        if (!autoSizeButton_->isEnabled()) {
+            togglePadlock();
+            autoSizeAndPreview();
+        }
+        preview();
+        setSwatch(backColorSwatch_, savedBackColor_);
+        setSwatch(fontColorSwatch_, savedFontColor_);
+        gridOffsetXBox_->setEditText(savedGridOffsetX_);
+        gridOffsetYBox_->setEditText(savedGridOffsetY_);
+    }
+    preview();
+}
+
+void StyleWindow::warnAbout(const QString& text) {
+    ask(text, QMessageBox::Ok);
+}
+
+void StyleWindow::loadPiecesFile() {
+    state_.style.PiecesFile = piecesFileEdit_->text();
+    if (!loadPicture(state_.style.PiecesFile, piecesPicture_)) {
+        warnAbout(QStringLiteral("File not found!"));
+        return;
+    }
+    autoSizePicture();
+    preview();
+}
+
+void StyleWindow::loadBorderFile() {
+    Style& style = state_.style;
+    style.BorderFile = borderFileEdit_->text();
+    if (!loadPicture(style.BorderFile, borderPicture_)) {
+        warnAbout(QStringLiteral("File not found!"));
+        return;
+    }
+    // The board goes into the middle of its picture.
+    style.XBase = static_cast<int16_t>(
+        centredBase(borderPicture_.width() * kTwipsPerPixel, style.BorderWidth, style.SqrHTab));
+    boardOffsetXEdit_->setText(QString::number(twipsToWholePixels(style.XBase)));
+    style.YBase = static_cast<int16_t>(
+        centredBase(borderPicture_.height() * kTwipsPerPixel, style.BorderHeight, style.SqrVTab));
+    boardOffsetYEdit_->setText(QString::number(twipsToWholePixels(style.YBase)));
+    autoSizePicture();
+    preview();
+}
+
+void StyleWindow::browsePiecesFile() {
+    QString path;
+    if (!chooseFile || !chooseFile(ChooserMode::PieceSheet, path)) return;
+    piecesFileEdit_->setText(path);
+    loadPiecesFile();
+    piecesFileEdit_->end(false);
+}
+
+void StyleWindow::browseBorderFile() {
+    QString path;
+    if (!chooseFile || !chooseFile(ChooserMode::BorderBitmap, path)) return;
+    borderFileEdit_->setText(path);
+    loadBorderFile();
+    borderFileEdit_->end(false);
+}
+
+void StyleWindow::pick(QPushButton* box) {
+    const int32_t color = pickColor(swatchColor(box), box);
+    if (color >= 0) setSwatch(box, color);
+    preview();
+}
+
+void StyleWindow::pickFrameColor() {
+    pick(frameColorSwatch_);
+}
+
+void StyleWindow::pickBackColor() {
+    pick(backColorSwatch_);
+}
+
+void StyleWindow::pickFontColor() {
+    pick(fontColorSwatch_);
+}
+
+void StyleWindow::resizePictureWidth(int value) {
+    if (baseWidth_ == 0) return;
+    const int width = std::max(scrolledLength(value, baseWidth_), kTwipsPerPixel);
+    pictureWidthEdit_->setText(QString::number(twipsToWholePixels(width)));
+    Q_EMIT pictureResized(width, diagram_.image().height() * kTwipsPerPixel);
+}
+
+void StyleWindow::resizePictureHeight(int value) {
+    if (baseHeight_ == 0) return;
+    const int height = std::max(scrolledLength(value, baseHeight_), kTwipsPerPixel);
+    pictureHeightEdit_->setText(QString::number(twipsToWholePixels(height)));
+    Q_EMIT pictureResized(diagram_.image().width() * kTwipsPerPixel, height);
+}
+
+void StyleWindow::updateFarEdgeEntries() {
+    const auto offer = [](QComboBox* box, int& pending) {
+        if (pending <= 0) return;
+        const QString text = box->currentText();
+        box->setItemText(1, QString::number(pending));
+        pending = 0;
+        box->setEditText(text);
+    };
+    offer(gridOffsetYBox_, pendingFarEdgeY_);
+    offer(gridOffsetXBox_, pendingFarEdgeX_);
+}
+
+void StyleWindow::saveStyle() {
+    controlsToStyle();
+    Style& style = state_.style;
+    if (style.PiecesFile.isEmpty()) {
+        warnAbout(QStringLiteral("There's no a valid pieces file!"));
+        return;
+    }
+    const QString name = style.StyleName.toUpper();
+    if (name.isEmpty() || name == u"CUSTOM") {
+        warnAbout(QStringLiteral("There's no a valid style name!"));
+        return;
+    }
+    if (styleNameBox_->findText(style.StyleName, Qt::MatchFixedString) >= 0) {
+        if (ask(replaceStyleQuestion(style.StyleName), QMessageBox::Yes | QMessageBox::No) !=
+            QMessageBox::Yes)
+            return;
+    } else {
+        styleNameBox_->addItem(style.StyleName);
+        Q_EMIT styleAdded(style.StyleName);
+    }
+    if (!writeStyles(state_.programFolder, style, true)) {
+        setStatus(QStringLiteral("Marlith.ini can't be written!"));
+        return;
+    }
+    setStatus(style.StyleName + QStringLiteral(" saved!"));
+}
+
+void StyleWindow::deleteStyle() {
+    // The name in the box is the one asked about and the one deleted.
+    controlsToStyle();
+    const QString name = state_.style.StyleName;
+    if (ask(QStringLiteral("Are you sure you want to delete ") + name + u'?',
+            QMessageBox::Yes | QMessageBox::No) != QMessageBox::Yes)
+        return;
+    writeStyles(state_.programFolder, state_.style, false);
+    const int index = styleNameBox_->findText(name, Qt::MatchFixedString);
+    if (index < 0) return;
+    styleNameBox_->removeItem(index);
+    styleNameBox_->setEditText(name);
+    Q_EMIT styleRemoved(name);
+}
+
+void StyleWindow::chooseStyleFile() {
+    QString path;
+    if (!chooseFile || !chooseFile(ChooserMode::StyleFile, path)) return;
+    styleFilePath_ = path;
+    if (styleFilePath_.isEmpty()) return;
+    QStringList known;
+    for (int i = 0; i < styleNameBox_->count(); ++i)
+        known.append(styleNameBox_->itemText(i));
+    ImportHooks hooks;
+    hooks.blockStarted = [this](const QString& name) { setStatus(QStringLiteral("Style ") + name); };
+    hooks.ask = [this](const QString& text, ImportButtons buttons) {
+        const QMessageBox::StandardButtons shown =
+            buttons == ImportButtons::Ok         ? QMessageBox::Ok
+            : buttons == ImportButtons::OkCancel ? QMessageBox::Ok | QMessageBox::Cancel
+                                                 : QMessageBox::Yes | QMessageBox::No |
+                                                       QMessageBox::Cancel;
+        switch (ask(text, shown)) {
+        case QMessageBox::Yes:
+            return ImportAnswer::Yes;
+        case QMessageBox::No:
+            return ImportAnswer::No;
+        case QMessageBox::Ok:
+            return ImportAnswer::Ok;
+        default:
+            return ImportAnswer::Cancel;
+        }
+    };
+    const QString edited = styleNameBox_->currentText();
+    for (const QString& name : importStyles(styleFilePath_, state_.programFolder, known, hooks)) {
+        styleNameBox_->addItem(name);
+        Q_EMIT styleAdded(name);
+    }
+    styleNameBox_->setEditText(edited);
+    setStatus(QStringLiteral("Import OK!"));
+}
+
+void StyleWindow::restoreDefaults() {
+    Style& style = state_.style;
+    resetStyle(style);
+    state_.fullDictionary.clear();
+    style.SqrVTab = style.SqrHeight;
+    style.SqrHTab = style.SqrWidth;
+    styleToControls();
+    autoSizeButton_->setEnabled(false);
+    togglePadlock();
+    // The default style draws from the built-in sheet again.
+    Q_EMIT sheetReset();
+    piecesPicture_ = builtInSheet();
+    preview();
+}
+
+} // namespace marlith

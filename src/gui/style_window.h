@@ -1,0 +1,169 @@
+// The Style window: every field of the style in force, edited with a preview
+// on the real diagram; its File menu saves, deletes, imports and restores.
+// Ok keeps the edits in the saved copy of the style; Cancel leaves it alone.
+#pragma once
+
+#include "chooser/chooser_rules.h"
+
+#include <QDialog>
+#include <QImage>
+#include <QPixmap>
+#include <QMessageBox>
+#include <array>
+#include <functional>
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class QScrollBar;
+class QTimer;
+
+namespace marlith {
+
+struct AppState;
+struct StyleForm;
+class Diagram;
+class ToolButton;
+
+class StyleWindow : public QDialog {
+    Q_OBJECT
+  public:
+    // `diagram` is the main window's picture, measured for the size bars.
+    StyleWindow(AppState& state, const Diagram& diagram, QWidget* parent);
+
+    // The style list of the main window, less its first entry.
+    void setStyleNames(const QStringList& names);
+
+    void styleToControls();
+    void controlsToStyle();
+    void preview();
+    void keepStyle();
+    void chooseStyle();
+    void togglePadlock();
+    void autoSizePicture();
+    void autoSizeAndPreview();
+    void switchGrid(bool on);
+    void loadPiecesFile();
+    void loadBorderFile();
+    void browsePiecesFile();
+    void browseBorderFile();
+    void pickFrameColor();
+    void pickBackColor();
+    void pickFontColor();
+    void resizePictureWidth(int value);
+    void resizePictureHeight(int value);
+    void updateFarEdgeEntries();
+    void saveStyle();
+    void deleteStyle();
+    void chooseStyleFile();
+    void restoreDefaults();
+
+    QString statusText() const;
+
+    // Runs the program's file chooser for a purpose; true and the path after Ok.
+    std::function<bool(ChooserMode mode, QString& path)> chooseFile;
+    // The colour chooser: the colour picked, or -1 (replaced by tests).
+    std::function<int32_t(int32_t color, QWidget* focusAfter)> pickColor;
+    // A message titled "Warning" and the button pressed (replaced by tests).
+    std::function<QMessageBox::StandardButton(const QString& text,
+                                              QMessageBox::StandardButtons buttons)>
+        ask;
+
+  Q_SIGNALS:
+    // The diagram is to be drawn again from the style in force.
+    void redrawRequested();
+    // The style of this name is to be read from the settings file and shown.
+    void styleChosen(const QString& name);
+    void styleAdded(const QString& name);
+    void styleRemoved(const QString& name);
+    // The sheet of the pieces goes back to the built-in one.
+    void sheetReset();
+    // The picture takes this size at once, in twips.
+    void pictureResized(int widthTwips, int heightTwips);
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void createMenu();
+    void createControls();
+    StyleForm formFromControls() const;
+    void setSwatch(QPushButton* swatch, int32_t color);
+    int32_t swatchColor(const QPushButton* swatch) const;
+    void pick(QPushButton* swatch);
+    void setPictureSizeColor(const QColor& color);
+    bool loadPicture(const QString& file, QImage& picture) const;
+    void setStatus(const QString& text);
+    void warnAbout(const QString& text);
+
+    AppState& state_;
+    const Diagram& diagram_;
+    // Measured, never shown: the sheet gives the square size, the border
+    // picture the place of the board.
+    QImage piecesPicture_;
+    QImage borderPicture_;
+    // The padlock open (the picture sized by the draw) and closed.
+    std::array<QPixmap, 2> padlockFaces_;
+
+    QComboBox* styleNameBox_ = nullptr;
+    QLineEdit* piecesFileEdit_ = nullptr;
+    QLineEdit* borderFileEdit_ = nullptr;
+    QLineEdit* piecesListEdit_ = nullptr;
+    QLineEdit* startPositionEdit_ = nullptr;
+    QLineEdit* englishNotationEdit_ = nullptr;
+    QLineEdit* popeyeDictionaryEdit_ = nullptr;
+    QLineEdit* cellOverlapVerticalEdit_ = nullptr;
+    QLineEdit* cellOverlapHorizontalEdit_ = nullptr;
+    QLineEdit* squareSpaceVerticalEdit_ = nullptr;
+    QLineEdit* squareSpaceHorizontalEdit_ = nullptr;
+    QCheckBox* copyCounterCheck_ = nullptr;
+    QLineEdit* boardRowsEdit_ = nullptr;
+    QLineEdit* boardColumnsEdit_ = nullptr;
+    QLineEdit* boardOffsetYEdit_ = nullptr;
+    QLineEdit* boardOffsetXEdit_ = nullptr;
+    QLineEdit* frameWidthEdit_ = nullptr;
+    QPushButton* frameColorSwatch_ = nullptr;
+    QPushButton* backColorSwatch_ = nullptr;
+    QScrollBar* pictureHeightScrollBar_ = nullptr;
+    QScrollBar* pictureWidthScrollBar_ = nullptr;
+    QPushButton* autoSizeButton_ = nullptr;
+    ToolButton* padlockButton_ = nullptr;
+    QLabel* pictureSizeLabel_ = nullptr;
+    QLineEdit* pictureHeightEdit_ = nullptr;
+    QLineEdit* pictureWidthEdit_ = nullptr;
+    QCheckBox* showGridCheck_ = nullptr;
+    QComboBox* fontNameBox_ = nullptr;
+    QComboBox* fontSizeBox_ = nullptr;
+    QComboBox* gridOffsetYBox_ = nullptr;
+    QComboBox* gridOffsetXBox_ = nullptr;
+    std::array<QCheckBox*, 5> fontStyleChecks_{};
+    QPushButton* fontColorSwatch_ = nullptr;
+    std::array<QRadioButton*, 3> verticalAlignOptions_{};
+    std::array<QRadioButton*, 3> horizontalAlignOptions_{};
+    QLabel* statusLabel_ = nullptr;
+    QTimer* gridOffsetTimer_ = nullptr;
+
+    // The picture's width and height when the controls were last loaded: the
+    // middle of the size bars. 0 while the bars are being set.
+    int baseWidth_ = 0;
+    int baseHeight_ = 0;
+    // What the grid switch puts back when the grid comes on again.
+    int32_t savedBackColor_ = 0;
+    int32_t savedFontColor_ = 16777215;
+    QString savedBoardOffsetY_ = QStringLiteral("15");
+    QString savedBoardOffsetX_ = QStringLiteral("15");
+    QString savedGridOffsetY_ = QStringLiteral("0");
+    QString savedGridOffsetX_ = QStringLiteral("0");
+    // The far edge of the picture, offered by the grid offset boxes.
+    int pendingFarEdgeY_ = 0;
+    int pendingFarEdgeX_ = 0;
+    // While set, a preview does nothing: the controls are being loaded.
+    bool previewBlocked_ = false;
+    QString styleFilePath_;
+};
+
+} // namespace marlith
