@@ -685,6 +685,7 @@ void StyleWindow::switchGrid(bool on) {
         savedFontColor_ = swatchColor(fontColorSwatch_);
         boardOffsetYEdit_->setText(QStringLiteral("0"));
         boardOffsetXEdit_->setText(QStringLiteral("0"));
+        autoSizePicture();
         if (!autoSizeButton_->isEnabled()) {
             togglePadlock();
             autoSizeAndPreview();
@@ -692,6 +693,7 @@ void StyleWindow::switchGrid(bool on) {
     } else {
         boardOffsetYEdit_->setText(savedBoardOffsetY_);
         boardOffsetXEdit_->setText(savedBoardOffsetX_);
+        autoSizePicture();
         if (!autoSizeButton_->isEnabled()) {
             togglePadlock();
             autoSizeAndPreview();

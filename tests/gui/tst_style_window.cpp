@@ -1,0 +1,279 @@
+#include "drawing/piece_sheet.h"
+#include "gui/style_window.h"
+#include "styles/style_block.h"
+#include "support/main_window_fixture.h"
+
+#include <QCheckBox>
+#include <QDir>
+#include <QMenu>
+#include <QPushButton>
+#include <QScrollBar>
+
+using namespace marlith;
+using marlith::testing::Fixture;
+
+namespace {
+
+const QByteArray kSettings = "RecentStyle = Alpha\r\n\r\n"
+                             "BeginStyle = Alpha\r\n  PiecesFile = alpha.bmp\r\n"
+                             "  SqrWidth = 20 \r\n  SqrHeight = 20 \r\nEndStyle\r\n\r\n"
+                             "BeginStyle = Gamma\r\n  SqrWidth = 15 \r\nEndStyle\r\n";
+
+// A sheet of 13 by 2 cells of `size` pixels, each cell its own grey.
+void writeSheet(const QString& path, int size) {
+    QImage sheet(13 * size, 2 * size, QImage::Format_RGB32);
+    for (int cell = 0; cell < 26; ++cell) {
+        const int grey = 40 + cell * 8;
+        for (int y = 0; y < size; ++y)
+            for (int x = 0; x < size; ++x)
+                sheet.setPixel((cell % 13) * size + x, (cell / 13) * size + y, qRgb(grey, grey, 0));
+    }
+    QVERIFY(sheet.save(path, "BMP"));
+}
+
+QByteArray bytesOf(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
+}
+
+// The program with a library of two styles, and a Style window driven as a
+// user would: `steps` runs while the window is open.
+struct StyleSession : Fixture {
+    QStringList questions;
+    QMessageBox::StandardButton answer = QMessageBox::Yes;
+    int32_t picked = -1;
+    QString chosenFile;
+
+    StyleSession() : Fixture({}, kSettings, {}) {
+        writeSheet(folder() + QStringLiteral("alpha.bmp"), 20);
+        window->chooseStyleByName(QStringLiteral("Alpha"));
+    }
+
+    void open(const std::function<void(StyleWindow&)>& steps) {
+        window->runStyleWindow = [&](StyleWindow& w) {
+            w.ask = [this](const QString& text, QMessageBox::StandardButtons) {
+                questions.append(text);
+                return answer;
+            };
+            w.pickColor = [this](int32_t, QWidget*) { return picked; };
+            w.chooseFile = [this](ChooserMode, QString& path) {
+                path = chosenFile;
+                return !chosenFile.isEmpty();
+            };
+            w.show();
+            steps(w);
+            w.hide();
+        };
+        window->editStyle();
+    }
+    template <typename T> static T* in(StyleWindow& w, const char* name) {
+        return w.findChild<T*>(QLatin1String(name));
+    }
+    static void enter(StyleWindow& w, const char* edit, const QString& text) {
+        auto* box = in<QLineEdit>(w, edit);
+        box->setFocus();
+        box->selectAll();
+        QTest::keyClicks(box, text);
+        QTest::keyClick(box, Qt::Key_Return);
+    }
+    static void run(StyleWindow& w, const char* action) {
+        w.findChild<QAction*>(QLatin1String(action))->trigger();
+    }
+    // The margin behind the last square shows the back colour.
+    QRgb corner() const {
+        const QImage& image = window->diagram().image();
+        return image.pixel(image.width() - 1, image.height() - 1);
+    }
+    QStringList styleList() const {
+        auto* box = window->findChild<QComboBox*>(QStringLiteral("styleBox"));
+        QStringList names;
+        for (int i = 0; i < box->count(); ++i)
+            names.append(box->itemText(i));
+        return names;
+    }
+};
+
+} // namespace
+
+class TstStyleWindow : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    // Each change shows in the diagram at once; Cancel brings the old look
+    // back and leaves the settings file alone.
+    void previewsAreLiveAndCancelForgetsThem() {
+        StyleSession s;
+        const QImage before = s.window->diagram().image();
+        QCOMPARE(before.width(), 8 * 20 + 4);
+        s.picked = 0x0000FF; // red
+        s.open([&](StyleWindow& w) {
+            QCOMPARE(StyleSession::in<QLineEdit>(w, "boardRowsEdit")->text(), "8");
+            // The padlock open: the picture takes the size of the board.
+            StyleSession::in<ToolButton>(w, "padlockButton")->clicked();
+            StyleSession::enter(w, "boardColumnsEdit", QStringLiteral("5"));
+            QCOMPARE(s.window->diagram().image().width(), 5 * 20 + 4);
+            StyleSession::in<QPushButton>(w, "backColorSwatch")->click();
+            QCOMPARE(s.corner(), qRgb(255, 0, 0));
+            QCOMPARE(w.statusText(), "View mode...");
+            // The width bar resizes the picture pixel by pixel, no draw.
+            auto* bar = StyleSession::in<QScrollBar>(w, "pictureWidthScrollBar");
+            bar->setValue(bar->value() + 7);
+            QCOMPARE(s.window->diagram().image().width(), 5 * 20 + 4 + 7);
+            QCOMPARE(s.state.style.BorderWidth, 5);
+            w.reject();
+        });
+        QCOMPARE(s.window->diagram().image(), before);
+        QCOMPARE(s.state.style.BorderWidth, 8);
+        QCOMPARE(bytesOf(s.folder() + "Marlith.ini"), kSettings);
+    }
+
+    // Ok keeps the edits in force; Save writes the block in the order of
+    // names, byte for byte; the next opening starts from what Ok kept.
+    void okKeepsAndSaveStores() {
+        StyleSession s;
+        s.open([&](StyleWindow& w) {
+            auto* name = StyleSession::in<QComboBox>(w, "styleNameBox");
+            name->setEditText(QStringLiteral("Beta"));
+            StyleSession::enter(w, "frameWidthEdit", QStringLiteral("2"));
+            QCOMPARE(StyleSession::in<QLineEdit>(w, "boardOffsetXEdit")->text(), "2");
+            StyleSession::run(w, "saveStyleAction");
+            QCOMPARE(w.statusText(), "Beta saved!");
+            QVERIFY(s.questions.isEmpty());
+            StyleSession::in<QPushButton>(w, "okButton")->click();
+        });
+        QCOMPARE(s.state.style.StyleName, "Beta");
+        QCOMPARE(s.state.style.FrameWidth, 2);
+        QCOMPARE(s.styleList(), QStringList({"CUSTOM", "Alpha", "Gamma", "Beta"}));
+        const QByteArray block = "BeginStyle = Beta\r\n  PiecesFile = " +
+                                 s.folder().toUtf8() +
+                                 "alpha.bmp\r\n  SqrWidth = 20 \r\n  SqrHeight = 20 \r\n"
+                                 "  XBase = 2 \r\n  YBase = 2 \r\n  FrameWidth = 2 \r\n"
+                                 "  FrameColor = &H0\r\n  WndWidth = 164 \r\n  WndHeight = 164 \r\n"
+                                 "EndStyle\r\n\r\n";
+        QByteArray expected = kSettings;
+        expected.insert(expected.indexOf("BeginStyle = Gamma"), block);
+        QCOMPARE(bytesOf(s.folder() + "Marlith.ini"), expected);
+
+        // Saving again asks before it replaces; Exit keeps what Ok kept.
+        s.answer = QMessageBox::No;
+        s.open([&](StyleWindow& w) {
+            QCOMPARE(StyleSession::in<QLineEdit>(w, "frameWidthEdit")->text(), "2");
+            StyleSession::run(w, "saveStyleAction");
+            StyleSession::run(w, "exitAction");
+        });
+        QCOMPARE(s.questions, QStringList({"This file already contains a style called Beta.\n"
+                                           "Whould you like to replace the existing style?"}));
+        QCOMPARE(s.state.style.FrameWidth, 2);
+        QCOMPARE(bytesOf(s.folder() + "Marlith.ini"), expected);
+    }
+
+    // What the Save command refuses, and Delete, and Restore defaults.
+    void refusalsDeleteAndRestore() {
+        StyleSession s;
+        s.open([&](StyleWindow& w) {
+            StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("custom"));
+            StyleSession::run(w, "saveStyleAction");
+            StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Alpha"));
+            StyleSession::in<QLineEdit>(w, "piecesFileEdit")->clear();
+            StyleSession::run(w, "saveStyleAction");
+            StyleSession::run(w, "deleteStyleAction");
+            StyleSession::run(w, "restoreDefaultsAction");
+            QCOMPARE(StyleSession::in<QLineEdit>(w, "pictureWidthEdit")->text(), "124");
+            QVERIFY(StyleSession::in<QPushButton>(w, "autoSizeButton")->isEnabled());
+            // The default style draws from the built-in sheet again.
+            QCOMPARE(s.window->diagram().image().copy(0, 0, 15, 15),
+                     builtInSheet().copy(0, 0, 15, 15));
+            w.reject();
+        });
+        QCOMPARE(s.questions, QStringList({"There's no a valid style name!",
+                                           "There's no a valid pieces file!",
+                                           "Are you sure you want to delete Alpha?"}));
+        QCOMPARE(bytesOf(s.folder() + "Marlith.ini"),
+                 QByteArray("RecentStyle = Alpha\r\n\r\n"
+                            "BeginStyle = Gamma\r\n  SqrWidth = 15 \r\nEndStyle\r\n"));
+        QCOMPARE(s.styleList(), QStringList({"CUSTOM", "Gamma"}));
+    }
+
+    // The sheet decides the square size; a border picture centres the
+    // board; a file that is no picture is refused with the message.
+    void filesOfTheStyle() {
+        StyleSession s;
+        writeSheet(s.folder() + "big.bmp", 30);
+        QImage border(400, 300, QImage::Format_RGB32);
+        border.fill(Qt::blue);
+        QVERIFY(border.save(s.folder() + "border.bmp", "BMP"));
+        QFile notAPicture(s.folder() + "text.bmp");
+        QVERIFY(notAPicture.open(QIODevice::WriteOnly) && notAPicture.write("BM no picture") > 0);
+        notAPicture.close();
+        s.open([&](StyleWindow& w) {
+            s.chosenFile = s.folder() + "big.bmp";
+            StyleSession::in<ToolButton>(w, "browsePiecesButton")->clicked();
+            QCOMPARE(s.state.style.SqrWidth, 30 * 15);
+            s.chosenFile = s.folder() + "border.bmp";
+            StyleSession::in<ToolButton>(w, "browseBorderButton")->clicked();
+            QCOMPARE(StyleSession::in<QLineEdit>(w, "boardOffsetXEdit")->text(), "80");
+            QCOMPARE(StyleSession::in<QLineEdit>(w, "boardOffsetYEdit")->text(), "30");
+            QCOMPARE(s.window->diagram().image().pixel(5, 5), qRgb(0, 0, 255));
+            StyleSession::enter(w, "piecesFileEdit", QStringLiteral("text.bmp"));
+            w.reject();
+        });
+        QCOMPARE(s.questions, QStringList({"File not found!"}));
+    }
+
+    // The grid switch: on, the board gets a margin and white letters on
+    // black; off, the margin goes and comes back at the next switching on.
+    void gridSwitch() {
+        StyleSession s;
+        s.open([&](StyleWindow& w) {
+            auto* grid = StyleSession::in<QCheckBox>(w, "showGridCheck");
+            grid->click();
+            QCOMPARE(s.state.style.ShowGrid, 1);
+            QCOMPARE(s.state.style.XBase, 15 * 15);
+            QCOMPARE(s.state.style.FontColor, 0xFFFFFF);
+            StyleSession::enter(w, "boardOffsetXEdit", QStringLiteral("25"));
+            grid->click();
+            QCOMPARE(s.state.style.XBase, 0);
+            QCOMPARE(s.state.style.WndWidth, (8 * 20 + 4) * 15);
+            grid->click();
+            QCOMPARE(s.state.style.XBase, 25 * 15);
+            w.reject();
+        });
+    }
+
+    // Import of a style file with its bitmaps, and of one that names files
+    // outside its folder: nothing is written anywhere but the program folder.
+    void importStyles() {
+        StyleSession s;
+        QTemporaryDir elsewhere;
+        const QString source = elsewhere.path() + "/styles/";
+        QVERIFY(QDir().mkpath(source));
+        writeSheet(source + "delta.bmp", 25);
+        writeSheet(elsewhere.path() + "/outside.bmp", 25);
+        QFile sty(source + "Marlith.sty");
+        QVERIFY(sty.open(QIODevice::WriteOnly));
+        sty.write("BeginStyle = Delta\r\n  PiecesFile = delta.bmp\r\n  SqrWidth = 25\r\n"
+                  "  SqrHeight = 25\r\nEndStyle\r\n"
+                  "BeginStyle = Out\r\n  PiecesFile = ../outside.bmp\r\nEndStyle\r\n"
+                  "BeginStyle = Alpha\r\n  PiecesFile = /etc/passwd\r\nEndStyle\r\n");
+        sty.close();
+        s.chosenFile = sty.fileName();
+        s.answer = QMessageBox::Ok;
+        s.open([&](StyleWindow& w) {
+            StyleSession::run(w, "importStylesAction");
+            QCOMPARE(w.statusText(), "Import OK!");
+            QCOMPARE(StyleSession::in<QComboBox>(w, "styleNameBox")->currentText(), "Alpha");
+            w.reject();
+        });
+        QCOMPARE(s.questions, QStringList({"PiecesFile " + source + "outside.bmp not found!",
+                                           "PiecesFile " + source + "passwd not found!"}));
+        QCOMPARE(s.styleList(), QStringList({"CUSTOM", "Alpha", "Gamma", "Delta"}));
+        QCOMPARE(bytesOf(s.folder() + "delta.bmp"), bytesOf(source + "delta.bmp"));
+        QStringList left = QDir(elsewhere.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        QCOMPARE(left, QStringList({"outside.bmp", "styles"}));
+        QCOMPARE(QDir(source).entryList(QDir::Files).size(), 2);
+        s.window->chooseStyleByName(QStringLiteral("Delta"));
+        QCOMPARE(s.window->diagram().image().width(), 8 * 25 + 4);
+    }
+};
+
+QTEST_MAIN(TstStyleWindow)
+#include "tst_style_window.moc"
