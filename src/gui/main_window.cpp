@@ -11,9 +11,9 @@
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
 #include "gui/help_window.h"
+#include "gui/style_window.h"
 #include "gui/tool_button.h"
 #include "gui/tool_faces.h"
-#include "gui/style_window.h"
 #include "gui/view_window.h"
 #include "gui/widget_geometry.h"
 #include "output/image_output.h"
@@ -527,9 +527,8 @@ void MainWindow::redrawStyle() {
 }
 
 void MainWindow::resizePicture(int widthTwips, int heightTwips) {
-    diagram_.resizeImage(
-        QSize(twipsToWholePixels(widthTwips), twipsToWholePixels(heightTwips)),
-        styleColor(state_.style.BackColor));
+    diagram_.resizeImage(QSize(twipsToWholePixels(widthTwips), twipsToWholePixels(heightTwips)),
+                         styleColor(state_.style.BackColor));
     diagramView_->refresh(diagram_.takeDirty());
     // The window grows with the picture, never shrinks with it.
     const int wantedWidth = twipsToWholePixels(widthTwips + 3285.0);

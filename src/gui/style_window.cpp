@@ -14,7 +14,6 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
-#include <QShowEvent>
 #include <QFontDatabase>
 #include <QFontMetrics>
 #include <QGridLayout>
@@ -28,6 +27,7 @@
 #include <QRadioButton>
 #include <QRegularExpressionValidator>
 #include <QScrollBar>
+#include <QShowEvent>
 #include <QTimer>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -43,8 +43,8 @@ QLineEdit* numberEdit(QWidget* parent, const char* name, int digits) {
     auto* edit = new QLineEdit(parent);
     edit->setObjectName(QLatin1String(name));
     edit->setMaxLength(digits);
-    edit->setValidator(new QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d*")),
-                                                       edit));
+    edit->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("\\d*")), edit));
     // Wide enough for its digits and no wider.
     edit->setMaximumWidth(edit->fontMetrics().horizontalAdvance(QLatin1Char('0')) * (digits + 2) +
                           12);
@@ -206,17 +206,17 @@ void StyleWindow::createControls() {
     line(englishLabel, englishNotationEdit_);
     line(dictionaryLabel, popeyeDictionaryEdit_);
     const int numberWidth = cellOverlapVerticalEdit_->maximumWidth();
-    pg->addLayout(heads(pieces, "cellOverlapVerticalLabel", "cellOverlapHorizontalLabel",
-                        numberWidth),
-                  r++, 1, 1, 2);
+    pg->addLayout(
+        heads(pieces, "cellOverlapVerticalLabel", "cellOverlapHorizontalLabel", numberWidth), r++,
+        1, 1, 2);
     pg->addWidget(overlapLabel, r, 0);
-    pg->addLayout(pair(pieces, cellOverlapVerticalEdit_, "cellOverlapTimesLabel",
-                       cellOverlapHorizontalEdit_),
-                  r++, 1, 1, 2);
+    pg->addLayout(
+        pair(pieces, cellOverlapVerticalEdit_, "cellOverlapTimesLabel", cellOverlapHorizontalEdit_),
+        r++, 1, 1, 2);
     pg->addWidget(spaceLabel, r, 0);
-    pg->addLayout(pair(pieces, squareSpaceVerticalEdit_, "squareSpaceTimesLabel",
-                       squareSpaceHorizontalEdit_),
-                  r++, 1, 1, 2);
+    pg->addLayout(
+        pair(pieces, squareSpaceVerticalEdit_, "squareSpaceTimesLabel", squareSpaceHorizontalEdit_),
+        r++, 1, 1, 2);
     pg->addWidget(copyCounterCheck_, r++, 0, 1, 3);
     watch(cellOverlapVerticalEdit_, overlapLabel);
     watch(cellOverlapHorizontalEdit_, overlapLabel);
@@ -291,9 +291,8 @@ void StyleWindow::createControls() {
     showGridCheck_->setObjectName(QStringLiteral("showGridCheck"));
     fontNameBox_ = editableBox(border, "fontNameBox");
     QStringList families = QFontDatabase::families();
-    std::stable_sort(families.begin(), families.end(), [](const QString& a, const QString& b) {
-        return a.toUpper() < b.toUpper();
-    });
+    std::stable_sort(families.begin(), families.end(),
+                     [](const QString& a, const QString& b) { return a.toUpper() < b.toUpper(); });
     fontNameBox_->addItems(families);
     auto* sizeLabel = label(border, "fontSizeLabel", "Size: ");
     fontSizeBox_ = editableBox(border, "fontSizeBox");
@@ -331,21 +330,20 @@ void StyleWindow::createControls() {
     fontStyles->addWidget(fontColorLabel, 0, 2);
     fontStyles->addWidget(fontColorSwatch_, 1, 2);
 
-    const auto alignGroup = [&](const char* name, const char* caption,
-                                const std::array<const char*, 3>& names,
-                                const std::array<const char*, 3>& captions,
-                                std::array<QRadioButton*, 3>& options) {
-        auto* group = new QGroupBox(QString::fromUtf8(caption), border);
-        group->setObjectName(QLatin1String(name));
-        auto* column = new QVBoxLayout(group);
-        for (size_t i = 0; i < 3; ++i) {
-            options[i] = new QRadioButton(QString::fromUtf8(captions[i]), group);
-            options[i]->setObjectName(QLatin1String(names[i]));
-            column->addWidget(options[i]);
-            connect(options[i], &QRadioButton::clicked, this, &StyleWindow::preview);
-        }
-        return group;
-    };
+    const auto alignGroup =
+        [&](const char* name, const char* caption, const std::array<const char*, 3>& names,
+            const std::array<const char*, 3>& captions, std::array<QRadioButton*, 3>& options) {
+            auto* group = new QGroupBox(QString::fromUtf8(caption), border);
+            group->setObjectName(QLatin1String(name));
+            auto* column = new QVBoxLayout(group);
+            for (size_t i = 0; i < 3; ++i) {
+                options[i] = new QRadioButton(QString::fromUtf8(captions[i]), group);
+                options[i]->setObjectName(QLatin1String(names[i]));
+                column->addWidget(options[i]);
+                connect(options[i], &QRadioButton::clicked, this, &StyleWindow::preview);
+            }
+            return group;
+        };
     auto* aligns = new QHBoxLayout;
     aligns->addWidget(alignGroup("verticalAlignGroup", "Vert. align",
                                  {"alignUpOption", "alignMiddleOption", "alignDownOption"},
@@ -358,11 +356,11 @@ void StyleWindow::createControls() {
     const int boardWidth = boardRowsEdit_->maximumWidth();
     bg->addLayout(heads(border, "boardRowsLabel", "boardColumnsLabel", boardWidth), r++, 1, 1, 3);
     bg->addWidget(boardLabel, r, 0);
-    bg->addLayout(pair(border, boardRowsEdit_, "boardSizeTimesLabel", boardColumnsEdit_), r++, 1,
-                  1, 3);
+    bg->addLayout(pair(border, boardRowsEdit_, "boardSizeTimesLabel", boardColumnsEdit_), r++, 1, 1,
+                  3);
     bg->addWidget(offsetLabel, r, 0);
-    bg->addLayout(pair(border, boardOffsetYEdit_, "boardOffsetTimesLabel", boardOffsetXEdit_),
-                  r++, 1, 1, 3);
+    bg->addLayout(pair(border, boardOffsetYEdit_, "boardOffsetTimesLabel", boardOffsetXEdit_), r++,
+                  1, 1, 3);
     bg->addWidget(frameLabel, r, 0);
     bg->addWidget(frameWidthEdit_, r++, 1, 1, 3);
     // The colours, with the size bars round them: the height bar on their
@@ -388,8 +386,8 @@ void StyleWindow::createControls() {
     bg->addWidget(sizeLabel, r, 0);
     bg->addWidget(fontSizeBox_, r++, 1, 1, 3);
     bg->addWidget(gridOffsetLabel, r, 0);
-    bg->addLayout(pair(border, gridOffsetYBox_, "gridOffsetTimesLabel", gridOffsetXBox_), r++, 1,
-                  1, 3);
+    bg->addLayout(pair(border, gridOffsetYBox_, "gridOffsetTimesLabel", gridOffsetXBox_), r++, 1, 1,
+                  3);
     bg->addLayout(fontStyles, r++, 0, 1, 4);
     bg->addLayout(aligns, r++, 0, 1, 4);
     padlockButton_->setFixedSize(19, 19);
@@ -460,11 +458,11 @@ void StyleWindow::setStyleNames(const QStringList& names) {
 bool StyleWindow::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         const bool in = event->type() == QEvent::FocusIn;
-        if (auto* shownBy = qobject_cast<QLabel*>(watched->property("focusLabel").value<QObject*>()))
+        if (auto* shownBy =
+                qobject_cast<QLabel*>(watched->property("focusLabel").value<QObject*>()))
             setFocusBorder(shownBy, in);
         // A colour box loses its own frame while it has the focus.
-        if (auto* box = qobject_cast<QPushButton*>(watched))
-            setSwatch(box, swatchColor(box));
+        if (auto* box = qobject_cast<QPushButton*>(watched)) setSwatch(box, swatchColor(box));
     }
     return QDialog::eventFilter(watched, event);
 }
@@ -850,13 +848,15 @@ void StyleWindow::chooseStyleFile() {
     for (int i = 0; i < styleNameBox_->count(); ++i)
         known.append(styleNameBox_->itemText(i));
     ImportHooks hooks;
-    hooks.blockStarted = [this](const QString& name) { setStatus(QStringLiteral("Style ") + name); };
+    hooks.blockStarted = [this](const QString& name) {
+        setStatus(QStringLiteral("Style ") + name);
+    };
     hooks.ask = [this](const QString& text, ImportButtons buttons) {
         const QMessageBox::StandardButtons shown =
-            buttons == ImportButtons::Ok         ? QMessageBox::Ok
-            : buttons == ImportButtons::OkCancel ? QMessageBox::Ok | QMessageBox::Cancel
-                                                 : QMessageBox::Yes | QMessageBox::No |
-                                                       QMessageBox::Cancel;
+            buttons == ImportButtons::Ok ? QMessageBox::Ok
+            : buttons == ImportButtons::OkCancel
+                ? QMessageBox::Ok | QMessageBox::Cancel
+                : QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
         switch (ask(text, shown)) {
         case QMessageBox::Yes:
             return ImportAnswer::Yes;

@@ -7,8 +7,8 @@
 
 #include <QDialog>
 #include <QImage>
-#include <QPixmap>
 #include <QMessageBox>
+#include <QPixmap>
 #include <array>
 #include <functional>
 

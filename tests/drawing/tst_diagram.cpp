@@ -105,6 +105,9 @@ class TstDiagram : public QObject {
         scene.style.XBase = scene.style.SqrVTab = 32767;
         scene.style.YBase = scene.style.SqrHSpc = -32768;
         scene.style.WndWidth = scene.style.WndHeight = 300;
+        // Coordinates in the largest font a settings file can ask for.
+        scene.style.ShowGrid = 1;
+        scene.style.FontSize = 32767;
         scene.draw(QStringLiteral("KkKkKkKkKkKk"));
         // Cells beyond the sheet, squares beyond the board.
         for (const auto& [cell, oneBasedSquare] : {std::pair{-5, 1}, {1, 0}, {1, 65}, {32000, 64}})

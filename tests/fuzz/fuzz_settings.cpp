@@ -29,7 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // Stored and taken out again, a new style leaves the other lines alone.
     const QList<QByteArray> lines = marlith::splitLines(bytes);
     style.StyleName = QStringLiteral("\x01fuzz");
-    const QList<QByteArray> block = {"BeginStyle = \x01" "fuzz"};
+    const QList<QByteArray> block = {"BeginStyle = \x01"
+                                     "fuzz"};
     const QList<QByteArray> stored = marlith::replaceStyleBlock(lines, style.StyleName, &block);
     if (!stored.contains(block.first())) std::abort();
     marlith::writeStyles(home, style, true);

@@ -143,8 +143,7 @@ class TstStyleWindow : public QObject {
         QCOMPARE(s.state.style.StyleName, "Beta");
         QCOMPARE(s.state.style.FrameWidth, 2);
         QCOMPARE(s.styleList(), QStringList({"CUSTOM", "Alpha", "Gamma", "Beta"}));
-        const QByteArray block = "BeginStyle = Beta\r\n  PiecesFile = " +
-                                 s.folder().toUtf8() +
+        const QByteArray block = "BeginStyle = Beta\r\n  PiecesFile = " + s.folder().toUtf8() +
                                  "alpha.bmp\r\n  SqrWidth = 20 \r\n  SqrHeight = 20 \r\n"
                                  "  XBase = 2 \r\n  YBase = 2 \r\n  FrameWidth = 2 \r\n"
                                  "  FrameColor = &H0\r\n  WndWidth = 164 \r\n  WndHeight = 164 \r\n"
@@ -184,9 +183,9 @@ class TstStyleWindow : public QObject {
                      builtInSheet().copy(0, 0, 15, 15));
             w.reject();
         });
-        QCOMPARE(s.questions, QStringList({"There's no a valid style name!",
-                                           "There's no a valid pieces file!",
-                                           "Are you sure you want to delete Alpha?"}));
+        QCOMPARE(s.questions,
+                 QStringList({"There's no a valid style name!", "There's no a valid pieces file!",
+                              "Are you sure you want to delete Alpha?"}));
         QCOMPARE(bytesOf(s.folder() + "Marlith.ini"),
                  QByteArray("RecentStyle = Alpha\r\n\r\n"
                             "BeginStyle = Gamma\r\n  SqrWidth = 15 \r\nEndStyle\r\n"));
@@ -267,7 +266,8 @@ class TstStyleWindow : public QObject {
                                            "PiecesFile " + source + "passwd not found!"}));
         QCOMPARE(s.styleList(), QStringList({"CUSTOM", "Alpha", "Gamma", "Delta"}));
         QCOMPARE(bytesOf(s.folder() + "delta.bmp"), bytesOf(source + "delta.bmp"));
-        QStringList left = QDir(elsewhere.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+        QStringList left =
+            QDir(elsewhere.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
         QCOMPARE(left, QStringList({"outside.bmp", "styles"}));
         QCOMPARE(QDir(source).entryList(QDir::Files).size(), 2);
         s.window->chooseStyleByName(QStringLiteral("Delta"));
