@@ -188,4 +188,8 @@ bool BookPanel::eventFilter(QObject* watched, QEvent* event) {
     return QGroupBox::eventFilter(watched, event);
 }
 
+void BookPanel::showMoveControls() {
+    sideLabel_->setText(QStringLiteral("Move Controls:"));
+}
+
 } // namespace marlith

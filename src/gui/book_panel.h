@@ -30,6 +30,8 @@ class BookPanel : public QGroupBox {
     void nextPosition();
     void lastPosition();
     void setGameCaption();
+    // A position from elsewhere is on the board: no side is known.
+    void showMoveControls();
     // The running count of a scan.
     void showCount(int games);
     // The game label is red while a search narrows the book.

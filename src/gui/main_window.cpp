@@ -6,11 +6,13 @@
 #include "core/startup.h"
 #include "core/style_list.h"
 #include "editing/board_edit.h"
+#include "editing/history.h"
 #include "gui/about_window.h"
 #include "gui/book_panel.h"
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
 #include "gui/help_window.h"
+#include "gui/history_window.h"
 #include "gui/style_window.h"
 #include "gui/tool_button.h"
 #include "gui/tool_faces.h"
@@ -123,7 +125,8 @@ void MainWindow::createControls() {
     secondToolStrip_->setFocusPolicy(Qt::ClickFocus);
     const auto faces3 = firstStripFaces();
     const auto faces5 = secondStripFaces();
-    const auto faces8 = recModeFaces();
+    recModeFaces_ = recModeFaces();
+    const auto& faces8 = recModeFaces_;
     for (int i = 0; i < 9; ++i) {
         firstStripButtons_[i] = new ToolButton(faces3[i], faces3[i + 9], firstToolStrip_);
         firstStripButtons_[i]->setObjectName(QLatin1String(kFirstStrip[i].name));
@@ -131,7 +134,7 @@ void MainWindow::createControls() {
         secondStripButtons_[i]->setObjectName(QLatin1String(kSecondStrip[i].name));
     }
     firstStripButtons_[8]->hide(); // shown when an engine is found
-    recModeButton_ = new ToolButton(faces8[0], faces8[1], secondToolStrip_);
+    recModeButton_ = new ToolButton(faces8[0], faces8[0], secondToolStrip_);
     recModeButton_->setObjectName(QStringLiteral("recModeButton"));
 
     auto* styleGroup = new QGroupBox(QStringLiteral("Pieces Styles"), central);
@@ -252,13 +255,14 @@ void MainWindow::createMenus() {
              {{"copyPositionAction", "&Marlith", ctrl(Qt::Key_C), true, &MainWindow::copyPosition},
               {"copyImageAction", "&Image", ctrl(Qt::Key_I), true, &MainWindow::copyImage},
               {"copyHtmlAction", "HTM&L", ctrl(Qt::Key_L), true, nullptr}});
-    addItems(edit, {{"pastePositionAction", "&Paste Marlith", ctrl(Qt::Key_V), true,
-                     &MainWindow::pastePosition},
-                    {"editSeparator1", "-", {}, true, nullptr},
-                    {"historyAction", "&History", ctrl(Qt::Key_H), true, nullptr},
-                    {"recModeAction", "Rec &Mode", ctrl(Qt::Key_M), true, nullptr},
-                    {"undoRecAction", "&Undo Rec", ctrl(Qt::Key_Z), false, nullptr},
-                    {"editSeparator2", "-", {}, true, nullptr}});
+    addItems(edit,
+             {{"pastePositionAction", "&Paste Marlith", ctrl(Qt::Key_V), true,
+               &MainWindow::pastePosition},
+              {"editSeparator1", "-", {}, true, nullptr},
+              {"historyAction", "&History", ctrl(Qt::Key_H), true, &MainWindow::showHistory},
+              {"recModeAction", "Rec &Mode", ctrl(Qt::Key_M), true, &MainWindow::switchRecMode},
+              {"undoRecAction", "&Undo Rec", ctrl(Qt::Key_Z), false, &MainWindow::undoRec},
+              {"editSeparator2", "-", {}, true, nullptr}});
     QMenu* effects = addMenu(edit, "effectsMenu", "E&ffects");
     addItems(
         effects,
@@ -306,6 +310,11 @@ void MainWindow::createMenus() {
             runToolCommand([secondStripItem] { secondStripItem->trigger(); }, false);
         });
     }
+    // Rec Mode is a state: its item carries a check mark, its button a face.
+    QAction* rec = action(QStringLiteral("recModeAction"));
+    rec->setCheckable(true);
+    connect(recModeButton_, &ToolButton::clicked, this,
+            [this, rec] { runToolCommand([rec] { rec->trigger(); }, false); });
 }
 
 QAction* MainWindow::action(const QString& name) const {
@@ -429,6 +438,55 @@ void MainWindow::buildBoard() {
 
 void MainWindow::commitBoardEdit() {
     positionEdit_->setText(squaresToFen(state_.squares, state_.board(), state_.style.PiecesList));
+    if (action(QStringLiteral("recModeAction"))->isChecked()) copyPosition();
+}
+
+HistoryWindow* MainWindow::historyWindow() {
+    if (historyWindow_) return historyWindow_;
+    historyWindow_ = new HistoryWindow(state_, this);
+    setChildWindow(ChildWindow::History, historyWindow_);
+    connect(historyWindow_, &HistoryWindow::rowSent, this, [this](const QString& board) {
+        positionEdit_->setText(board);
+        positionEdit_->end(false);
+        bookPanel_->showMoveControls();
+        activateWindow();
+        positionEdit_->setFocus();
+    });
+    connect(historyWindow_, &HistoryWindow::cleared, this,
+            [this] { action(QStringLiteral("undoRecAction"))->setEnabled(false); });
+    return historyWindow_;
+}
+
+void MainWindow::showHistory() {
+    HistoryWindow* window = historyWindow();
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+void MainWindow::switchRecMode() {
+    QAction* rec = action(QStringLiteral("recModeAction"));
+    // The menu item checks itself when triggered; the button's face follows.
+    const bool on = rec->isChecked();
+    const QPixmap& face = recModeFaces_[on ? 1 : 0];
+    recModeButton_->setFaces(face, face);
+    // Switching on records the position it starts from.
+    if (on) copyPosition();
+}
+
+void MainWindow::undoRec() {
+    HistoryWindow* history = historyWindow();
+    if (history->rowCount() > 1) {
+        positionEdit_->setText(rowForUndo(history->dropLastRow()));
+    }
+    positionEdit_->end(false);
+}
+
+void MainWindow::updateAddToBook() {
+    const QString extension = state_.bookFile.right(4).toUpper();
+    if (extension != QLatin1String(".FEN") && extension != QLatin1String(".PGN")) return;
+    historyWindow()->setAddToBookEnabled(action(QStringLiteral("closeBookAction"))->isEnabled() &&
+                                         historyWindow()->rowCount() > 0);
 }
 
 void MainWindow::newPosition() {
@@ -726,6 +784,7 @@ void MainWindow::loadBook() {
     refreshPosition();
     bookPanel_->setNarrowed(false);
     action(QStringLiteral("searchAction"))->setChecked(false);
+    if (historyWindow_) updateAddToBook();
     unsetCursor();
 }
 
@@ -742,6 +801,7 @@ void MainWindow::closeBook() {
     if (isNormalState(*this)) resize(width(), twipsToWholePixels(state_.style.WndHeight + 1350));
     action(QStringLiteral("searchAction"))->setEnabled(false);
     action(QStringLiteral("closeBookAction"))->setEnabled(false);
+    if (historyWindow_) historyWindow_->setAddToBookEnabled(false);
 }
 
 void MainWindow::openRecentBook(int index) {
@@ -784,7 +844,10 @@ void MainWindow::copyPosition() {
     refreshPosition();
     const QString text = copiedPositionText(positionEdit_->text(), pieceCounterLabel_->text(),
                                             state_.style.CopyCounter);
+    historyWindow()->addRow(text);
+    action(QStringLiteral("undoRecAction"))->setEnabled(true);
     QGuiApplication::clipboard()->setText(text);
+    updateAddToBook();
 }
 
 void MainWindow::pastePosition() {

@@ -32,6 +32,7 @@ class HelpWindow;
 class ToolButton;
 class FileChooser;
 class StyleWindow;
+class HistoryWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -95,6 +96,13 @@ class MainWindow : public QMainWindow {
     void openPopeye();
     void openCrafty();
     PopeyeWindow* popeyeWindow();
+    // The History window, created at first use and hidden between uses.
+    HistoryWindow* historyWindow();
+    void showHistory();
+    // Rec Mode: every mouse edit of the board copies the position.
+    void switchRecMode();
+    // Back to the row before the last one of the history.
+    void undoRec();
     // The Style window, created at first use and hidden between uses.
     StyleWindow* styleWindow();
     CraftyWindow* craftyWindow();
@@ -143,6 +151,8 @@ class MainWindow : public QMainWindow {
     void resizePicture(int widthTwips, int heightTwips);
     void runToolCommand(const std::function<void()>& command, bool keepsFocus);
     void showRecentBooks();
+    // Add to Book follows whether a .FEN or .PGN book is open.
+    void updateAddToBook();
     void showStyleName();
     bool menuShortcutWins(QKeyEvent* key) const;
     // Shows the file chooser for a purpose; true and the path after Ok.
@@ -174,6 +184,8 @@ class MainWindow : public QMainWindow {
     PopeyeWindow* popeyeWindow_ = nullptr;
     CraftyWindow* craftyWindow_ = nullptr;
     StyleWindow* styleWindow_ = nullptr;
+    HistoryWindow* historyWindow_ = nullptr;
+    std::array<QPixmap, 2> recModeFaces_;
     std::unique_ptr<QLockFile> instanceLock_;
     bool unloaded_ = false;
 };

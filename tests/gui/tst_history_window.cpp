@@ -1,0 +1,166 @@
+#include "gui/history_window.h"
+#include "gui/tool_faces.h"
+#include "support/main_window_fixture.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QListWidget>
+#include <QPushButton>
+
+using namespace marlith;
+using marlith::testing::Fixture;
+
+namespace {
+
+// The middle of square (row, column) of the default 15-pixel board.
+QPoint square(int row, int column) {
+    return QPoint(column * 15 + 7, row * 15 + 7);
+}
+
+void drag(QWidget* widget, QPoint from, QPoint to) {
+    QTest::mousePress(widget, Qt::LeftButton, {}, from);
+    QTest::mouseRelease(widget, Qt::LeftButton, {}, to);
+}
+
+QString clipboardText() {
+    return QGuiApplication::clipboard()->text();
+}
+
+struct History : Fixture {
+    HistoryWindow* history = window->historyWindow();
+    QListWidget* list = history->findChild<QListWidget*>(QStringLiteral("historyList"));
+    QStringList questions;
+    QMessageBox::StandardButton answer = QMessageBox::Ok;
+
+    History() {
+        history->ask = [this](const QString& text) {
+            questions.append(text);
+            return answer;
+        };
+    }
+    void copy(const QString& position) {
+        positionEdit->setText(position);
+        action("copyPositionAction")->trigger();
+    }
+    template <typename Key> void press(int row, Key key) {
+        list->setCurrentRow(row);
+        QTest::keyClick(list, key);
+    }
+    void click(const char* button) {
+        history->findChild<QPushButton*>(QLatin1String(button))->click();
+    }
+};
+
+} // namespace
+
+class TstHistoryWindow : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    // Rec Mode records the start and each mouse edit; undo walks back and
+    // never takes the first row.
+    void recModeAndUndo() {
+        History h;
+        h.type(QStringLiteral("k7/8/8/8/8/8/8/K"));
+        QVERIFY(!h.action("undoRecAction")->isEnabled());
+        h.child("recModeButton")->clicked();
+        QVERIFY(h.action("recModeAction")->isChecked());
+        QCOMPARE(h.child("recModeButton")->restingFace().toImage(), recModeFaces()[1].toImage());
+        drag(h.diagramView(), square(0, 0), square(1, 1));
+        drag(h.diagramView(), square(1, 1), square(2, 2));
+        drag(h.diagramView(), square(7, 0), square(6, 0));
+        const QStringList rows{"k7/8/8/8/8/8/8/K7", "8/1k6/8/8/8/8/8/K7", "8/8/2k5/8/8/8/8/K7",
+                               "8/8/2k5/8/8/8/K7/8"};
+        QCOMPARE(h.history->rows(), rows);
+        QCOMPARE(clipboardText(), rows[3]);
+        for (int undo = 0; undo < 4; ++undo)
+            h.action("undoRecAction")->trigger();
+        QCOMPARE(h.history->rows(), QStringList{rows[0]});
+        QCOMPARE(h.positionEdit->text(), rows[0]);
+        QCOMPARE(clipboardText(), rows[3]);
+        // Off: edits go unrecorded; the rows stay.
+        h.action("recModeAction")->trigger();
+        drag(h.diagramView(), square(0, 0), square(1, 1));
+        QCOMPARE(h.history->rowCount(), 1);
+    }
+
+    // Rows from copies, with the counter; their extra fields; sent back to
+    // the board; deleted; cleared.
+    void rowsOfTheHistory() {
+        History h;
+        h.state.style.CopyCounter = 1;
+        h.copy(QStringLiteral("kK"));
+        h.state.style.CopyCounter = 0;
+        h.copy(QStringLiteral("k1K"));
+        h.copy(QStringLiteral("k2K"));
+        QCOMPARE(h.history->rows(), QStringList({"(1x1)kK6/8/8/8/8/8/8/8", "k1K5/8/8/8/8/8/8/8",
+                                                 "k2K4/8/8/8/8/8/8/8"}));
+        h.press(0, 'w');
+        h.press(1, '-');
+        QCOMPARE(h.list->item(0)->text(), "(1x1)kK6/8/8/8/8/8/8/8 w - - 0 0");
+        QCOMPARE(h.list->item(1)->text(), "k1K5/8/8/8/8/8/8/8 - - - 0 0");
+        h.click("blackFirstButton");
+        QCOMPARE(h.list->item(2)->text(), "k2K4/8/8/8/8/8/8/8 b - - 0 0");
+        h.click("copyFenButton");
+        QCOMPARE(clipboardText(), "(1x1)kK6/8/8/8/8/8/8/8 b - - 0 0\r\n"
+                                  "k1K5/8/8/8/8/8/8/8 w - - 0 0\r\n"
+                                  "k2K4/8/8/8/8/8/8/8 b - - 0 0\r\n");
+        h.press(0, 'R');
+        QCOMPARE(h.list->item(0)->text(), "(1x1)kK6/8/8/8/8/8/8/8 ");
+        h.click("removeFieldsButton");
+        QCOMPARE(h.list->item(1)->text(), "k1K5/8/8/8/8/8/8/8");
+
+        // Enter sends the board field alone.
+        h.positionEdit->clear();
+        h.press(0, Qt::Key_Return);
+        QCOMPARE(h.positionEdit->text(), "kK6/8/8/8/8/8/8/8");
+        QCOMPARE(h.child<QLabel>("sideLabel")->text(), "Move Controls:");
+        h.answer = QMessageBox::Cancel;
+        h.press(1, Qt::Key_Space);
+        h.answer = QMessageBox::Ok;
+        h.press(1, Qt::Key_Space);
+        QCOMPARE(h.questions, QStringList(2, "Remove the selected line from History"));
+        QCOMPARE(h.history->rowCount(), 2);
+
+        h.click("clearAllButton");
+        QVERIFY(!h.action("undoRecAction")->isEnabled());
+        h.click("copyFenButton");
+        QCOMPARE(clipboardText(), QString());
+        h.click("copyPgnButton");
+        QCOMPARE(clipboardText(), QString());
+    }
+
+    // The moves between the rows, with the rows' counters and fields.
+    void rowsAsMoveText() {
+        History h;
+        h.state.style.CopyCounter = 1;
+        for (const char* position : {"r3k2r/1P6/8/3p4/4P3/8/8/R3K2R", "r3k2r/1P6/8/3P4/8/8/8/R3K2R",
+                                     "2kr3r/1P6/8/3P4/8/8/8/R3K2R", "2kr3r/1P6/8/3P4/8/8/8/R4RK1",
+                                     "2k4r/1P6/3r4/3P4/8/8/8/R4RK1", "1Qk4r/8/3r4/3P4/8/8/8/R4RK1"})
+            h.copy(QLatin1String(position));
+        QCOMPARE(h.history->rows().first(), "(5x4)r3k2r/1P6/8/3p4/4P3/8/8/R3K2R");
+        h.click("whiteFirstButton");
+        h.click("copyPgnButton");
+        QCOMPARE(clipboardText(), "1. exd5 O-O-O 2. O-O Rd6 3. b8=Q ");
+    }
+
+    // Add to Book follows an open .FEN or .PGN book and rows to add.
+    void addToBookFollowsTheBook() {
+        History h;
+        auto* add = h.history->findChild<QPushButton*>(QStringLiteral("addToBookButton"));
+        QFile book(h.folder() + "b.fen");
+        QVERIFY(book.open(QIODevice::WriteOnly) && book.write("k7/8/8/8/8/8/8/K7\r\n") > 0);
+        book.close();
+        h.state.bookFile = book.fileName();
+        h.window->loadBook();
+        QVERIFY(!add->isEnabled());
+        h.copy(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        QVERIFY(add->isEnabled());
+        h.window->closeBook();
+        QVERIFY(!add->isEnabled());
+        h.window->loadBook();
+        QVERIFY(add->isEnabled());
+    }
+};
+
+QTEST_MAIN(TstHistoryWindow)
+#include "tst_history_window.moc"
