@@ -13,6 +13,7 @@
 #include "gui/file_chooser.h"
 #include "gui/help_window.h"
 #include "gui/history_window.h"
+#include "gui/search_window.h"
 #include "gui/style_window.h"
 #include "gui/tool_button.h"
 #include "gui/tool_faces.h"
@@ -232,7 +233,7 @@ void MainWindow::createMenus() {
                &MainWindow::saveImageAs},
               {"fileSeparator2", "-", {}, true, nullptr},
               {"openBookAction", "Open &Book", ctrl(Qt::Key_B), true, &MainWindow::openBook},
-              {"searchAction", "&Criteria", ctrl(Qt::Key_F), false, nullptr},
+              {"searchAction", "&Criteria", ctrl(Qt::Key_F), false, &MainWindow::searchBook},
               {"closeBookAction", "Cl&ose book", ctrl(Qt::Key_O), false, &MainWindow::closeBook},
               {"fileSeparator3", "-", {}, true, nullptr},
               {"printAction", "&Print", ctrl(Qt::Key_P), true, nullptr},
@@ -313,6 +314,8 @@ void MainWindow::createMenus() {
     // Rec Mode is a state: its item carries a check mark, its button a face.
     QAction* rec = action(QStringLiteral("recModeAction"));
     rec->setCheckable(true);
+    // Checked while a search narrows the book.
+    action(QStringLiteral("searchAction"))->setCheckable(true);
     connect(recModeButton_, &ToolButton::clicked, this,
             [this, rec] { runToolCommand([rec] { rec->trigger(); }, false); });
 }
@@ -439,6 +442,29 @@ void MainWindow::buildBoard() {
 void MainWindow::commitBoardEdit() {
     positionEdit_->setText(squaresToFen(state_.squares, state_.board(), state_.style.PiecesList));
     if (action(QStringLiteral("recModeAction"))->isChecked()) copyPosition();
+}
+
+SearchWindow* MainWindow::searchWindow() {
+    if (!searchWindow_) searchWindow_ = new SearchWindow(state_, this);
+    return searchWindow_;
+}
+
+void MainWindow::searchBook() {
+    SearchWindow* window = searchWindow();
+    if (runSearchWindow)
+        runSearchWindow(*window);
+    else
+        window->exec();
+    // The menu item's check mark tells a narrowed book, whatever the trigger did.
+    if (window->searchDone) {
+        window->searchDone = false;
+        bookNarrowed_ = window->narrowed;
+        state_.book.gameCount = static_cast<int32_t>(state_.book.gameIndex.size() / 6);
+        bookPanel_->setNarrowed(bookNarrowed_);
+        bookPanel_->resetGameScrollBar();
+        focusPositionAtEnd();
+    }
+    action(QStringLiteral("searchAction"))->setChecked(bookNarrowed_);
 }
 
 HistoryWindow* MainWindow::historyWindow() {
@@ -782,6 +808,7 @@ void MainWindow::loadBook() {
     action(QStringLiteral("searchAction"))->setEnabled(true);
     action(QStringLiteral("closeBookAction"))->setEnabled(true);
     refreshPosition();
+    bookNarrowed_ = false;
     bookPanel_->setNarrowed(false);
     action(QStringLiteral("searchAction"))->setChecked(false);
     if (historyWindow_) updateAddToBook();

@@ -33,6 +33,7 @@ class ToolButton;
 class FileChooser;
 class StyleWindow;
 class HistoryWindow;
+class SearchWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -96,6 +97,9 @@ class MainWindow : public QMainWindow {
     void openPopeye();
     void openCrafty();
     PopeyeWindow* popeyeWindow();
+    // Narrows the open book through the Search Criteria window.
+    void searchBook();
+    SearchWindow* searchWindow();
     // The History window, created at first use and hidden between uses.
     HistoryWindow* historyWindow();
     void showHistory();
@@ -124,6 +128,8 @@ class MainWindow : public QMainWindow {
     std::function<void(FileChooser&)> runChooser;
     // Runs the Style window modally (replaced by tests, which drive it).
     std::function<void(StyleWindow&)> runStyleWindow;
+    // Runs the Search Criteria window modally (replaced by tests).
+    std::function<void(SearchWindow&)> runSearchWindow;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -185,6 +191,9 @@ class MainWindow : public QMainWindow {
     CraftyWindow* craftyWindow_ = nullptr;
     StyleWindow* styleWindow_ = nullptr;
     HistoryWindow* historyWindow_ = nullptr;
+    SearchWindow* searchWindow_ = nullptr;
+    // A search has narrowed the open book.
+    bool bookNarrowed_ = false;
     std::array<QPixmap, 2> recModeFaces_;
     std::unique_ptr<QLockFile> instanceLock_;
     bool unloaded_ = false;

@@ -1,0 +1,102 @@
+#include "gui/book_panel.h"
+#include "gui/search_window.h"
+#include "support/main_window_fixture.h"
+
+#include <QRandomGenerator>
+#include <QScrollBar>
+
+using namespace marlith;
+using marlith::testing::Fixture;
+
+namespace {
+
+const QByteArray kBook =
+    "[Event \"Paul memorial\"]\n[Site \"Tallinn\"]\n\n1. e4 e5 *\n\n"
+    "[Event \"Other\"]\n[SetUp \"1\"]\n[FEN \"4k3/8/8/8/8/8/8/4K2R w - - 0 1\"]"
+    "\n\n1. O-O *\n\n"
+    "[Event \"Third\"]\n\n1. d4 *\n";
+
+// An open book and the Search Criteria window, driven by its fields.
+struct Search : Fixture {
+    QStringList warnings;
+
+    explicit Search(const QByteArray& book = kBook) {
+        QFile file(folder() + "b.pgn");
+        if (file.open(QIODevice::WriteOnly)) file.write(book);
+        file.close();
+        state.bookFile = file.fileName();
+        window->loadBook();
+        window->searchWindow()->warn = [this](const QString& text) { warnings.append(text); };
+    }
+    // Fills the five fields, presses Enter in the last, as a user would.
+    void search(const QStringList& fields) {
+        window->runSearchWindow = [&](SearchWindow& w) {
+            w.show();
+            for (int i = 0; i < 5; ++i)
+                w.fieldEdit(i)->setText(fields.value(i));
+            QTest::keyClick(w.fieldEdit(4), Qt::Key_Return);
+            w.hide();
+        };
+        action("searchAction")->trigger();
+    }
+    int gamesShown() const { return static_cast<int>(state.book.gameIndex.size() / 6); }
+    bool narrowed() const { return action("searchAction")->isChecked(); }
+};
+
+} // namespace
+
+class TstSearchWindow : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    // By a header word, a count of men and a piece on a square; every
+    // search starts from the whole book; empty fields restore it.
+    void narrowAndRestore() {
+        Search s;
+        QCOMPARE(s.gamesShown(), 3);
+        s.search({"tallinn"});
+        QCOMPARE(s.gamesShown(), 1);
+        QVERIFY(s.narrowed());
+        QCOMPARE(s.window->bookPanel()->gameScrollBar()->maximum(), 1);
+        s.search({{}, {}, {}, "3"});
+        QCOMPARE(s.gamesShown(), 1);
+        QCOMPARE(s.positionEdit->text(), "4k3/8/8/8/8/8/8/4K2R");
+        s.search({{}, {}, {}, {}, "Pe2"});
+        QCOMPARE(s.gamesShown(), 2);
+        QCOMPARE(s.window->bookPanel()->gameScrollBar()->maximum(), 2);
+        s.search({});
+        QCOMPARE(s.gamesShown(), 3);
+        QVERIFY(!s.narrowed());
+        QCOMPARE(s.state.book.gameIndex, s.state.book.fullIndex);
+        QVERIFY(s.warnings.isEmpty());
+    }
+
+    // What matches nothing leaves the book as it was and says so; random
+    // text and a book of one game are searched like any other.
+    void searchesThatFindNothing() {
+        Search s;
+        s.search({"Paul"});
+        const QByteArray narrowedIndex = s.state.book.gameIndex;
+        s.search({"zzz"});
+        QCOMPARE(s.warnings, QStringList{"Game not found!"});
+        QCOMPARE(s.state.book.gameIndex, narrowedIndex);
+        QVERIFY(s.narrowed());
+        for (int round = 0; round < 20; ++round) {
+            QStringList fields;
+            for (int i = 0; i < 5; ++i) {
+                QString text;
+                for (int n = QRandomGenerator::global()->bounded(30); n > 0; --n)
+                    text += QChar(QRandomGenerator::global()->bounded(32, 127));
+                fields.append(text);
+            }
+            s.search(fields);
+        }
+        Search one("[Event \"Only\"]\n\n1. e4 *\n");
+        one.search({"only", "16"});
+        QCOMPARE(one.gamesShown(), 1);
+        one.search({"only", "15"});
+        QCOMPARE(one.warnings, QStringList{"Game not found!"});
+    }
+};
+
+QTEST_MAIN(TstSearchWindow)
+#include "tst_search_window.moc"
