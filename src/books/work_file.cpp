@@ -86,6 +86,12 @@ bool WorkFile::flush() {
     return ok;
 }
 
+bool WorkFile::truncateTo(int32_t count) {
+    if (!file_.isOpen() || count < 0 || count > written_ || !flush()) return false;
+    written_ = count;
+    return file_.resize(static_cast<qint64>(count) * kRecordLength);
+}
+
 std::optional<QByteArray> WorkFile::read(int32_t number) {
     // Every record of the file was written in this run, so the count bounds
     // a read without asking the file system for the file's size at each step.

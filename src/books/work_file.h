@@ -48,6 +48,9 @@ class WorkFile {
     bool append(const QByteArray& record);
     bool flush();
     int32_t written() const { return written_; }
+    // Drops the records behind the first `count`, so that writing goes on
+    // from record count + 1 (where a book's end mark stood).
+    bool truncateTo(int32_t count);
 
     // Record `number` (from 1); nothing outside the file is read.
     std::optional<QByteArray> read(int32_t number);

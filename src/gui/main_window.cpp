@@ -8,6 +8,7 @@
 #include "editing/board_edit.h"
 #include "editing/history.h"
 #include "gui/about_window.h"
+#include "gui/add_to_book_window.h"
 #include "gui/book_panel.h"
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
@@ -37,6 +38,7 @@
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTime>
 
 namespace marlith {
@@ -444,6 +446,29 @@ void MainWindow::commitBoardEdit() {
     if (action(QStringLiteral("recModeAction"))->isChecked()) copyPosition();
 }
 
+AddToBookWindow* MainWindow::addToBookWindow() {
+    if (addToBookWindow_) return addToBookWindow_;
+    addToBookWindow_ = new AddToBookWindow(state_, this);
+    connect(addToBookWindow_, &AddToBookWindow::gameAdded, this, [this] {
+        // The new game is the last of the list on show; it is shown at once.
+        QScrollBar* games = bookPanel_->gameScrollBar();
+        const QSignalBlocker quiet(games);
+        games->setRange(1, std::max(1, state_.book.gameCount));
+        games->setValue(state_.book.gameCount);
+        bookPanel_->showGame();
+    });
+    return addToBookWindow_;
+}
+
+void MainWindow::showAddToBookWindow() {
+    AddToBookWindow* window = addToBookWindow();
+    window->setRows(historyWindow()->rows());
+    if (runAddToBookWindow)
+        runAddToBookWindow(*window);
+    else
+        window->exec();
+}
+
 SearchWindow* MainWindow::searchWindow() {
     if (!searchWindow_) searchWindow_ = new SearchWindow(state_, this);
     return searchWindow_;
@@ -478,6 +503,8 @@ HistoryWindow* MainWindow::historyWindow() {
         activateWindow();
         positionEdit_->setFocus();
     });
+    connect(historyWindow_, &HistoryWindow::addToBookRequested, this,
+            &MainWindow::showAddToBookWindow);
     connect(historyWindow_, &HistoryWindow::cleared, this,
             [this] { action(QStringLiteral("undoRecAction"))->setEnabled(false); });
     return historyWindow_;

@@ -34,6 +34,7 @@ class FileChooser;
 class StyleWindow;
 class HistoryWindow;
 class SearchWindow;
+class AddToBookWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -97,6 +98,9 @@ class MainWindow : public QMainWindow {
     void openPopeye();
     void openCrafty();
     PopeyeWindow* popeyeWindow();
+    // Appends the History rows to the open book as a new game.
+    void showAddToBookWindow();
+    AddToBookWindow* addToBookWindow();
     // Narrows the open book through the Search Criteria window.
     void searchBook();
     SearchWindow* searchWindow();
@@ -130,6 +134,8 @@ class MainWindow : public QMainWindow {
     std::function<void(StyleWindow&)> runStyleWindow;
     // Runs the Search Criteria window modally (replaced by tests).
     std::function<void(SearchWindow&)> runSearchWindow;
+    // Runs the Add to Book window modally (replaced by tests).
+    std::function<void(AddToBookWindow&)> runAddToBookWindow;
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -192,6 +198,7 @@ class MainWindow : public QMainWindow {
     StyleWindow* styleWindow_ = nullptr;
     HistoryWindow* historyWindow_ = nullptr;
     SearchWindow* searchWindow_ = nullptr;
+    AddToBookWindow* addToBookWindow_ = nullptr;
     // A search has narrowed the open book.
     bool bookNarrowed_ = false;
     std::array<QPixmap, 2> recModeFaces_;

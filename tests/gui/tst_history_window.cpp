@@ -1,3 +1,5 @@
+#include "gui/add_to_book_window.h"
+#include "gui/book_panel.h"
 #include "gui/history_window.h"
 #include "gui/tool_faces.h"
 #include "support/main_window_fixture.h"
@@ -6,6 +8,9 @@
 #include <QGuiApplication>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollBar>
+
+#include <unistd.h>
 
 using namespace marlith;
 using marlith::testing::Fixture;
@@ -45,6 +50,25 @@ struct History : Fixture {
     template <typename Key> void press(int row, Key key) {
         list->setCurrentRow(row);
         QTest::keyClick(list, key);
+    }
+    // A book of one game, open.
+    void openBook(const char* name, const QByteArray& bytes) {
+        QFile file(folder() + QLatin1String(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        state.bookFile = file.fileName();
+        window->loadBook();
+    }
+    // Add to Book with the Event and Result fields filled in.
+    void addToBook() {
+        window->runAddToBookWindow = [](AddToBookWindow& w) {
+            w.show();
+            w.tagEdit(0)->setText(QStringLiteral("Added"));
+            w.tagEdit(6)->setText(QStringLiteral("1-0"));
+            QTest::keyClick(w.tagEdit(0), Qt::Key_Return);
+            w.hide();
+        };
+        click("addToBookButton");
     }
     void click(const char* button) {
         history->findChild<QPushButton*>(QLatin1String(button))->click();
@@ -141,6 +165,71 @@ class TstHistoryWindow : public QObject {
         h.click("whiteFirstButton");
         h.click("copyPgnButton");
         QCOMPARE(clipboardText(), "1. exd5 O-O-O 2. O-O Rd6 3. b8=Q ");
+    }
+
+    // The History rows as a new game of a .FEN and a .PGN book: walked at
+    // once, and found the same after the book is opened again.
+    void addedGamesAreWalked_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("book");
+        QTest::newRow("fen") << "b.fen" << QByteArray("[Event \"Old\"]\r\n\r\n8/8/8/8/8/8/8/8\r\n");
+        QTest::newRow("pgn") << "b.pgn" << QByteArray("[Event \"Old\"]\n\n1. d4 *\n");
+    }
+
+    void addedGamesAreWalked() {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, book);
+        History h;
+        h.openBook(name.toLatin1().constData(), book);
+        const QStringList boards{"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR",
+                                 "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR",
+                                 "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR"};
+        for (const QString& board : boards)
+            h.copy(board);
+        h.click("whiteFirstButton");
+        h.addToBook();
+        for (int opening = 0; opening < 2; ++opening) {
+            QCOMPARE(h.state.book.gameCount, 2);
+            QCOMPARE(h.window->bookPanel()->gameScrollBar()->value(), 2);
+            QCOMPARE(h.positionEdit->text(), boards[0]);
+            QVERIFY(h.window->bookPanel()->headerList()->item(0)->text().contains(u"Added"));
+            h.window->bookPanel()->lastPosition();
+            QCOMPARE(h.positionEdit->text(), boards[2]);
+            // The scanner reads what the writer wrote.
+            h.window->loadBook();
+            h.window->bookPanel()->gameScrollBar()->setValue(2);
+        }
+        QFile file(h.state.bookFile);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY(file.readAll().startsWith(book));
+    }
+
+    // A book deleted or made unwritable while open is left alone and the
+    // user is told; nothing is counted.
+    void booksThatCantGrow() {
+        History h;
+        h.openBook("b.fen", "8/8/8/8/8/8/8/8\r\n");
+        h.copy(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        QList<QString> warnings;
+        h.window->addToBookWindow()->warn = [&](const QString& text) { warnings.append(text); };
+        QVERIFY(QFile::remove(h.state.bookFile));
+        h.addToBook();
+        QVERIFY(!QFile::exists(h.state.bookFile));
+        // A disk that is full.
+        QVERIFY(QFile::link(QStringLiteral("/dev/full"), h.state.bookFile));
+        h.addToBook();
+        QCOMPARE(warnings.size(), 2);
+        QVERIFY(warnings[0].contains(u"no longer there"));
+        QVERIFY(warnings[1].contains(u"can't be written"));
+        QCOMPARE(h.state.book.gameCount, 1);
+        if (::geteuid() != 0) { // the superuser writes read-only files all the same
+            QFile::remove(h.state.bookFile);
+            h.openBook("b.fen", "8/8/8/8/8/8/8/8\r\n");
+            QFile::setPermissions(h.state.bookFile, QFile::ReadOwner);
+            h.addToBook();
+            QCOMPARE(warnings.size(), 3);
+            QCOMPARE(h.state.book.gameCount, 1);
+        }
     }
 
     // Add to Book follows an open .FEN or .PGN book and rows to add.
