@@ -116,7 +116,8 @@ void CraftyWindow::copySolution() {
 }
 
 void CraftyWindow::printSolution() {
-    printRows(listRows(solutionList_), state_.programFolder + QStringLiteral("Solution.pdf"));
+    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
+    if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 
 void CraftyWindow::clearAll() {

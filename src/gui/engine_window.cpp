@@ -29,6 +29,9 @@ EngineWindow::EngineWindow(AppState& state, QWidget* parent, const QString& name
     warn = [this](const QString& text) {
         QMessageBox::warning(this, QStringLiteral("Warning"), text);
     };
+    inform = [this](const QString& text) {
+        QMessageBox::information(this, QStringLiteral("Marlith"), text);
+    };
     pollTimer_ = new QTimer(this);
     pollTimer_->setObjectName(QStringLiteral("pollTimer"));
     pollTimer_->setInterval(kTickMs);

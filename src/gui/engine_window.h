@@ -29,6 +29,8 @@ class EngineWindow : public QWidget {
 
     // Shows the "Warning" message box (replaced by tests).
     std::function<void(const QString&)> warn;
+    // Tells where a page went without a printer (replaced by tests).
+    std::function<void(const QString&)> inform;
 
   protected:
     EngineWindow(AppState& state, QWidget* parent, const QString& name, const QString& title);

@@ -6,6 +6,7 @@
 #include "core/startup.h"
 #include "core/style_list.h"
 #include "editing/board_edit.h"
+#include "editing/board_effects.h"
 #include "editing/history.h"
 #include "gui/about_window.h"
 #include "gui/add_to_book_window.h"
@@ -15,6 +16,7 @@
 #include "gui/help_window.h"
 #include "gui/history_window.h"
 #include "gui/search_window.h"
+#include "gui/solution_list.h"
 #include "gui/style_window.h"
 #include "gui/tool_button.h"
 #include "gui/tool_faces.h"
@@ -36,6 +38,7 @@
 #include <QLockFile>
 #include <QMenuBar>
 #include <QMessageBox>
+#include <QMimeData>
 #include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
@@ -96,6 +99,9 @@ MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), 
     };
     warn = [this](const QString& text) {
         QMessageBox::warning(this, QStringLiteral("Warning"), text);
+    };
+    inform = [this](const QString& text) {
+        QMessageBox::information(this, QStringLiteral("Marlith"), text);
     };
 }
 
@@ -238,7 +244,7 @@ void MainWindow::createMenus() {
               {"searchAction", "&Criteria", ctrl(Qt::Key_F), false, &MainWindow::searchBook},
               {"closeBookAction", "Cl&ose book", ctrl(Qt::Key_O), false, &MainWindow::closeBook},
               {"fileSeparator3", "-", {}, true, nullptr},
-              {"printAction", "&Print", ctrl(Qt::Key_P), true, nullptr},
+              {"printAction", "&Print", ctrl(Qt::Key_P), true, &MainWindow::printDiagram},
               {"fileSeparator4", "-", {}, true, nullptr}});
     for (int i = 0; i < 4; ++i) {
         recentBookActions_[i] = file->addAction(QString());
@@ -257,7 +263,7 @@ void MainWindow::createMenus() {
     addItems(copy,
              {{"copyPositionAction", "&Marlith", ctrl(Qt::Key_C), true, &MainWindow::copyPosition},
               {"copyImageAction", "&Image", ctrl(Qt::Key_I), true, &MainWindow::copyImage},
-              {"copyHtmlAction", "HTM&L", ctrl(Qt::Key_L), true, nullptr}});
+              {"copyHtmlAction", "HTM&L", ctrl(Qt::Key_L), true, &MainWindow::copyHtml}});
     addItems(edit,
              {{"pastePositionAction", "&Paste Marlith", ctrl(Qt::Key_V), true,
                &MainWindow::pastePosition},
@@ -269,14 +275,16 @@ void MainWindow::createMenus() {
     QMenu* effects = addMenu(edit, "effectsMenu", "E&ffects");
     addItems(
         effects,
-        {{"reverseAction", "&Reverse", ctrl(Qt::Key_R), true, nullptr},
-         {"horizontalMirrorAction", "Hori&zontal Mirror", QKeySequence(Qt::Key_F2), true, nullptr},
-         {"diagonalMirrorAction", "Dia&gonal Mirror", QKeySequence(Qt::Key_F3), true, nullptr},
-         {"rotateAction", "R&otate 90°", QKeySequence(Qt::Key_F4), true, nullptr},
-         {"moveLeftAction", "Move L&eft", QKeySequence(Qt::Key_F5), true, nullptr},
-         {"moveRightAction", "Move R&ight", QKeySequence(Qt::Key_F6), true, nullptr},
-         {"moveUpAction", "Mo&ve Up", QKeySequence(Qt::Key_F7), true, nullptr},
-         {"moveDownAction", "Move &Down", QKeySequence(Qt::Key_F8), true, nullptr}});
+        {{"reverseAction", "&Reverse", ctrl(Qt::Key_R), true, &MainWindow::toggleReversed},
+         {"horizontalMirrorAction", "Hori&zontal Mirror", QKeySequence(Qt::Key_F2), true,
+          &MainWindow::mirrorHorizontally},
+         {"diagonalMirrorAction", "Dia&gonal Mirror", QKeySequence(Qt::Key_F3), true,
+          &MainWindow::mirrorDiagonally},
+         {"rotateAction", "R&otate 90°", QKeySequence(Qt::Key_F4), true, &MainWindow::rotate},
+         {"moveLeftAction", "Move L&eft", QKeySequence(Qt::Key_F5), true, &MainWindow::moveLeft},
+         {"moveRightAction", "Move R&ight", QKeySequence(Qt::Key_F6), true, &MainWindow::moveRight},
+         {"moveUpAction", "Mo&ve Up", QKeySequence(Qt::Key_F7), true, &MainWindow::moveUp},
+         {"moveDownAction", "Move &Down", QKeySequence(Qt::Key_F8), true, &MainWindow::moveDown}});
     addItems(edit, {{"graphicAction", "&Graphic", ctrl(Qt::Key_G), true, nullptr},
                     {"styleAction", "Styl&e", ctrl(Qt::Key_E), true, &MainWindow::editStyle}});
 
@@ -313,6 +321,8 @@ void MainWindow::createMenus() {
             runToolCommand([secondStripItem] { secondStripItem->trigger(); }, false);
         });
     }
+    // Reverse is a display mode: checked while on.
+    action(QStringLiteral("reverseAction"))->setCheckable(true);
     // Rec Mode is a state: its item carries a check mark, its button a face.
     QAction* rec = action(QStringLiteral("recModeAction"));
     rec->setCheckable(true);
@@ -871,6 +881,68 @@ void MainWindow::showPosition(const QString& board) {
 void MainWindow::chooseStyleByName(const QString& name) {
     styleBox_->setEditText(name);
     chooseTypedStyle();
+}
+
+void MainWindow::toggleReversed() {
+    const bool on = state_.reversedBoard == 0;
+    state_.reversedBoard = on ? static_cast<int16_t>(state_.board().squares() + 1) : 0;
+    // The red text is the user's sign that the board is shown turned.
+    QPalette palette = positionEdit_->palette();
+    palette.setColor(QPalette::Text, on ? QColor(255, 0, 0) : QColor(0, 0, 0));
+    positionEdit_->setPalette(palette);
+    action(QStringLiteral("reverseAction"))->setChecked(on);
+    if (state_.style.ShowGrid == 1) drawBoard();
+    invalidatePainted(state_.squares, state_.board());
+    buildBoard();
+}
+
+void MainWindow::applyEffect(int effect) {
+    applyBoardEffect(state_.squares, state_.board(), static_cast<BoardEffect>(effect));
+    refreshPosition();
+}
+
+void MainWindow::mirrorHorizontally() {
+    applyEffect(static_cast<int>(BoardEffect::HorizontalMirror));
+}
+
+void MainWindow::mirrorDiagonally() {
+    applyEffect(static_cast<int>(BoardEffect::DiagonalMirror));
+}
+
+void MainWindow::rotate() {
+    applyEffect(static_cast<int>(BoardEffect::Rotate));
+}
+
+void MainWindow::moveLeft() {
+    applyEffect(static_cast<int>(BoardEffect::Left));
+}
+
+void MainWindow::moveRight() {
+    applyEffect(static_cast<int>(BoardEffect::Right));
+}
+
+void MainWindow::moveUp() {
+    applyEffect(static_cast<int>(BoardEffect::Up));
+}
+
+void MainWindow::moveDown() {
+    applyEffect(static_cast<int>(BoardEffect::Down));
+}
+
+void MainWindow::copyHtml() {
+    const QString text = htmlFragment(state_.squares, state_.board(), state_.style.PiecesList);
+    auto* data = new QMimeData;
+    data->setText(text);
+    data->setHtml(text);
+    QGuiApplication::clipboard()->clear();
+    QGuiApplication::clipboard()->setMimeData(data);
+}
+
+void MainWindow::printDiagram() {
+    const QString pdf = state_.programFolder + QStringLiteral("Marlith.pdf");
+    const PrintOutcome outcome =
+        printPicture(pieceCounterLabel_->text() + positionEdit_->text(), diagram_.image(), pdf);
+    if (outcome == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 
 void MainWindow::saveImage() {

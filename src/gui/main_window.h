@@ -76,6 +76,19 @@ class MainWindow : public QMainWindow {
     void chooseStyleByName(const QString& name);
     BookPanel* bookPanel() const { return bookPanel_; }
 
+    // Reverse shows the board turned half round; the position stays.
+    void toggleReversed();
+    void mirrorHorizontally();
+    void mirrorDiagonally();
+    void rotate();
+    void moveLeft();
+    void moveRight();
+    void moveUp();
+    void moveDown();
+    void copyHtml();
+    // The diagram on the default printer, or into Marlith.pdf without one.
+    void printDiagram();
+
     void saveImage();
     void saveImageAs();
     void copyImage();
@@ -128,6 +141,8 @@ class MainWindow : public QMainWindow {
     std::function<void(const QStringList&)> startInstance;
     // Shows the "Warning" message box (replaced by tests).
     std::function<void(const QString&)> warn;
+    // Tells where something went (replaced by tests).
+    std::function<void(const QString&)> inform;
     // Runs the file chooser modally (replaced by tests, which drive it).
     std::function<void(FileChooser&)> runChooser;
     // Runs the Style window modally (replaced by tests, which drive it).
@@ -158,6 +173,7 @@ class MainWindow : public QMainWindow {
     // "/" in the position box: the row typed so far filled with empty squares.
     void completeRow();
     void takeChildWindowsAlong();
+    void applyEffect(int effect);
     // What the Style window asks of the main window.
     void redrawStyle();
     void resizePicture(int widthTwips, int heightTwips);

@@ -206,7 +206,8 @@ void PopeyeWindow::copySolution() {
 }
 
 void PopeyeWindow::printSolution() {
-    printRows(listRows(solutionList_), state_.programFolder + QStringLiteral("Solution.pdf"));
+    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
+    if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 
 void PopeyeWindow::wake() {

@@ -25,4 +25,29 @@ QString pastedPositionText(const QString& clipboard, int columns, const QString&
     return fillRows(clipboard.left(maxLength), columns, piecesList).left(maxLength);
 }
 
+QString htmlFragment(const SquareVector& squareVector, const Board& board,
+                     const QString& piecesList) {
+    QString text;
+    const int squares = board.squares();
+    int counter = 0;
+    for (int i = 0; i < squares; ++i) {
+        const QChar colour = squareColor(i, board.columns) == 0 ? u'w' : u'b';
+        const int content = foldedContent(squareVector[static_cast<size_t>(i)][0],
+                                          static_cast<int>(piecesList.size()));
+        QString name;
+        if (content <= 0 || content > piecesList.size()) {
+            name = QStringLiteral("sq") + colour;
+        } else {
+            const QChar letter = piecesList.at(content - 1);
+            name = QString(letter) + (letter.toUpper() == letter ? u'w' : u'b') + colour;
+        }
+        text += QStringLiteral("<img src=\"") + name + QStringLiteral(".gif\">");
+        if (++counter == board.columns) {
+            text += QStringLiteral("<br>\r\n");
+            counter = 0;
+        }
+    }
+    return text;
+}
+
 } // namespace marlith

@@ -2,6 +2,8 @@
 // texts that go to and come from the clipboard.
 #pragma once
 
+#include "position/fen.h"
+
 #include <QImage>
 #include <QString>
 
@@ -22,5 +24,12 @@ QString copiedPositionText(const QString& canonical, const QString& counter, int
 // characters read (the position box holds no more).
 QString pastedPositionText(const QString& clipboard, int columns, const QString& piecesList,
                            int maxLength);
+
+// The position as an HTML fragment: one picture a square, named by the
+// piece's letter, its side ("w" for a letter that upper-casing leaves as it
+// is) and the square's colour, "sqw" or "sqb" for an empty square, and a
+// line break behind each row. Read from what is painted, always unturned.
+QString htmlFragment(const SquareVector& squareVector, const Board& board,
+                     const QString& piecesList);
 
 } // namespace marlith

@@ -1,4 +1,6 @@
 #include "editing/board_edit.h"
+#include "editing/board_effects.h"
+#include "position/move_writer.h"
 
 #include <QTest>
 
@@ -90,6 +92,50 @@ class TstBoardEdit : public QObject {
         b.chosenPiece = 2;
         QCOMPARE(b.drag(8, 8).clickedSquare, 8); // the number on the screen
         QCOMPARE(b.content(55), 2);
+    }
+
+    // Each effect on boards square and not, odd and even, and one of a row.
+    void boardEffects() {
+        using E = BoardEffect;
+        const std::tuple<int, int, const char*, E, const char*> cases[] = {
+            {3, 3, "kq1/2r/K2", E::HorizontalMirror, "K2/2r/kq1"},
+            {3, 3, "kq1/2r/K2", E::DiagonalMirror, "1r1/2q/K1k"},
+            {3, 3, "kq1/2r/K2", E::Rotate, "K1k/2q/1r1"},
+            {2, 3, "kq1/2r", E::Rotate, "kq1/2r"},
+            {2, 3, "kq1/2r", E::DiagonalMirror, "kq1/2r"},
+            {2, 3, "kq1/2r", E::Left, "q2/1r1"},
+            {2, 3, "kq1/2r", E::Right, "1kq/3"},
+            {2, 3, "kq1/2r", E::Up, "2r/3"},
+            {2, 3, "kq1/2r", E::Down, "3/kq1"},
+            {4, 4, "k3/1q2/2r1/3K", E::HorizontalMirror, "3K/2r1/1q2/k3"},
+            {1, 10, "k8K", E::HorizontalMirror, "k8K"},
+            {1, 10, "k8K", E::Left, "8K1"},
+            {10, 1, "k/1/1/1/1/1/1/1/1/K", E::Right, "1/1/1/1/1/1/1/1/1/1"},
+        };
+        for (const auto& [rows, columns, before, effect, after] : cases) {
+            SquareVector v{};
+            QString text = QLatin1String(before);
+            const Board board{rows, columns};
+            fenToSlot(1, text, v, board, QLatin1String(kDefaultPiecesList));
+            applyBoardEffect(v, board, effect);
+            QCOMPARE(squaresToFen(v, board, QLatin1String(kDefaultPiecesList)),
+                     QString::fromLatin1(after));
+        }
+        // Four quarter turns, two mirrors, give the position back; a shift
+        // back doesn't bring back what fell off.
+        const Board board{8, 8};
+        SquareVector v{};
+        QString text = QStringLiteral("r3k2r/1P6/8/8/3p4/8/4P3/R3K2R");
+        fenToSlot(1, text, v, board, QLatin1String(kDefaultPiecesList));
+        const QString start = squaresToFen(v, board, QLatin1String(kDefaultPiecesList));
+        for (const E effect : {E::Rotate, E::Rotate, E::DiagonalMirror, E::Rotate, E::Rotate,
+                               E::DiagonalMirror, E::HorizontalMirror, E::HorizontalMirror})
+            applyBoardEffect(v, board, effect);
+        QCOMPARE(squaresToFen(v, board, QLatin1String(kDefaultPiecesList)), start);
+        applyBoardEffect(v, board, E::Left);
+        applyBoardEffect(v, board, E::Right);
+        QCOMPARE(squaresToFen(v, board, QLatin1String(kDefaultPiecesList)),
+                 QStringLiteral("4k2r/1P6/8/8/3p4/8/4P3/4K2R"));
     }
 };
 

@@ -2,6 +2,8 @@
 // real mouse events on the diagram and the View window. The editing rules
 // themselves are tst_board_edit's.
 #include "drawing/piece_sheet.h"
+#include "gui/history_window.h"
+#include "gui/solution_list.h"
 #include "gui/view_window.h"
 #include "support/main_window_fixture.h"
 
@@ -9,6 +11,9 @@
 #include <QDir>
 #include <QGuiApplication>
 #include <QImageReader>
+#include <QMimeData>
+#include <QPrinterInfo>
+#include <QRegularExpression>
 
 using namespace marlith;
 using marlith::testing::Fixture;
@@ -150,6 +155,78 @@ class TstBoardWindow : public QObject {
         f.window->copyImage();
         QCOMPARE(clipboard->image().convertToFormat(QImage::Format_RGB32),
                  f.window->diagram().image());
+    }
+
+    // Reverse turns the picture and the mouse with it, never the text; the
+    // effects rewrite the text and record nothing, even in Rec Mode.
+    void reverseAndEffects() {
+        Fixture f;
+        f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        f.action("reverseAction")->trigger();
+        QVERIFY(f.action("reverseAction")->isChecked());
+        QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(255, 0, 0));
+        // The white king, on a1, is shown top right; dragged one down there.
+        drag(f.diagramView(), square(0, 7), square(1, 7));
+        QCOMPARE(f.positionEdit->text(), "k7/8/8/8/8/8/K7/8");
+        f.action("reverseAction")->trigger();
+        QCOMPARE(f.positionEdit->text(), "k7/8/8/8/8/8/K7/8");
+        QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(0, 0, 0));
+
+        f.action("recModeAction")->trigger();
+        const int rows = f.window->historyWindow()->rowCount();
+        const std::pair<const char*, const char*> effects[] = {
+            {"horizontalMirrorAction", "8/K7/8/8/8/8/8/k7"},
+            {"rotateAction", "k5K1/8/8/8/8/8/8/8"},
+            {"moveLeftAction", "5K2/8/8/8/8/8/8/8"},
+            {"moveDownAction", "8/5K2/8/8/8/8/8/8"},
+            {"diagonalMirrorAction", "8/8/6K1/8/8/8/8/8"}};
+        for (const auto& [effect, after] : effects) {
+            f.action(effect)->trigger();
+            QCOMPARE(f.positionEdit->text(), QLatin1String(after));
+        }
+        QCOMPARE(f.window->historyWindow()->rowCount(), rows);
+    }
+
+    // The HTML fragment: one picture a square by letter, side and square
+    // colour, rows starting anew on boards of odd width; also as text/html.
+    void htmlFragments() {
+        Fixture f;
+        f.action("copyHtmlAction")->trigger();
+        const QString empty = QGuiApplication::clipboard()->text();
+        const QStringList lines = empty.split(QStringLiteral("\r\n"));
+        QCOMPARE(lines.size(), 9);
+        QVERIFY(lines[8].isEmpty());
+        QVERIFY(lines[0].startsWith(QLatin1String("<img src=\"sqw.gif\"><img src=\"sqb.gif\">")));
+        QVERIFY(lines[1].startsWith(QLatin1String("<img src=\"sqb.gif\">")));
+        QVERIFY(lines[0].endsWith(QLatin1String("<br>")));
+        QCOMPARE(QGuiApplication::clipboard()->mimeData()->html(), empty);
+
+        f.state.style.BorderWidth = f.state.style.BorderHeight = 3;
+        f.window->drawBoard();
+        f.type(QStringLiteral("Kp1/1n"));
+        f.action("copyHtmlAction")->trigger();
+        QCOMPARE(QGuiApplication::clipboard()->text(),
+                 "<img src=\"Kww.gif\"><img src=\"pbb.gif\"><img src=\"sqw.gif\"><br>\r\n"
+                 "<img src=\"sqb.gif\"><img src=\"nbw.gif\"><img src=\"sqb.gif\"><br>\r\n"
+                 "<img src=\"sqw.gif\"><img src=\"sqb.gif\"><img src=\"sqw.gif\"><br>\r\n");
+    }
+
+    // Without a printer the page is a PDF of one page in the program folder,
+    // and the user is told where it went.
+    void printingWithoutAPrinter() {
+        if (!QPrinterInfo::defaultPrinter().isNull()) QSKIP("a printer is set up here");
+        Fixture f;
+        f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        f.action("printAction")->trigger();
+        const QString pdf = f.folder() + QStringLiteral("Marlith.pdf");
+        QCOMPARE(f.informed, QStringList{pageWentTo(pdf)});
+        QFile file(pdf);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QVERIFY(bytes.startsWith("%PDF-"));
+        QCOMPARE(QString::fromLatin1(bytes).count(
+                     QRegularExpression(QStringLiteral("/Type\\s*/Page[^s]"))),
+                 1);
     }
 };
 

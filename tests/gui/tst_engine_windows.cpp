@@ -3,6 +3,7 @@
 // tst_engine_files'.
 #include "gui/crafty_window.h"
 #include "gui/popeye_window.h"
+#include "gui/solution_list.h"
 #include "support/main_window_fixture.h"
 
 #include <QClipboard>
@@ -197,10 +198,12 @@ class TstEngineWindows : public QObject {
         childOf(popeyeWindow, "copySolutionButton")->click();
         QCOMPARE(QGuiApplication::clipboard()->text(),
                  expected.join(QStringLiteral("\r\n")) + QStringLiteral("\r\n"));
+        QStringList told;
+        popeyeWindow->inform = [&told](const QString& text) { told.append(text); };
         childOf(popeyeWindow, "printSolutionButton")->click();
-        // Without a printer the page goes to a file.
+        // Without a printer the page goes to a file, and the user is told.
         if (QPrinterInfo::defaultPrinter().isNull())
-            QVERIFY(QFile::exists(e.path + QStringLiteral("Solution.pdf")));
+            QCOMPARE(told, QStringList{pageWentTo(e.path + QStringLiteral("Solution.pdf"))});
         e.f->window->close();
         QVERIFY(!QFile::exists(problem));
     }

@@ -24,6 +24,7 @@ struct Fixture {
     std::unique_ptr<MainWindow> window;
     QList<QStringList> instances; // arguments of further instances started
     QStringList warnings;
+    QStringList informed;
     QLineEdit* positionEdit = nullptr;
     QLabel* pieceCounterLabel = nullptr;
 
@@ -37,6 +38,7 @@ struct Fixture {
         window = std::make_unique<MainWindow>(state);
         window->startInstance = [this](const QStringList& rest) { instances.append(rest); };
         window->warn = [this](const QString& text) { warnings.append(text); };
+        window->inform = [this](const QString& text) { informed.append(text); };
         // A command that opens the file chooser finds it closed at once.
         window->runChooser = [](FileChooser& chooser) { chooser.cancel(); };
         window->start(arguments);
