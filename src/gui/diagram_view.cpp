@@ -29,6 +29,12 @@ void DiagramView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QRect area = event->rect();
     painter.drawImage(area.topLeft(), diagram_.image(), area);
+    if (rubberBand_) rubberBand_(painter);
+}
+
+void DiagramView::setRubberBand(std::function<void(QPainter&)> band) {
+    rubberBand_ = std::move(band);
+    update();
 }
 
 void DiagramView::mousePressEvent(QMouseEvent* event) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QWidget>
+#include <functional>
 
 namespace marlith {
 
@@ -14,6 +15,9 @@ class DiagramView : public QWidget {
 
     // Takes the size of the image and repaints the area that changed.
     void refresh(const QRect& changed);
+    // Drawn over the picture on the screen only, as a stroke follows the
+    // mouse; empty for none.
+    void setRubberBand(std::function<void(QPainter&)> band);
 
   Q_SIGNALS:
     // Mouse events on the diagram: button and key mask as the editing
@@ -31,6 +35,7 @@ class DiagramView : public QWidget {
 
   private:
     const Diagram& diagram_;
+    std::function<void(QPainter&)> rubberBand_;
 };
 
 } // namespace marlith

@@ -13,6 +13,7 @@
 #include "gui/book_panel.h"
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
+#include "gui/graphic_window.h"
 #include "gui/help_window.h"
 #include "gui/history_window.h"
 #include "gui/search_window.h"
@@ -39,10 +40,12 @@
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
+#include <QPainter>
 #include <QProcess>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTime>
+#include <cmath>
 
 namespace marlith {
 
@@ -285,8 +288,9 @@ void MainWindow::createMenus() {
          {"moveRightAction", "Move R&ight", QKeySequence(Qt::Key_F6), true, &MainWindow::moveRight},
          {"moveUpAction", "Mo&ve Up", QKeySequence(Qt::Key_F7), true, &MainWindow::moveUp},
          {"moveDownAction", "Move &Down", QKeySequence(Qt::Key_F8), true, &MainWindow::moveDown}});
-    addItems(edit, {{"graphicAction", "&Graphic", ctrl(Qt::Key_G), true, nullptr},
-                    {"styleAction", "Styl&e", ctrl(Qt::Key_E), true, &MainWindow::editStyle}});
+    addItems(edit,
+             {{"graphicAction", "&Graphic", ctrl(Qt::Key_G), true, &MainWindow::showGraphicWindow},
+              {"styleAction", "Styl&e", ctrl(Qt::Key_E), true, &MainWindow::editStyle}});
 
     QMenu* engines = addMenu(nullptr, "enginesMenu", "En&gines");
     addItems(engines,
@@ -787,13 +791,69 @@ void MainWindow::pressOnBoard(int button, int shift, double x, double y) {
     diagramView_->setCursor(shift == kMaskShift ? Qt::SizeAllCursor : Qt::CrossCursor);
 }
 
-void MainWindow::dragOnBoard(int, int, double, double) {
+void MainWindow::dragOnBoard(int, int, double x, double y) {
     // A piece being dragged is not shown moving; only a stroke follows the mouse.
+    if (state_.pressModifiers == kMaskShift && state_.pressX >= 0 && state_.pressY >= 0)
+        followStroke(x, y);
 }
 
-void MainWindow::releaseOnBoard(int, int, double x, double y) {
+GraphicWindow* MainWindow::graphicWindow() {
+    if (graphicWindow_) return graphicWindow_;
+    graphicWindow_ = new GraphicWindow(state_, this);
+    setChildWindow(ChildWindow::Graphic, graphicWindow_);
+    // "Clear Graphic" draws the diagram anew, which leaves no stroke.
+    connect(graphicWindow_, &GraphicWindow::clearRequested, this, &MainWindow::redrawStyle);
+    return graphicWindow_;
+}
+
+void MainWindow::showGraphicWindow() {
+    GraphicWindow* window = graphicWindow();
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
+void MainWindow::followStroke(double x, double y) {
+    const GraphicWindow* tools = graphicWindow();
+    const StrokeEnds ends{QPointF(state_.pressX, state_.pressY), QPointF(x, y)};
+    const Pen pen = tools->pen();
+    if (tools->object() == StrokeObject::FreeHand) {
+        // Free hand leaves a dot at each event, kept at once.
+        QPainter painter(&diagram_.image());
+        paintDot(painter, ends.release, pen);
+        painter.end();
+        diagramView_->refresh(diagram_.image().rect());
+        return;
+    }
+    const StrokeObject object = tools->object();
+    const double radius = std::abs(ends.press.x() - x);
+    diagramView_->setRubberBand([object, ends, radius, pen](QPainter& painter) {
+        paintStroke(painter, object, ends, radius, pen);
+    });
+}
+
+void MainWindow::finishStroke(int button, double x, double y) {
+    diagramView_->setRubberBand({});
+    if (button != kLeftButton) return;
+    const GraphicWindow* tools = graphicWindow();
+    StrokeEnds ends{QPointF(state_.pressX, state_.pressY), QPointF(x, y)};
+    // The radius comes from the drag as it was, before any snapping.
+    const double radius = std::min(std::abs(ends.press.x() - x), 32767.0);
+    QPainter painter(&diagram_.image());
+    if (tools->object() == StrokeObject::FreeHand) {
+        paintDot(painter, ends.release, tools->pen());
+    } else {
+        ends = snapStroke(ends, state_.style, tools->snapMode());
+        paintStroke(painter, tools->object(), ends, std::nearbyint(radius), tools->pen());
+    }
+    painter.end();
+    diagramView_->refresh(diagram_.image().rect());
+}
+
+void MainWindow::releaseOnBoard(int button, int, double x, double y) {
     if (state_.pressX < 0 || state_.pressY < 0) return;
     diagramView_->update();
+    if (state_.pressModifiers == kMaskShift) finishStroke(button, x, y);
     const BoardPress press{state_.pressX, state_.pressY, state_.pressButton, state_.pressModifiers};
     const BoardEdit edit = editOnRelease(press, x, y, state_.squares, state_.style,
                                          state_.reversedBoard, state_.chosenPiece);

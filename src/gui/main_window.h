@@ -35,6 +35,7 @@ class StyleWindow;
 class HistoryWindow;
 class SearchWindow;
 class AddToBookWindow;
+class GraphicWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -111,6 +112,9 @@ class MainWindow : public QMainWindow {
     void openPopeye();
     void openCrafty();
     PopeyeWindow* popeyeWindow();
+    // The tools of the strokes over the diagram, created at first use.
+    GraphicWindow* graphicWindow();
+    void showGraphicWindow();
     // Appends the History rows to the open book as a new game.
     void showAddToBookWindow();
     AddToBookWindow* addToBookWindow();
@@ -174,6 +178,10 @@ class MainWindow : public QMainWindow {
     void completeRow();
     void takeChildWindowsAlong();
     void applyEffect(int effect);
+    // A stroke with Shift: the rubber band while dragging, the stroke itself
+    // drawn into the picture at the release.
+    void followStroke(double x, double y);
+    void finishStroke(int button, double x, double y);
     // What the Style window asks of the main window.
     void redrawStyle();
     void resizePicture(int widthTwips, int heightTwips);
@@ -215,6 +223,7 @@ class MainWindow : public QMainWindow {
     HistoryWindow* historyWindow_ = nullptr;
     SearchWindow* searchWindow_ = nullptr;
     AddToBookWindow* addToBookWindow_ = nullptr;
+    GraphicWindow* graphicWindow_ = nullptr;
     // A search has narrowed the open book.
     bool bookNarrowed_ = false;
     std::array<QPixmap, 2> recModeFaces_;

@@ -2,6 +2,7 @@
 // real mouse events on the diagram and the View window. The editing rules
 // themselves are tst_board_edit's.
 #include "drawing/piece_sheet.h"
+#include "gui/graphic_window.h"
 #include "gui/history_window.h"
 #include "gui/solution_list.h"
 #include "gui/view_window.h"
@@ -13,6 +14,8 @@
 #include <QImageReader>
 #include <QMimeData>
 #include <QPrinterInfo>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QRegularExpression>
 
 using namespace marlith;
@@ -227,6 +230,47 @@ class TstBoardWindow : public QObject {
         QCOMPARE(QString::fromLatin1(bytes).count(
                      QRegularExpression(QStringLiteral("/Type\\s*/Page[^s]"))),
                  1);
+    }
+
+    // Strokes with Shift go into the picture and out with the bitmap; snapped
+    // to centres they run from centre to centre; the right button and Clear
+    // Graphic leave none.
+    void strokesGoOutWithThePicture() {
+        Fixture f;
+        const QRgb red = qRgb(255, 0, 0);
+        const auto stroke = [&](QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton) {
+            QTest::mousePress(f.diagramView(), button, Qt::ShiftModifier, from);
+            QTest::mouseRelease(f.diagramView(), button, Qt::ShiftModifier, to);
+        };
+        const auto pixel = [&](int x, int y) { return f.window->diagram().image().pixel(x, y); };
+        stroke({5, 5}, {20, 20});
+        QCOMPARE(pixel(5, 5), red);
+        QCOMPARE(pixel(12, 12), red);
+        QVERIFY(pixel(22, 22) != red);
+        f.state.imageFile = f.folder() + QStringLiteral("stroke.bmp");
+        f.window->saveImage();
+        QCOMPARE(QImage(f.state.imageFile).convertToFormat(QImage::Format_RGB32),
+                 f.window->diagram().image());
+
+        f.window->graphicWindow()->findChild<QPushButton*>("clearGraphicButton")->click();
+        QVERIFY(pixel(12, 12) != red);
+        stroke({5, 5}, {20, 20}, Qt::RightButton);
+        QVERIFY(pixel(12, 12) != red);
+
+        f.window->graphicWindow()->findChild<QRadioButton*>("snapCenterOption")->setChecked(true);
+        stroke({5, 5}, {20, 20});
+        QVERIFY(pixel(5, 5) != red && pixel(6, 6) != red);
+        QCOMPARE(pixel(10, 10), red);
+        QCOMPARE(pixel(22, 22), red);
+        // A circle round the centre of b7, its radius the drag's, in blue.
+        f.window->graphicWindow()->swatch(4)->click();
+        f.window->graphicWindow()->findChild<QRadioButton*>("circleOption")->setChecked(true);
+        stroke({20, 20}, {26, 40});
+        QCOMPARE(pixel(22, 28), qRgb(0, 0, 255));
+        QCOMPARE(pixel(16, 22), qRgb(0, 0, 255));
+        f.window->saveImage();
+        QCOMPARE(QImage(f.state.imageFile).convertToFormat(QImage::Format_RGB32),
+                 f.window->diagram().image());
     }
 };
 
