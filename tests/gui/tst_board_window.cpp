@@ -268,6 +268,14 @@ class TstBoardWindow : public QObject {
         stroke({20, 20}, {26, 40});
         QCOMPARE(pixel(22, 28), qRgb(0, 0, 255));
         QCOMPARE(pixel(16, 22), qRgb(0, 0, 255));
+        // Free hand: a dot at each move and at the release, nothing between.
+        f.window->graphicWindow()->findChild<QRadioButton*>("freeHandOption")->setChecked(true);
+        QTest::mousePress(f.diagramView(), Qt::LeftButton, Qt::ShiftModifier, {40, 40});
+        QTest::mouseMove(f.diagramView(), {50, 50});
+        QTest::mouseRelease(f.diagramView(), Qt::LeftButton, Qt::ShiftModifier, {60, 60});
+        QCOMPARE(pixel(50, 50), qRgb(0, 0, 255));
+        QCOMPARE(pixel(60, 60), qRgb(0, 0, 255));
+        QVERIFY(pixel(55, 55) != qRgb(0, 0, 255) && pixel(40, 40) != qRgb(0, 0, 255));
         f.window->saveImage();
         QCOMPARE(QImage(f.state.imageFile).convertToFormat(QImage::Format_RGB32),
                  f.window->diagram().image());
