@@ -11,11 +11,13 @@ int main(int argc, char* argv[]) {
 
     // The first start gets the shipped styles before the window reads them.
     const QString executableFolder = QCoreApplication::applicationDirPath();
+    const QString shipped = marlith::shippedDataFolder(executableFolder);
     marlith::installShippedSettings(
         marlith::programFolderFrom(qEnvironmentVariable("MARLITH_HOME"), executableFolder),
-        marlith::shippedDataFolder(executableFolder));
+        shipped);
 
     marlith::AppState state;
+    state.shippedFolder = shipped;
     marlith::MainWindow window(state);
     window.start(QApplication::arguments().mid(1));
     window.show();

@@ -25,7 +25,10 @@ struct AppState {
     Style savedStyle;
     SquareVector squares{};
     QString programFolder; // ends in "/"; also the working directory
-    QString tempSeed;      // "F" and six digits: the start of all temporary names
+    // The shipped files (styles, sheets, py.dat), ending in "/"; empty when
+    // none were found.
+    QString shippedFolder;
+    QString tempSeed; // "F" and six digits: the start of all temporary names
     QString imageFile = QStringLiteral("Marlith.bmp");
     QString bookFile;
     std::array<QString, 4> recentFile;

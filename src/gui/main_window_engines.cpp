@@ -21,7 +21,11 @@ void MainWindow::detectEngines() {
     state_.pyDatLists = {};
     state_.pyDatDictionary.clear();
     if (!state_.popeyeProgram.isEmpty()) {
-        PyDat table = readPyDat(findPyDat(folder));
+        // The program folder's own table goes before the one that ships.
+        QString tablePath = findPyDat(folder);
+        if (tablePath.isEmpty() && !state_.shippedFolder.isEmpty())
+            tablePath = findPyDat(state_.shippedFolder);
+        PyDat table = readPyDat(tablePath);
         state_.pyDatLists = std::move(table.lists);
         state_.pyDatDictionary = table.dictionary;
     }

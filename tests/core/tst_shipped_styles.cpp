@@ -1,6 +1,8 @@
 // The style library as the build ships it: every style reads, and the bitmaps
 // it names are there and drawn in the layout the program copies from.
 #include "core/settings.h"
+#include "engines/engine_files.h"
+#include "engines/popeye.h"
 #include "styles/style_block.h"
 
 #include <QFile>
@@ -109,6 +111,22 @@ class TstShippedStyles : public QObject {
         QVERIFY2(!border.isNull(), qPrintable(style.BorderFile));
         QVERIFY(border.width() >= pixels(style.XBase) + style.BorderWidth * across);
         QVERIFY(border.height() >= pixels(style.YBase) + style.BorderHeight * down);
+    }
+
+    // The table that ships gives Popeye its own letters (the knight is S),
+    // and every entry of its lists can be chosen.
+    void popeyeTable() {
+        const PyDat table = readPyDat(kLibrary + QStringLiteral("py.dat"));
+        QVERIFY(table.dictionary.contains(u"&&N=WS") && table.dictionary.contains(u"&&n=BS"));
+        for (const int box : {0, 1, 2, 3, 4, 9, 10}) {
+            const QStringList& entries = table.lists[static_cast<size_t>(box)];
+            QVERIFY2(entries.size() >= 4, qPrintable(QString::number(box)));
+            for (const QString& entry : entries) {
+                const EntryChoice choice = entryChoice(entry, QString());
+                QVERIFY2(choice.none || !choice.param.isEmpty(), qPrintable(entry));
+            }
+        }
+        QCOMPARE(entryChoice(table.lists[0].first(), QStringLiteral("h#")).param, "#");
     }
 };
 
