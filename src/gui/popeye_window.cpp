@@ -5,6 +5,7 @@
 #include "gui/widget_geometry.h"
 #include "position/piece_listing.h"
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QEvent>
 #include <QFile>
@@ -84,7 +85,17 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
         // Typing is a change; a text set by the program is not, as the field
         // is then set along with it.
         connect(combo->lineEdit(), &QLineEdit::textEdited, this, [this, i] { setParam(i); });
-        connect(combo, &QComboBox::activated, this, [this, i] { chooseEntry(i); });
+        connect(combo, &QComboBox::activated, this, [this, i] {
+            if (listOpen_[static_cast<size_t>(i)])
+                chooseEntry(i);
+            else
+                setParam(i);
+            listOpen_[static_cast<size_t>(i)] = false;
+        });
+        // The wheel chooses nothing: a box is changed by typing or by its list.
+        combo->setFocusPolicy(Qt::StrongFocus);
+        combo->installEventFilter(this);
+        combo->view()->window()->installEventFilter(this);
         paramLabels_[at] = label;
         paramBoxes_[at] = combo;
     }
@@ -239,6 +250,21 @@ void PopeyeWindow::tick() {
     case PopeyeRun::Step::Waiting:
         break;
     }
+}
+
+bool PopeyeWindow::eventFilter(QObject* watched, QEvent* event) {
+    for (size_t i = 0; i < paramBoxes_.size(); ++i) {
+        QComboBox* combo = paramBoxes_[i];
+        if (watched == combo && event->type() == QEvent::Wheel) return true;
+        if (watched != combo->view()->window()) continue;
+        if (event->type() == QEvent::Show) {
+            listOpen_[i] = true;
+        } else if (event->type() == QEvent::Hide) {
+            // A choice is told right after the list closes; later, it is over.
+            QTimer::singleShot(0, this, [this, i] { listOpen_[i] = false; });
+        }
+    }
+    return EngineWindow::eventFilter(watched, event);
 }
 
 void PopeyeWindow::focusChanged() {

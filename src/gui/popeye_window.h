@@ -37,6 +37,7 @@ class PopeyeWindow : public EngineWindow {
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -53,6 +54,9 @@ class PopeyeWindow : public EngineWindow {
     QPushButton* printSolutionButton_ = nullptr;
     int16_t running_ = 0;
     int16_t pendingBox_ = -1;
+    // The list of box i is open: only then is its "activated" a choice from
+    // the list; otherwise it is typed text, taken as typed.
+    std::array<bool, 11> listOpen_{};
     PopeyeRun run_;
 };
 

@@ -1,18 +1,23 @@
 // The engine windows driven end to end by stand-in engines; the rules of the
 // files, fields and stages of a run are tst_popeye's, tst_crafty's and
 // tst_engine_files'.
+#include "engines/popeye.h"
 #include "gui/crafty_window.h"
 #include "gui/popeye_window.h"
 #include "gui/solution_list.h"
 #include "support/main_window_fixture.h"
 
+#include <QAbstractItemView>
 #include <QClipboard>
+#include <QComboBox>
 #include <QDir>
 #include <QGuiApplication>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QPrinterInfo>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QWheelEvent>
 #include <optional>
 
 using namespace marlith;
@@ -167,6 +172,35 @@ class TstEngineWindows : public QObject {
     // The window hides during the run and comes back with the protocol,
     // read once the solver has ended; the arguments reach it unchanged,
     // whatever the blanks, quotes and semicolons; the work files go.
+    // Typed text is taken as typed, whatever the list holds; only a choice
+    // from the open list adds to the field; the wheel changes nothing.
+    void typingSticks() {
+        Engines e({{"py", kPopeye}, {"py.dat", "00# '#\r\n01 2 '#\r\n03Variation\r\n03Try\r\n"}});
+        PopeyeWindow* w = e.popeye("K7", {});
+        w->show();
+        const PopeyeParams& params = e.f->state.popeyeParams;
+        for (const auto& [box, text] : {std::pair{0, "#"}, {1, "2"}, {3, "Variation"}}) {
+            QLineEdit* edit = w->paramBox(box)->lineEdit();
+            edit->setFocus();
+            QTest::keyClicks(edit, QLatin1String(text));
+            QTest::keyClick(edit, Qt::Key_Return);
+            QTest::keyClick(edit, Qt::Key_Tab);
+            QCOMPARE(params[static_cast<size_t>(box)], QLatin1String(text));
+        }
+        QComboBox* options = w->paramBox(3);
+        for (const char* after : {"Variation Try", "Variation Try Try"}) {
+            options->showPopup();
+            options->view()->setCurrentIndex(options->model()->index(1, 0));
+            QTest::keyClick(options->view(), Qt::Key_Return);
+            QCOMPARE(params[3], QLatin1String(after));
+        }
+        w->paramBox(0)->setFocus();
+        QWheelEvent wheel(QPointF(5, 5), options->mapToGlobal(QPointF(5, 5)), {}, {0, -120},
+                          Qt::NoButton, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(options, &wheel);
+        QCOMPARE(params[3], QLatin1String("Variation Try Try"));
+    }
+
     void popeyeSolvesInTheBackground() {
         Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
         const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
