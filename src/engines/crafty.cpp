@@ -106,6 +106,12 @@ std::optional<QString> CraftyRun::clock(double now) {
     return clock_.tick(now, [](int32_t n) { return elapsedText(n); });
 }
 
+void CraftyRun::cancel() {
+    stage_ = 0;
+    active_ = false;
+    clock_.reset();
+}
+
 CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool()>& start,
                                    QStringList& rows) {
     if (!active_) return Step::Waiting;
@@ -120,10 +126,12 @@ CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool(
         // The log is read once the engine has ended and let go of it.
         if (engineRunning) return Step::Waiting;
         const QString ext = runLogExtension(folder_, firstExtension_);
-        if (!ext.isEmpty()) {
-            logExtension_ = ext;
-            stage_ = 2;
+        if (ext.isEmpty()) {
+            cancel();
+            return Step::Ended;
         }
+        logExtension_ = ext;
+        stage_ = 2;
         return Step::Waiting;
     }
     case 2: {

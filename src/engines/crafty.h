@@ -43,9 +43,12 @@ QString elapsedText(int32_t elapsed);
 // step per tick; a step that fails is tried again at the next.
 class CraftyRun {
   public:
-    enum class Step { Waiting, Rows, Finished };
+    // Ended: the engine is gone and left no log of the run.
+    enum class Step { Waiting, Rows, Finished, Ended };
 
     void begin(const QString& folder, const QString& logExtension);
+    // The run is given up (stopped by the user).
+    void cancel();
     bool active() const { return active_; }
     int16_t stage() const { return stage_; }
     // The extension of the log being waited for or read.

@@ -25,10 +25,25 @@ bool EngineProcess::start(const QString& program, const QStringList& arguments,
     process_ = std::make_unique<QProcess>();
     process_->setWorkingDirectory(folder);
     process_->setStandardInputFile(inputFile.isEmpty() ? QProcess::nullDevice() : inputFile);
-    process_->setStandardOutputFile(QProcess::nullDevice());
-    process_->setStandardErrorFile(QProcess::nullDevice());
+    process_->setProcessChannelMode(QProcess::MergedChannels);
+    output_.clear();
     process_->start(program, arguments);
     return process_->waitForStarted(5000);
+}
+
+QByteArray EngineProcess::output() {
+    // Only the end of a long output is kept: that is where a message stands.
+    constexpr qsizetype kKept = 64 * 1024;
+    if (process_) output_ += process_->readAll();
+    if (output_.size() > kKept) output_ = output_.right(kKept);
+    return output_;
+}
+
+QString EngineProcess::endText() const {
+    if (!process_ || running()) return QString();
+    if (process_->exitStatus() == QProcess::CrashExit)
+        return QStringLiteral("killed by the system");
+    return QStringLiteral("exit status ") + QString::number(process_->exitCode());
 }
 
 bool EngineProcess::running() const {

@@ -1,5 +1,7 @@
 // An outside program started for a run: working folder the program folder,
-// an argument list and never a shell, its output discarded.
+// an argument list and never a shell. What it writes on its standard output
+// and error is kept (the last part of it), to be shown when it ends without
+// a result.
 #pragma once
 
 #include <QString>
@@ -23,10 +25,16 @@ class EngineProcess {
     bool start(const QString& program, const QStringList& arguments, const QString& folder,
                const QString& inputFile = {});
     bool running() const;
+    // Its output so far, standard output and error together.
+    QByteArray output();
+    // How it ended: "exit status 0", "killed by the system"; empty while it runs.
+    QString endText() const;
+    // Ends the program at once.
+    void stop();
 
   private:
-    void stop();
     std::unique_ptr<QProcess> process_;
+    QByteArray output_;
 };
 
 } // namespace marlith

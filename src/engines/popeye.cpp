@@ -145,13 +145,24 @@ std::optional<QString> PopeyeRun::clock(double now) {
     return clock_.tick(now, [maxTime](int32_t n) { return countdownText(maxTime, n); });
 }
 
+void PopeyeRun::cancel() {
+    stage_ = 0;
+    active_ = false;
+    clock_.reset();
+}
+
 PopeyeRun::Step PopeyeRun::advance(bool engineRunning, QStringList& rows) {
     if (!active_) return Step::Waiting;
     switch (stage_) {
     case 0: {
+        if (engineRunning) return Step::Waiting;
         const QFileInfo protocol(protocolPath_);
-        if (!engineRunning && protocol.exists() && protocol.size() > 0) stage_ = 1;
-        return Step::Waiting;
+        if (protocol.exists() && protocol.size() > 0) {
+            stage_ = 1;
+            return Step::Waiting;
+        }
+        cancel();
+        return Step::Ended;
     }
     case 1: {
         QFile file(protocolPath_);

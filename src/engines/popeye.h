@@ -63,9 +63,12 @@ QString protocolPath(const QString& programFolder, const QString& tempSeed);
 // tried again at the next.
 class PopeyeRun {
   public:
-    enum class Step { Waiting, Rows, Finished };
+    // Ended: the program is gone and left no protocol.
+    enum class Step { Waiting, Rows, Finished, Ended };
 
     void begin(const QString& protocolPath, double maxTime);
+    // The run is given up (stopped by the user).
+    void cancel();
     bool active() const { return active_; }
     int16_t stage() const { return stage_; }
     double maxTime() const { return maxTime_; }

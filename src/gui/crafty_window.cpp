@@ -149,6 +149,10 @@ void CraftyWindow::tick() {
         running_ = 0;
         endRun(solveButton_, closeButton_);
         break;
+    case CraftyRun::Step::Ended:
+        running_ = 0;
+        showEnded(QStringLiteral("Crafty"), solveButton_, closeButton_);
+        break;
     case CraftyRun::Step::Waiting:
         break;
     }

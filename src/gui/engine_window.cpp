@@ -77,6 +77,19 @@ void EngineWindow::endRun(QPushButton* start, QPushButton* hide) {
     pollTimer_->stop();
 }
 
+void EngineWindow::showEnded(const QString& engine, QPushButton* start, QPushButton* hide) {
+    QStringList rows;
+    const QString said = QString::fromLocal8Bit(engine_.output());
+    for (QString line : said.split(u'\n')) {
+        line.remove(u'\r');
+        if (!line.trimmed().isEmpty()) rows.append(line);
+    }
+    rows.append(engine + QStringLiteral(" ended without a result (") + engine_.endText() +
+                QStringLiteral(")."));
+    showRows(rows);
+    endRun(start, hide);
+}
+
 void EngineWindow::stretchSolutionList(int lessWidthTwips, int lessHeightTwips) {
     if (!isNormalState(*this)) return;
     const QSize outer = frameGeometry().size();

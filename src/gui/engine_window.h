@@ -43,6 +43,9 @@ class EngineWindow : public QWidget {
     void showRows(const QStringList& rows);
     // The run is over: the start button works again, "Hide" is "Close" again.
     void endRun(QPushButton* start, QPushButton* hide);
+    // The engine is gone without a result: the list shows what it said and
+    // how it ended, and the run is over.
+    void showEnded(const QString& engine, QPushButton* start, QPushButton* hide);
     // The solution list follows the window's size, less the room of the other controls.
     void stretchSolutionList(int lessWidthTwips, int lessHeightTwips);
 

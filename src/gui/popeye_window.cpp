@@ -247,6 +247,12 @@ void PopeyeWindow::tick() {
         running_ = 0;
         endRun(solveButton_, closeButton_);
         break;
+    case PopeyeRun::Step::Ended:
+        running_ = 0;
+        QFile::remove(problemPath(state_.programFolder, state_.tempSeed));
+        QFile::remove(protocolPath(state_.programFolder, state_.tempSeed));
+        showEnded(QStringLiteral("Popeye"), solveButton_, closeButton_);
+        break;
     case PopeyeRun::Step::Waiting:
         break;
     }

@@ -201,6 +201,25 @@ class TstEngineWindows : public QObject {
         QCOMPARE(params[3], QLatin1String("Variation Try Try"));
     }
 
+    // An engine that ends without a result ends the run at once: its own
+    // words and its exit status in the list, the run's files gone.
+    void runsThatEndWithoutAResult() {
+        Engines e({{"py", "#!/bin/sh\necho 'not enough memory for -maxmem 1G' >&2\nexit 3\n"},
+                   {"crafty", "#!/bin/sh\necho 'Illegal position, no king'\nexit 1\n"}});
+        PopeyeWindow* popeye = e.popeye("K7", {{0, QStringLiteral("#")}, {1, QStringLiteral("2")}});
+        e.solve(popeye);
+        e.awaitEnd(popeye);
+        QCOMPARE(rowsOf(popeye), QStringList({"not enough memory for -maxmem 1G",
+                                              "Popeye ended without a result (exit status 3)."}));
+        QVERIFY(e.files("*.tmp").isEmpty());
+        e.f->action("craftyAction")->trigger();
+        CraftyWindow* crafty = e.f->window->craftyWindow();
+        e.solve(crafty);
+        e.awaitEnd(crafty);
+        QCOMPARE(rowsOf(crafty), QStringList({"Illegal position, no king",
+                                              "Crafty ended without a result (exit status 1)."}));
+    }
+
     void popeyeSolvesInTheBackground() {
         Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
         const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
