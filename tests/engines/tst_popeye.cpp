@@ -97,10 +97,15 @@ class TstPopeye : public QObject {
             const bool got = run.advance(engineRunning, rows) == PopeyeRun::Step::Rows;
             return run.stage() + (got ? 10 : 0);
         };
+        // Gone with no protocol, or an empty one: the run has ended.
+        for (const bool empty : {false, true}) {
+            run.begin(protocol, 90);
+            if (empty) writeOf(protocol, QByteArray());
+            QCOMPARE(step(true), 0);
+            QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Ended);
+            QVERIFY(!run.active());
+        }
         run.begin(protocol, 90);
-        QCOMPARE(step(false), 0);
-        writeOf(protocol, QByteArray());
-        QCOMPARE(step(false), 0);
         writeOf(protocol, "solution\r\n\r\n1.Qd1-d8 !\r" + QByteArray(51, 'x') + "\nlast");
         QCOMPARE(step(true), 0);
         QCOMPARE(step(false), 1);
