@@ -16,13 +16,42 @@ QString logName(const QString& ext) {
 
 } // namespace
 
+QString castlingField(const QString& board) {
+    // The eight ranks as eight texts of eight squares, from the 8th down.
+    QStringList ranks;
+    for (const QString& row : board.split(u'/')) {
+        QString squares;
+        for (const QChar c : row)
+            squares += c.isDigit() ? QString(c.digitValue(), u' ') : QString(c);
+        ranks.append(squares);
+    }
+    if (ranks.size() != 8) return QStringLiteral("-");
+    for (const QString& rank : ranks)
+        if (rank.size() != 8) return QStringLiteral("-");
+    QString field;
+    const auto at = [&](int rank, int file) { return ranks[8 - rank].at(file); };
+    if (at(1, 4) == u'K') {
+        if (at(1, 7) == u'R') field += u'K';
+        if (at(1, 0) == u'R') field += u'Q';
+    }
+    if (at(8, 4) == u'k') {
+        if (at(8, 7) == u'r') field += u'k';
+        if (at(8, 0) == u'r') field += u'q';
+    }
+    return field.isEmpty() ? QStringLiteral("-") : field;
+}
+
 QByteArray craftyRcText(const QString& depth, const QString& fen, bool whiteToMove) {
+    // The board field alone: the side comes from the buttons, and each
+    // castling whose king and rook stand at home is allowed, as problems take it.
+    const QString board = fen.section(u' ', 0, 0);
     const QStringList lines = {
         QStringLiteral("log off"),
         QStringLiteral("ponder off"),
         QStringLiteral("sd ") + depth,
-        QStringLiteral("setboard ") + fen +
-            (whiteToMove ? QStringLiteral(" w - -") : QStringLiteral(" b - -")),
+        QStringLiteral("setboard ") + board +
+            (whiteToMove ? QStringLiteral(" w ") : QStringLiteral(" b ")) + castlingField(board) +
+            QStringLiteral(" -"),
         whiteToMove ? QStringLiteral("white") : QStringLiteral("black"),
         QStringLiteral("log on"),
         QStringLiteral("analyze"),

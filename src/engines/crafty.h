@@ -18,6 +18,10 @@ inline constexpr const char* kCraftyRc = "Crafty.rc";
 // the depth and end. Depth and position go out as typed.
 QByteArray craftyRcText(const QString& depth, const QString& fen, bool whiteToMove);
 
+// "KQkq" or what of it the board allows: each king and rook on their home
+// squares of an 8 by 8 board; "-" for none.
+QString castlingField(const QString& board);
+
 // The extension of the first free "log.NNN", NNN from 001 to 999; "000" when
 // all are taken.
 QString firstFreeLogExtension(const QString& folder);

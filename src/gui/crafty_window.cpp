@@ -103,7 +103,8 @@ void CraftyWindow::solve() {
     }
     state_.logExtension = firstFreeLogExtension(state_.programFolder);
     solutionList_->addItem(QStringLiteral("Calculating..."));
-    solutionList_->addItem(QStringLiteral("Click on Crafty's icon in taskbar to progress view."));
+    solutionList_->addItem(
+        QStringLiteral("Crafty runs in the background; its analysis shows here when it ends."));
     running_ = 1;
     solveButton_->setEnabled(false);
     closeButton_->setText(QStringLiteral("&Hide"));

@@ -24,9 +24,17 @@ class TstCrafty : public QObject {
         const QByteArray head = "log off\r\nponder off\r\nsd 12\r\n";
         const QByteArray tail = "log on\r\nanalyze\r\nexit\r\nquit\r\nexit\r\n";
         // The side comes from the buttons alone, even behind a full FEN.
-        QCOMPARE(craftyRcText("12", "K6k b", true),
-                 head + "setboard K6k b w - -\r\nwhite\r\n" + tail);
+        QCOMPARE(craftyRcText("12", "r3k2r/8/8/8/8/8/8/R3K2R b", true),
+                 head + "setboard r3k2r/8/8/8/8/8/8/R3K2R w KQkq -\r\nwhite\r\n" + tail);
         QCOMPARE(craftyRcText("12", "K6k", false), head + "setboard K6k b - -\r\nblack\r\n" + tail);
+        const std::pair<const char*, const char*> castlings[] = {
+            {"4k2r/8/8/8/8/8/8/R3K3", "Qk"},
+            {"r3k3/8/8/8/8/8/8/4K2R", "Kq"},
+            {"r2k3r/8/8/8/8/8/8/R2K3R", "-"},
+            {"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR", "KQkq"},
+            {"4k2r/8/8/8/8/8/8", "-"}};
+        for (const auto& [board, field] : castlings)
+            QCOMPARE(castlingField(QLatin1String(board)), QLatin1String(field));
     }
 
     void logNumbers() {
