@@ -71,11 +71,6 @@ CraftyWindow::CraftyWindow(AppState& state, QWidget* parent)
     connect(clearAllButton, &QPushButton::clicked, this, &CraftyWindow::clearAll);
 
     makeSolutionList(twipsRect(0, 840, 8175, 4050));
-    QFont fixed(QStringLiteral("Courier New"));
-    fixed.setStyleHint(QFont::TypeWriter);
-    fixed.setFixedPitch(true);
-    fixed.setPointSizeF(8.25);
-    solutionList_->setFont(fixed);
 
     setTabOrder(solveButton_, whiteOption_);
     setTabOrder(whiteOption_, positionEdit_);
@@ -86,6 +81,7 @@ CraftyWindow::CraftyWindow(AppState& state, QWidget* parent)
     setTabOrder(printSolutionButton, closeButton_);
 
     watchFocus();
+    widenToCaptions();
 }
 
 void CraftyWindow::solve() {

@@ -3,8 +3,11 @@
 #include "core/app_state.h"
 #include "gui/widget_geometry.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
@@ -55,6 +58,12 @@ QListWidget* EngineWindow::makeSolutionList(QRect geometry) {
     QPalette face = solutionList_->palette();
     face.setColor(QPalette::Base, face.color(QPalette::Button));
     solutionList_->setPalette(face);
+    // The engines write in columns: a fixed-width font keeps them straight.
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    if (!QFontInfo(fixed).fixedPitch()) fixed = QFont(QStringLiteral("DejaVu Sans Mono"));
+    fixed.setStyleHint(QFont::Monospace);
+    fixed.setFixedPitch(true);
+    solutionList_->setFont(fixed);
     return solutionList_;
 }
 
@@ -75,6 +84,19 @@ void EngineWindow::endRun(QPushButton* start, QPushButton* hide) {
     start->setEnabled(true);
     hide->setText(QStringLiteral("Cl&ose"));
     pollTimer_->stop();
+}
+
+void EngineWindow::widenToCaptions() {
+    for (QWidget* child : findChildren<QWidget*>()) {
+        int needed = 0;
+        if (auto* label = qobject_cast<QLabel*>(child); label && !label->text().isEmpty())
+            needed = label->fontMetrics().horizontalAdvance(label->text().remove(u'&')) + 2;
+        else if (auto* push = qobject_cast<QPushButton*>(child))
+            needed = push->fontMetrics().horizontalAdvance(push->text().remove(u'&')) + 8;
+        else if (auto* button = qobject_cast<QAbstractButton*>(child))
+            needed = button->sizeHint().width();
+        if (needed > child->width()) child->resize(needed, child->height());
+    }
 }
 
 void EngineWindow::showEnded(const QString& engine, QPushButton* start, QPushButton* hide) {

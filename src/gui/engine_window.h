@@ -54,6 +54,8 @@ class EngineWindow : public QWidget {
     // watchFocus once all its controls stand.
     virtual void focusChanged() = 0;
     void watchFocus();
+    // Buttons and labels as wide as their captions need at this desktop's font.
+    void widenToCaptions();
 
     AppState& state_;
     QLabel* clockLabel_ = nullptr;

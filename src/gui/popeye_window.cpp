@@ -13,7 +13,9 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTimer>
+#include <algorithm>
 
 namespace marlith {
 
@@ -141,7 +143,34 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
         previous = next;
     }
 
+    fitCaptions();
+    widenToCaptions();
     watchFocus();
+}
+
+void PopeyeWindow::fitCaptions() {
+    // The labels take their longest caption in the font of this desktop; all
+    // that stands right of them moves over, and the list is wide enough for
+    // the solver's rows of 50 characters.
+    int widest = 0;
+    for (const QLabel* label : paramLabels_)
+        widest = std::max(widest, label->fontMetrics().horizontalAdvance(label->text()) + 6);
+    const int labelColumn = twipsToWholePixels(975);
+    extraWidth_ = std::max(0, widest - labelColumn);
+    for (QWidget* child : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+        if (std::find(paramLabels_.begin(), paramLabels_.end(), child) != paramLabels_.end() &&
+            child->x() < labelColumn)
+            child->resize(child->width() + extraWidth_, child->height());
+        else if (child->x() >= twipsToWholePixels(960))
+            child->move(child->x() + extraWidth_, child->y());
+        else if (child->width() >= twipsToWholePixels(4440))
+            child->resize(child->width() + extraWidth_, child->height()); // the rules
+    }
+    const int rowWidth = solutionList_->fontMetrics().horizontalAdvance(QString(52, u'0')) +
+                         solutionList_->verticalScrollBar()->sizeHint().width() + 4;
+    const int wider = std::max(0, rowWidth - solutionList_->width());
+    solutionList_->resize(solutionList_->width() + wider, solutionList_->height());
+    resize(width() + extraWidth_ + wider, height());
 }
 
 void PopeyeWindow::setPieceLists(const PieceLists& lists) {
@@ -282,7 +311,7 @@ void PopeyeWindow::focusChanged() {
 
 void PopeyeWindow::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
-    stretchSolutionList(4690, 465);
+    stretchSolutionList(4690 + extraWidth_ * kTwipsPerPixel, 465);
 }
 
 void PopeyeWindow::changeEvent(QEvent* event) {

@@ -42,6 +42,7 @@ class PopeyeWindow : public EngineWindow {
 
   private:
     void focusChanged() override;
+    void fitCaptions();
     // The timer runs while there is something to do, and no longer.
     void wake();
 
@@ -54,6 +55,8 @@ class PopeyeWindow : public EngineWindow {
     QPushButton* printSolutionButton_ = nullptr;
     int16_t running_ = 0;
     int16_t pendingBox_ = -1;
+    // Pixels by which the captions pushed the rest of the window right.
+    int extraWidth_ = 0;
     // The list of box i is open: only then is its "activated" a choice from
     // the list; otherwise it is typed text, taken as typed.
     std::array<bool, 11> listOpen_{};

@@ -7,6 +7,7 @@
 #include "gui/solution_list.h"
 #include "support/main_window_fixture.h"
 
+#include <QAbstractButton>
 #include <QAbstractItemView>
 #include <QClipboard>
 #include <QComboBox>
@@ -218,6 +219,34 @@ class TstEngineWindows : public QObject {
         e.awaitEnd(crafty);
         QCOMPARE(rowsOf(crafty), QStringList({"Illegal position, no king",
                                               "Crafty ended without a result (exit status 1)."}));
+    }
+
+    // No caption is cut at this desktop's font, and the list takes the
+    // solver's rows of 50 characters in a fixed-width font.
+    void captionsAndRowsFit() {
+        Engines e({{"py", kPopeye}, {"crafty", kCrafty}});
+        e.f->window->openPopeye();
+        e.f->window->openCrafty();
+        for (QWidget* window : {static_cast<QWidget*>(e.f->window->popeyeWindow()),
+                                static_cast<QWidget*>(e.f->window->craftyWindow())}) {
+            for (const QLabel* label : window->findChildren<QLabel*>()) {
+                const QString text = label->text().remove(u'&');
+                QVERIFY2(label->width() >= label->fontMetrics().horizontalAdvance(text),
+                         qPrintable(text));
+            }
+            for (const QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
+                const QString text = button->text().remove(u'&');
+                const int room =
+                    button->width() - (qobject_cast<const QPushButton*>(button) ? 4 : 20);
+                QVERIFY2(room >= button->fontMetrics().horizontalAdvance(text), qPrintable(text));
+            }
+            auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
+            QVERIFY2(QFontInfo(list->font()).fixedPitch(),
+                     qPrintable(QFontInfo(list->font()).family() + list->font().toString()));
+        }
+        auto* list =
+            e.f->window->popeyeWindow()->findChild<QListWidget*>(QStringLiteral("solutionList"));
+        QVERIFY(list->width() >= list->fontMetrics().horizontalAdvance(QString(50, u'0')));
     }
 
     void popeyeSolvesInTheBackground() {
