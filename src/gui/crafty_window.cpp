@@ -1,5 +1,7 @@
 #include "gui/crafty_window.h"
 
+#include "engines/engine_files.h"
+
 #include "core/app_state.h"
 #include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
@@ -102,7 +104,7 @@ void CraftyWindow::solve() {
     solutionList_->addItem(
         QStringLiteral("Crafty runs in the background; its analysis shows here when it ends."));
     running_ = 1;
-    solveButton_->setEnabled(false);
+    beginRun(solveButton_);
     closeButton_->setText(QStringLiteral("&Hide"));
     run_.begin(state_.programFolder, state_.logExtension);
     pollTimer_->start();
@@ -153,6 +155,16 @@ void CraftyWindow::tick() {
     case CraftyRun::Step::Waiting:
         break;
     }
+}
+
+void CraftyWindow::stopRun() {
+    if (running_ == 0) return;
+    engine_.stop();
+    run_.cancel();
+    running_ = 0;
+    deleteCraftyWorkFiles(state_.programFolder);
+    showRows({QStringLiteral("The run was stopped.")});
+    endRun(solveButton_, closeButton_);
 }
 
 void CraftyWindow::focusChanged() {

@@ -24,6 +24,7 @@ class CraftyWindow : public EngineWindow {
     void printSolution();
     void clearAll();
     void tick() override;
+    void stopRun() override;
 
     int16_t running() const { return running_; }
     QLineEdit* positionEdit() const { return positionEdit_; }

@@ -8,6 +8,7 @@
 #include <QCloseEvent>
 #include <QFontDatabase>
 #include <QFontInfo>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
@@ -79,8 +80,22 @@ void EngineWindow::showRows(const QStringList& rows) {
     solutionList_->addItems(rows);
 }
 
+void EngineWindow::beginRun(QPushButton* start) {
+    start->setEnabled(false);
+    if (!stopButton_) {
+        stopButton_ = new QPushButton(QStringLiteral("S&top"), this);
+        stopButton_->setObjectName(QStringLiteral("stopButton"));
+        connect(stopButton_, &QPushButton::clicked, this, &EngineWindow::stopRun);
+    }
+    stopButton_->setGeometry(start->geometry());
+    start->hide();
+    stopButton_->show();
+}
+
 void EngineWindow::endRun(QPushButton* start, QPushButton* hide) {
     clockLabel_->clear();
+    if (stopButton_) stopButton_->hide();
+    start->show();
     start->setEnabled(true);
     hide->setText(QStringLiteral("Cl&ose"));
     pollTimer_->stop();
@@ -120,6 +135,14 @@ void EngineWindow::stretchSolutionList(int lessWidthTwips, int lessHeightTwips) 
     const int height =
         twipsToWholePixels(std::max(0, outer.height() * kTwipsPerPixel - lessHeightTwips));
     solutionList_->resize(width, height);
+}
+
+void EngineWindow::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape && stopButton_ && stopButton_->isVisible()) {
+        stopRun();
+        return;
+    }
+    QWidget::keyPressEvent(event);
 }
 
 void EngineWindow::closeEvent(QCloseEvent* event) {

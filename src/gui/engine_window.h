@@ -26,6 +26,9 @@ class EngineWindow : public QWidget {
     ~EngineWindow() override;
 
     virtual void tick() = 0;
+    // Ends the run under way at once: the engine goes, its files go, and the
+    // list says so.
+    virtual void stopRun() = 0;
 
     // Shows the "Warning" message box (replaced by tests).
     std::function<void(const QString&)> warn;
@@ -41,6 +44,8 @@ class EngineWindow : public QWidget {
     void showClock(const std::optional<QString>& shown);
     // The rows of a result replace the list, and the window comes back.
     void showRows(const QStringList& rows);
+    // A run starts: "Stop" stands where the start button was.
+    void beginRun(QPushButton* start);
     // The run is over: the start button works again, "Hide" is "Close" again.
     void endRun(QPushButton* start, QPushButton* hide);
     // The engine is gone without a result: the list shows what it said and
@@ -50,6 +55,8 @@ class EngineWindow : public QWidget {
     void stretchSolutionList(int lessWidthTwips, int lessHeightTwips);
 
     void closeEvent(QCloseEvent* event) override;
+    // Escape stops a run.
+    void keyPressEvent(QKeyEvent* event) override;
     // The labels of the focused boxes show a border; the window calls
     // watchFocus once all its controls stand.
     virtual void focusChanged() = 0;
@@ -61,6 +68,7 @@ class EngineWindow : public QWidget {
     QLabel* clockLabel_ = nullptr;
     QListWidget* solutionList_ = nullptr;
     QTimer* pollTimer_ = nullptr;
+    QPushButton* stopButton_ = nullptr;
     EngineProcess engine_;
     QElapsedTimer clock_;
 };

@@ -235,7 +235,7 @@ void PopeyeWindow::solve() {
         return;
 
     running_ = 1;
-    solveButton_->setEnabled(false);
+    beginRun(solveButton_);
     closeButton_->setText(QStringLiteral("&Hide"));
     run_.begin(protocol, maxTime);
     wake();
@@ -300,6 +300,17 @@ bool PopeyeWindow::eventFilter(QObject* watched, QEvent* event) {
         }
     }
     return EngineWindow::eventFilter(watched, event);
+}
+
+void PopeyeWindow::stopRun() {
+    if (running_ == 0) return;
+    engine_.stop();
+    run_.cancel();
+    running_ = 0;
+    QFile::remove(problemPath(state_.programFolder, state_.tempSeed));
+    QFile::remove(protocolPath(state_.programFolder, state_.tempSeed));
+    showRows({QStringLiteral("The run was stopped.")});
+    endRun(solveButton_, closeButton_);
 }
 
 void PopeyeWindow::focusChanged() {

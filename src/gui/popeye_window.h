@@ -31,6 +31,7 @@ class PopeyeWindow : public EngineWindow {
     void setParam(int index);
     void chooseEntry(int index);
     void tick() override;
+    void stopRun() override;
 
     int16_t running() const { return running_; }
     QComboBox* paramBox(int index) const { return paramBoxes_[static_cast<size_t>(index)]; }

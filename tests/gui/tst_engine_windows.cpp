@@ -249,6 +249,26 @@ class TstEngineWindows : public QObject {
         QVERIFY(list->width() >= list->fontMetrics().horizontalAdvance(QString(50, u'0')));
     }
 
+    // A run that doesn't end is stopped by the button or by Escape.
+    void stoppingARun() {
+        Engines e({{"py", QByteArray("#!/bin/sh\nexec sleep 30\n")}});
+        PopeyeWindow* w = e.popeye("K7", {{0, QStringLiteral("#")}, {1, QStringLiteral("2")}});
+        for (const bool byKey : {false, true}) {
+            w->show();
+            childOf(w, "solveButton")->click();
+            QVERIFY(childOf(w, "stopButton")->isVisible());
+            if (byKey)
+                QTest::keyClick(w, Qt::Key_Escape);
+            else
+                childOf(w, "stopButton")->click();
+            QCOMPARE(rowsOf(w), QStringList{"The run was stopped."});
+            QVERIFY(childOf(w, "solveButton")->isEnabled() &&
+                    childOf(w, "solveButton")->isVisible());
+            QVERIFY(!childOf(w, "stopButton")->isVisible());
+            QVERIFY(e.files("*.tmp").isEmpty());
+        }
+    }
+
     void popeyeSolvesInTheBackground() {
         Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
         const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
