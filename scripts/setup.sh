@@ -5,7 +5,7 @@
 set -euo pipefail
 
 packages=(
-  g++ cmake ninja-build
+  g++ make cmake ninja-build
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
   fontconfig fonts-dejavu-core
   xvfb xauth xdotool xclip x11-utils

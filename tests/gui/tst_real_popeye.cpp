@@ -1,0 +1,93 @@
+// The real solver through the Popeye window, as a composer uses it: each
+// problem's solution is the one Popeye gives for the same problem written by
+// hand in its own language.
+#include "gui/popeye_window.h"
+#include "support/main_window_fixture.h"
+
+#include <QDir>
+#include <QListWidget>
+#include <QProcess>
+#include <QPushButton>
+#include <QRegularExpression>
+
+using namespace marlith;
+using marlith::testing::Fixture;
+
+namespace {
+
+const QString kPopeye = QStringLiteral(MARLITH_REAL_POPEYE);
+
+// The move lines of a solution, without the version and time lines.
+QStringList moveLines(const QString& text) {
+    static const QRegularExpression move(QStringLiteral("^\\s*\\d+\\.\\S"));
+    QStringList lines;
+    for (const QString& line : text.split(u'\n'))
+        if (move.match(line).hasMatch()) lines.append(line.trimmed());
+    return lines;
+}
+
+} // namespace
+
+class TstRealPopeye : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void solvesAsPopeyeDoes_data() {
+        QTest::addColumn<QString>("position");
+        QTest::addColumn<QStringList>("fields"); // stipulation, moves, options
+        QTest::addColumn<QString>("byHand");
+        // In Popeye's language a knight is S; N would be the nightrider,
+        // which gives this problem other solutions.
+        QTest::newRow("#2 with knights") << "k7/8/1KN5/8/8/8/8/7Q" << QStringList{"#", "2", ""}
+                                         << "Pieces White Kb6 Sc6 Qh1 Black Ka8\nStipulation #2\n";
+        QTest::newRow("h#2 with castling")
+            << "4k2r/5p2/5K2/8/8/8/8/Q7" << QStringList{"h#", "2", ""}
+            << "Pieces White Kf6 Qa1 Black Ke8 Rh8 Pf7\nStipulation h#2\n";
+        QTest::newRow("an en passant key")
+            << "7N/8/7p/R2Pp2k/6pp/8/8/K7" << QStringList{"#", "1", "EnPassant e7e6e5"}
+            << "Pieces White Ka1 Ra5 Pd5 Sh8 Black Kh5 Pe5 Pg4 Ph4 Ph6\nStipulation #1\n"
+               "Option EnPassant e7e6e5\n";
+    }
+
+    void solvesAsPopeyeDoes() {
+        if (kPopeye.isEmpty() || !QFileInfo(kPopeye).isExecutable())
+            QSKIP("The real Popeye isn't built here: the folder of its source "
+                  "(../shared/engines) is missing.");
+        QFETCH(QString, position);
+        QFETCH(QStringList, fields);
+        QFETCH(QString, byHand);
+
+        // The program folder as a user sets it up: the solver and the table
+        // that ships with Marlith.
+        QTemporaryDir home;
+        QVERIFY(QFile::link(kPopeye, home.path() + QStringLiteral("/py")));
+        QVERIFY(QFile::copy(QStringLiteral(MARLITH_SHIPPED_DIR "/py.dat"),
+                            home.path() + QStringLiteral("/py.dat")));
+        Fixture f({}, {}, home.path());
+        f.type(position);
+        f.window->openPopeye();
+        PopeyeWindow* w = f.window->popeyeWindow();
+        for (int box = 0; box < 3; ++box)
+            QTest::keyClicks(w->paramBox(box == 2 ? 3 : box)->lineEdit(), fields[box]);
+        auto* solve = w->findChild<QPushButton*>(QStringLiteral("solveButton"));
+        solve->click();
+        QTRY_VERIFY_WITH_TIMEOUT(solve->isEnabled(), 60000);
+        QStringList rows;
+        auto* list = w->findChild<QListWidget*>(QStringLiteral("solutionList"));
+        for (int i = 0; i < list->count(); ++i)
+            rows.append(list->item(i)->text());
+
+        QFile problem(home.path() + QStringLiteral("/by-hand.txt"));
+        QVERIFY(problem.open(QIODevice::WriteOnly));
+        problem.write(("BeginProblem\n" + byHand + "EndProblem\n").toUtf8());
+        problem.close();
+        QProcess direct;
+        direct.start(kPopeye, {problem.fileName()});
+        QVERIFY(direct.waitForFinished(60000));
+        const QStringList expected = moveLines(QString::fromUtf8(direct.readAllStandardOutput()));
+        QVERIFY(!expected.isEmpty());
+        QCOMPARE(moveLines(rows.join(u'\n')), expected);
+    }
+};
+
+QTEST_MAIN(TstRealPopeye)
+#include "tst_real_popeye.moc"
