@@ -17,11 +17,13 @@ namespace {
 struct StepButton {
     const char* name;
     void (BookPanel::*step)();
+    const char* tip;
 };
-constexpr StepButton kStepButtons[4] = {{"firstPositionButton", &BookPanel::firstPosition},
-                                        {"previousPositionButton", &BookPanel::previousPosition},
-                                        {"nextPositionButton", &BookPanel::nextPosition},
-                                        {"lastPositionButton", &BookPanel::lastPosition}};
+constexpr StepButton kStepButtons[4] = {
+    {"firstPositionButton", &BookPanel::firstPosition, "First position of the game (Ctrl+Left)"},
+    {"previousPositionButton", &BookPanel::previousPosition, "Position before (Left)"},
+    {"nextPositionButton", &BookPanel::nextPosition, "Next position (Right)"},
+    {"lastPositionButton", &BookPanel::lastPosition, "Last position of the game (Ctrl+Right)"}};
 } // namespace
 
 BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), state_(state) {
@@ -54,6 +56,7 @@ BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), stat
     for (int i = 0; i < 4; ++i) {
         stepButtons_[i] = new ToolButton(faces[i], faces[i + 4], stepStrip_);
         stepButtons_[i]->setObjectName(QLatin1String(kStepButtons[i].name));
+        stepButtons_[i]->setToolTip(QLatin1String(kStepButtons[i].tip));
         stepButtons_[i]->move(i * 240 / kTwipsPerPixel, 0);
         connect(stepButtons_[i], &ToolButton::clicked, this, kStepButtons[i].step);
     }

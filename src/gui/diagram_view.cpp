@@ -43,9 +43,9 @@ void DiagramView::mousePressEvent(QMouseEvent* event) {
                      event->position().y() * kTwipsPerPixel);
 }
 
-void DiagramView::mouseDoubleClickEvent(QMouseEvent* event) {
-    // The second press of a double click is a press like any other.
-    mousePressEvent(event);
+void DiagramView::mouseDoubleClickEvent(QMouseEvent*) {
+    // A double click is one gesture: its second press opens nothing, so its
+    // release edits nothing either.
 }
 
 void DiagramView::mouseMoveEvent(QMouseEvent* event) {

@@ -61,6 +61,14 @@ QFrame* separatorLine(QWidget* parent, int y, const QColor& colour) {
     return line;
 }
 
+// A tool button's tip: its menu item's caption and shortcut.
+QString toolTipOf(const QAction* item) {
+    QString tip = item->text().remove(u'&');
+    if (!item->shortcut().isEmpty())
+        tip += QStringLiteral(" (") + item->shortcut().toString(QKeySequence::NativeText) + u')';
+    return tip;
+}
+
 // A tool button and the menu item whose command it runs; the engine button
 // runs the engine last used, which has no item of its own.
 struct StripButton {
@@ -160,6 +168,11 @@ void MainWindow::createControls() {
     styleBox_->setEditable(true);
     styleBox_->setInsertPolicy(QComboBox::NoInsert);
     styleBox_->setMaxVisibleItems(20);
+    // Names are matched whole on Enter; nothing completes them while typing,
+    // and the wheel picks nothing unless the list has the focus.
+    styleBox_->setCompleter(nullptr);
+    styleBox_->setFocusPolicy(Qt::StrongFocus);
+    styleBox_->installEventFilter(this);
     styleBox_->lineEdit()->installEventFilter(this);
     connect(styleBox_, &QComboBox::activated, this, [this] { chooseStyle(); });
     auto* viewButton = new QPushButton(QStringLiteral("&View"), central);
@@ -320,7 +333,11 @@ void MainWindow::createMenus() {
         }
         connect(firstStripButtons_[i], &ToolButton::clicked, this,
                 [this, command, opensWindow] { runToolCommand(command, opensWindow); });
+        firstStripButtons_[i]->setToolTip(
+            kFirstStrip[i].menuItem ? toolTipOf(actions_.at(QLatin1String(kFirstStrip[i].menuItem)))
+                                    : QStringLiteral("The engine used last"));
         QAction* secondStripItem = actions_.at(QLatin1String(kSecondStrip[i].menuItem));
+        secondStripButtons_[i]->setToolTip(toolTipOf(secondStripItem));
         connect(secondStripButtons_[i], &ToolButton::clicked, this, [this, secondStripItem] {
             runToolCommand([secondStripItem] { secondStripItem->trigger(); }, false);
         });
@@ -332,6 +349,7 @@ void MainWindow::createMenus() {
     rec->setCheckable(true);
     // Checked while a search narrows the book.
     action(QStringLiteral("searchAction"))->setCheckable(true);
+    recModeButton_->setToolTip(toolTipOf(rec));
     connect(recModeButton_, &ToolButton::clicked, this,
             [this, rec] { runToolCommand([rec] { rec->trigger(); }, false); });
 }
@@ -437,7 +455,8 @@ void MainWindow::drawBoard() {
     secondStripButtons_[8]->setVisible(outcome.squareBoard);
     diagramView_->refresh(diagram_.takeDirty());
     if (!isNormalState(*this)) return;
-    const QSize twips = mainWindowSize(state_.style, bookPanel_->isVisible());
+    // The panel counts once it is shown, even before the window is.
+    const QSize twips = mainWindowSize(state_.style, !bookPanel_->isHidden());
     resize(twipsToWholePixels(twips.width()), twipsToWholePixels(twips.height()));
 }
 
@@ -781,8 +800,10 @@ void MainWindow::showViewWindow() {
 }
 
 void MainWindow::pressOnBoard(int button, int shift, double x, double y) {
-    if (state_.pressX >= 0 && state_.pressY >= 0)
-        return; // a second button while one is held belongs to the first press
+    // A second button while one is held belongs to the first press; the same
+    // button pressed again means that the release of the last press was lost
+    // (outside the window), and a new gesture begins.
+    if (state_.pressX >= 0 && state_.pressY >= 0 && button != state_.pressButton) return;
     state_.pressX = static_cast<float>(x);
     state_.pressY = static_cast<float>(y);
     state_.pressButton = static_cast<int16_t>(button);
@@ -1096,6 +1117,8 @@ bool MainWindow::menuShortcutWins(QKeyEvent* key) const {
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == styleBox_ && event->type() == QEvent::Wheel && !styleBox_->hasFocus())
+        return true;
     if (event->type() == QEvent::ShortcutOverride &&
         (watched == positionEdit_ || watched == styleBox_->lineEdit()) &&
         menuShortcutWins(static_cast<QKeyEvent*>(event)))

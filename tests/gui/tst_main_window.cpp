@@ -2,6 +2,7 @@
 #include "support/main_window_fixture.h"
 
 #include <QSignalSpy>
+#include <QWheelEvent>
 
 using namespace marlith;
 using marlith::testing::Fixture;
@@ -193,6 +194,43 @@ class TstMainWindow : public QObject {
         QVERIFY(!QFile::exists(work));
         Fixture second({}, {}, shared.path());
         QCOMPARE(second.child<QComboBox>("styleBox")->currentText(), "Wide");
+    }
+
+    // The style list matches whole names: nothing completes typing, and the
+    // wheel picks nothing while another control has the focus.
+    void styleListTakesNoGuesses() {
+        Fixture f({}, kTwoStyles);
+        auto* box = f.child<QComboBox>("styleBox");
+        box->lineEdit()->clear();
+        QTest::keyClicks(box->lineEdit(), QStringLiteral("Wi"));
+        QCOMPARE(box->currentText(), "Wi");
+        f.positionEdit->setFocus();
+        QWheelEvent wheel(QPointF(5, 5), box->mapToGlobal(QPointF(5, 5)), {}, {0, -120},
+                          Qt::NoButton, {}, Qt::NoScrollPhase, false);
+        QApplication::sendEvent(box, &wheel);
+        QCOMPARE(f.state.style.StyleName, "Small");
+    }
+
+    // A press whose release was lost doesn't turn the next click into a
+    // move; a book shown at start makes the window tall enough for its panel;
+    // every tool button tells its command.
+    void strayPressesAndTheStartHeight() {
+        Fixture f;
+        f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        QTest::mousePress(f.diagramView(), Qt::LeftButton, {}, QPoint(7, 7));
+        QTest::mousePress(f.diagramView(), Qt::LeftButton, {}, QPoint(22, 22));
+        QTest::mouseRelease(f.diagramView(), Qt::LeftButton, {}, QPoint(22, 22));
+        QCOMPARE(f.positionEdit->text(), "k7/8/8/8/8/8/8/K7");
+
+        QTemporaryDir books;
+        QFile book(books.path() + QStringLiteral("/b.pgn"));
+        QVERIFY(book.open(QIODevice::WriteOnly) && book.write("[Style \"Wide\"]\n\n1. e4 *\n") > 0);
+        book.close();
+        Fixture withBook({book.fileName()}, kTwoStyles);
+        QVERIFY(withBook.window->height() >= twipsToWholePixels(5580));
+        for (const ToolButton* button : withBook.window->findChildren<ToolButton*>())
+            QVERIFY2(!button->toolTip().isEmpty(), qPrintable(button->objectName()));
+        QCOMPARE(withBook.child("saveImageButton")->toolTip(), "Save Image (Ctrl+S)");
     }
 };
 
