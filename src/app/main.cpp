@@ -1,8 +1,10 @@
+#include "app/signal_exit.h"
 #include "core/app_state.h"
 #include "core/startup.h"
 #include "gui/main_window.h"
 
 #include <QApplication>
+#include <QDir>
 
 int main(int argc, char* argv[]) {
     QApplication app(argc, argv);
@@ -19,7 +21,17 @@ int main(int argc, char* argv[]) {
     marlith::AppState state;
     state.shippedFolder = shipped;
     marlith::MainWindow window(state);
-    window.start(QApplication::arguments().mid(1));
+    // Paths typed in a shell are meant from the folder it is in.
+    window.start(marlith::absoluteArguments(QApplication::arguments().mid(1), QDir::currentPath()));
     window.show();
+    // Closing the window runs the stop sequence; so do the signals that end a
+    // program, and the end of the session writes the settings beforehand.
+    marlith::closeOnSignals(window);
+    QObject::connect(&app, &QGuiApplication::commitDataRequest, &window,
+                     [&window] { window.writeSettings(); });
+    QObject::connect(&app, &QCoreApplication::aboutToQuit, &window, [&window] {
+        window.closeChildWindows();
+        window.shutDown();
+    });
     return app.exec();
 }

@@ -1,5 +1,7 @@
 #include "books/work_file.h"
 
+#include "styles/style_block.h"
+
 #include <QStringDecoder>
 
 namespace marlith {
@@ -46,7 +48,8 @@ QString recordText(const QByteArray& text) {
     QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     QString decoded = utf8.decode(text);
     if (!utf8.hasError()) return decoded;
-    return QString::fromLatin1(text);
+    // Books from older systems are in Windows-1252.
+    return decodeStyleText(text);
 }
 
 bool WorkFile::open(const QString& path) {

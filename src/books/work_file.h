@@ -32,7 +32,7 @@ struct Record {
 };
 Record parseRecord(const QByteArray& bytes);
 
-// Record text as shown: UTF-8 where it is, else the single-byte code page.
+// Record text as shown: UTF-8 where it is, else Windows-1252.
 QString recordText(const QByteArray& text);
 
 class WorkFile {

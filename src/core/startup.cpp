@@ -95,6 +95,16 @@ bool installShippedSettings(const QString& programFolder, const QString& shipped
     return true;
 }
 
+QStringList absoluteArguments(const QStringList& arguments, const QString& startFolder) {
+    QStringList absolute;
+    const QDir start(startFolder);
+    for (const QString& argument : arguments) {
+        const QString path = argument.trimmed();
+        absolute.append(path.isEmpty() ? path : QDir::cleanPath(start.absoluteFilePath(path)));
+    }
+    return absolute;
+}
+
 CommandLine splitCommandLine(const QStringList& arguments) {
     CommandLine line;
     if (arguments.isEmpty()) return line;

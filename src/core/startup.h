@@ -27,6 +27,11 @@ QString shippedDataFolder(const QString& executableFolder);
 // True when the settings file was installed.
 bool installShippedSettings(const QString& programFolder, const QString& shippedFolder);
 
+// The command line's paths made absolute against the folder the program was
+// started in, before the program moves into its own folder. Empty
+// arguments stay empty.
+QStringList absoluteArguments(const QStringList& arguments, const QString& startFolder);
+
 // One book per instance: the first path is this instance's book, the others
 // go to a further instance, which does the same with them.
 struct CommandLine {

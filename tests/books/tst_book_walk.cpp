@@ -18,7 +18,8 @@ struct Walk {
     explicit Walk(const QByteArray& text, bool epd = false) {
         const QString path = testing::writeBook(dir.filePath(QStringLiteral("b")), text);
         book.workFile.open(dir.filePath(QStringLiteral("F1.tmp")));
-        const BookScan scan = epd ? scanEpd(path, book.workFile, {}) : scanFen(path, book.workFile, {});
+        const BookScan scan =
+            epd ? scanEpd(path, book.workFile, {}) : scanFen(path, book.workFile, {});
         book.gameCount = scan.gameCount;
         book.recordCount = scan.recordCount;
         book.gameIndex = book.fullIndex = scan.gameIndex;
@@ -69,6 +70,12 @@ class TstBookWalk : public QObject {
         QVERIFY(goToGame(w.book, 1));
         w.book.workFile.close();
         QCOMPARE(w.steps(1), QByteArray("-"));
+    }
+
+    // Header text from an older system shows its accents.
+    void recordTextInEitherCode() {
+        QCOMPARE(recordText("[Event \"Caf\xC3\xA9\"]"), QStringLiteral("[Event \"Café\"]"));
+        QCOMPARE(recordText("[Event \"Caf\xE9 \x80\"]"), QStringLiteral("[Event \"Café €\"]"));
     }
 
     void commentsComeOff() {

@@ -109,6 +109,13 @@ class TstStartup : public QObject {
         QCOMPARE(QDir(program).entryList(QDir::Files, QDir::Name), expected);
     }
 
+    void pathsFromTheShell() {
+        QCOMPARE(absoluteArguments({"b.pgn", "../x/c.fen", "/abs/d.epd", " e f.pbm ", ""},
+                                   QStringLiteral("/home/u/books")),
+                 QStringList({"/home/u/books/b.pgn", "/home/u/x/c.fen", "/abs/d.epd",
+                              "/home/u/books/e f.pbm", ""}));
+    }
+
     void commandLine() {
         // A bare name is taken whole, blanks and quotes inside included.
         const CommandLine one = splitCommandLine({QStringLiteral("  my \"best\" book.pgn ")});

@@ -1,0 +1,11 @@
+// The end of the session and the signals that end a program (SIGTERM,
+// SIGINT, SIGHUP) run the same stop sequence as closing the main window.
+#pragma once
+
+class QWidget;
+
+namespace marlith {
+
+void closeOnSignals(QWidget& mainWindow);
+
+} // namespace marlith

@@ -1,0 +1,44 @@
+// The program as a shell starts and ends it: a relative book path, and
+// SIGTERM while the book is open, which must run the whole stop sequence.
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TstSignals : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void terminatedLikeClosed() {
+        QTemporaryDir home;
+        QTemporaryDir books;
+        QFile book(books.path() + QStringLiteral("/b.pgn"));
+        QVERIFY(book.open(QIODevice::WriteOnly) && book.write("[Event \"x\"]\n\n1. e4 *\n") > 0);
+        book.close();
+
+        QProcess program;
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("MARLITH_HOME"), home.path());
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        program.setProcessEnvironment(env);
+        program.setWorkingDirectory(books.path());
+        program.start(QStringLiteral(MARLITH_EXECUTABLE), {QStringLiteral("b.pgn")});
+        QVERIFY(program.waitForStarted(10000));
+        // The open book's work file shows that the start is over.
+        const auto workFiles = [&] {
+            return QDir(home.path()).entryList({QStringLiteral("F*.tmp")}, QDir::Files);
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(!workFiles().isEmpty(), 20000);
+        program.terminate();
+        QVERIFY(program.waitForFinished(20000));
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+
+        QFile settings(home.path() + QStringLiteral("/Marlith.ini"));
+        QVERIFY(settings.open(QIODevice::ReadOnly));
+        QVERIFY(settings.readAll().contains("RecentFile = " + book.fileName().toUtf8()));
+        QVERIFY(workFiles().isEmpty());
+    }
+};
+
+QTEST_GUILESS_MAIN(TstSignals)
+#include "tst_signals.moc"
