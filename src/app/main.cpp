@@ -15,7 +15,7 @@ int main(int argc, char* argv[]) {
     const QString executableFolder = QCoreApplication::applicationDirPath();
     const QString shipped = marlith::shippedDataFolder(executableFolder);
     marlith::installShippedSettings(
-        marlith::programFolderFrom(qEnvironmentVariable("MARLITH_HOME"), executableFolder),
+        marlith::programFolder(),
         shipped);
 
     marlith::AppState state;

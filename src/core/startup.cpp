@@ -3,9 +3,11 @@
 #include "core/settings.h"
 #include "styles/style_block.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStandardPaths>
 #include <optional>
 
 namespace marlith {
@@ -15,12 +17,28 @@ QString makeTempSeed(int msecsSinceMidnight) {
     return QLatin1Char('F') + (QStringLiteral("000000") + digits).right(6);
 }
 
-QString programFolderFrom(const QString& marlithHome, const QString& executableFolder) {
-    QString folder = marlithHome.isEmpty() ? executableFolder : marlithHome;
+QString programFolderFrom(const QString& marlithHome, const QString& executableFolder,
+                          const QString& dataFolder) {
+    QString folder = marlithHome;
+    if (folder.isEmpty()) {
+        folder = executableFolder;
+        // An installed executable's folder belongs to the system.
+        if (!dataFolder.isEmpty() && !QFileInfo(executableFolder).isWritable()) {
+            folder = dataFolder;
+            QDir().mkpath(folder);
+        }
+    }
     if (folder.isEmpty()) folder = QDir::currentPath();
     folder = QDir(folder).absolutePath();
     if (!folder.endsWith(QLatin1Char('/'))) folder += QLatin1Char('/');
     return folder;
+}
+
+QString programFolder() {
+    return programFolderFrom(qEnvironmentVariable("MARLITH_HOME"),
+                             QCoreApplication::applicationDirPath(),
+                             QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
+                                 QStringLiteral("/marlith"));
 }
 
 namespace {

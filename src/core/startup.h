@@ -11,9 +11,16 @@ namespace marlith {
 // "F" and the last six digits of the hundredths of a second since midnight.
 QString makeTempSeed(int msecsSinceMidnight);
 
-// The folder of the program, ending in "/": MARLITH_HOME when it is set,
-// else the folder of the executable.
-QString programFolderFrom(const QString& marlithHome, const QString& executableFolder);
+// The folder of the program, ending in "/": MARLITH_HOME when it is set;
+// else the folder of the executable when it can be written (a build tree, a
+// portable copy); else the user's data folder, made when missing (an
+// installed copy).
+QString programFolderFrom(const QString& marlithHome, const QString& executableFolder,
+                          const QString& dataFolder = {});
+
+// The same from the environment, the executable's folder and the user's
+// data folder ($XDG_DATA_HOME/marlith).
+QString programFolder();
 
 // The folder of the shipped style library, ending in "/": the first of
 // "<executable folder>/../share/marlith/" and the executable folder itself

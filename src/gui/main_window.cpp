@@ -31,6 +31,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDir>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -376,8 +377,7 @@ void MainWindow::moveCaretToEnd() {
 }
 
 void MainWindow::start(const QStringList& arguments) {
-    const QString folder = programFolderFrom(qEnvironmentVariable("MARLITH_HOME"),
-                                             QCoreApplication::applicationDirPath());
+    const QString folder = programFolder();
     // Another instance holds the lock while it runs.
     instanceLock_ = std::make_unique<QLockFile>(folder + QStringLiteral("Marlith.lock"));
     instanceLock_->setStaleLockTime(0);
@@ -601,7 +601,18 @@ void MainWindow::showAbout() {
 
 void MainWindow::showHelp() {
     if (!helpWindow_) helpWindow_ = new HelpWindow(this);
-    if (!helpWindow_->open(state_.programFolder + QStringLiteral("marlith.html"))) {
+    // The page ships beside the executable or with the other shipped files;
+    // one in the program folder goes first.
+    QString page;
+    for (const QString& folder :
+         {state_.programFolder, QCoreApplication::applicationDirPath() + u'/',
+          state_.shippedFolder}) {
+        if (!folder.isEmpty() && QFileInfo::exists(folder + QStringLiteral("marlith.html"))) {
+            page = folder + QStringLiteral("marlith.html");
+            break;
+        }
+    }
+    if (page.isEmpty() || !helpWindow_->open(page)) {
         warn(QStringLiteral("Help not available!"));
         return;
     }

@@ -46,6 +46,12 @@ class TstStartup : public QObject {
                  QStringLiteral("/opt/m/"));
         QCOMPARE(programFolderFrom(QString(), QStringLiteral("/usr/bin/")),
                  QStringLiteral("/usr/bin/"));
+        // An executable's folder that can't be written gives way to the
+        // user's data folder, which is made.
+        QTemporaryDir data;
+        const QString mine = data.path() + QStringLiteral("/marlith");
+        QCOMPARE(programFolderFrom(QString(), QStringLiteral("/no/such/bin"), mine), mine + u'/');
+        QVERIFY(QDir(mine).exists());
     }
 
     void shippedFolder() {

@@ -232,6 +232,15 @@ class TstMainWindow : public QObject {
             QVERIFY2(!button->toolTip().isEmpty(), qPrintable(button->objectName()));
         QCOMPARE(withBook.child("saveImageButton")->toolTip(), "Save Image (Ctrl+S)");
     }
+
+    // The help page that ships beside the executable is found with the
+    // program folder elsewhere.
+    void helpFromBesideTheExecutable() {
+        Fixture f;
+        f.action("helpContentsAction")->trigger();
+        QVERIFY(f.warnings.isEmpty());
+        QVERIFY(f.window->findChild<QWidget*>(QStringLiteral("helpWindow"))->isVisible());
+    }
 };
 
 QTEST_MAIN(TstMainWindow)

@@ -227,9 +227,28 @@ QImage drawBorder(int margin, int board) {
     return picture;
 }
 
+// The program's icon: a knight on a square of wood, with round corners.
+QImage drawIcon(const QFont& font, int side) {
+    QImage icon(side, side, QImage::Format_ARGB32);
+    icon.fill(Qt::transparent);
+    QPainter painter(&icon);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(181, 136, 99));
+    painter.drawRoundedRect(QRectF(icon.rect()), side / 8.0, side / 8.0);
+    QFont knight = font;
+    knight.setPixelSize(side * 4 / 5);
+    painter.setFont(knight);
+    painter.setPen(QColor(30, 20, 12));
+    painter.drawText(icon.rect(), Qt::AlignCenter, QString(QChar(0x265E)));
+    painter.end();
+    return icon;
+}
+
 int usage() {
     std::fputs("usage: make_style_library sheet <wood|green|print> <square pixels> <file.bmp>\n"
-               "       make_style_library border <margin pixels> <board pixels> <file.bmp>\n",
+               "       make_style_library border <margin pixels> <board pixels> <file.bmp>\n"
+               "       make_style_library icon <pixels> <file.png>\n",
                stderr);
     return 2;
 }
@@ -248,6 +267,12 @@ int main(int argc, char* argv[]) {
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
     QGuiApplication app(argc, argv);
     const QStringList args = QGuiApplication::arguments().mid(1);
+    if (args.size() == 3 && args[0] == u"icon") {
+        const std::optional<int> side = pixels(args[1], 16, 512);
+        const std::optional<QFont> font = side ? chessFont(100) : std::nullopt;
+        if (!side || !font) return usage();
+        return drawIcon(*font, *side).save(args[2], "PNG") ? 0 : 1;
+    }
     if (args.size() != 4) return usage();
 
     QImage picture;

@@ -1,0 +1,61 @@
+// An installed copy: the files where a Linux desktop looks for them, and a
+// first start that keeps its settings in the user's data folder when the
+// program's own folder can't be written.
+#include <QDir>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <unistd.h>
+
+class TstInstall : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void installedAndStarted() {
+        QTemporaryDir root;
+        const QString prefix = root.path() + QStringLiteral("/prefix");
+        QProcess install;
+        install.start(QStringLiteral(MARLITH_CMAKE),
+                      {QStringLiteral("--install"), QStringLiteral(MARLITH_BUILD_DIR),
+                       QStringLiteral("--prefix"), prefix});
+        QVERIFY(install.waitForFinished(60000));
+        QCOMPARE(install.exitCode(), 0);
+        for (const char* file :
+             {"bin/marlith", "share/marlith/Marlith.ini", "share/marlith/marlith.html",
+              "share/marlith/py.dat", "share/marlith/wood48.bmp",
+              "share/applications/marlith.desktop", "share/icons/hicolor/128x128/apps/marlith.png"})
+            QVERIFY2(QFile::exists(prefix + u'/' + QLatin1String(file)), file);
+        QVERIFY(QFile::setPermissions(prefix + QStringLiteral("/bin"),
+                                      QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup |
+                                          QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther));
+
+        const QString home = root.path() + QStringLiteral("/home");
+        QDir().mkpath(home);
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.remove(QStringLiteral("MARLITH_HOME"));
+        env.remove(QStringLiteral("XDG_DATA_HOME"));
+        env.insert(QStringLiteral("HOME"), home);
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        QProcess program;
+        program.setProcessEnvironment(env);
+        program.start(prefix + QStringLiteral("/bin/marlith"), {});
+        QVERIFY(program.waitForStarted(10000));
+        // The superuser may write the folder all the same, and keeps it.
+        const QString folder = ::geteuid() == 0 ? prefix + QStringLiteral("/bin")
+                                                : home + QStringLiteral("/.local/share/marlith");
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder + QStringLiteral("/Marlith.lock")), 20000);
+        // The first start brought the shipped styles along.
+        QVERIFY(QFile::exists(folder + QStringLiteral("/wood48.bmp")));
+        program.terminate();
+        QVERIFY(program.waitForFinished(20000));
+        QFile settings(folder + QStringLiteral("/Marlith.ini"));
+        QVERIFY(settings.open(QIODevice::ReadOnly));
+        QVERIFY(settings.readAll().contains("RecentStyle = Classic"));
+        QFile::setPermissions(prefix + QStringLiteral("/bin"),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    }
+};
+
+QTEST_GUILESS_MAIN(TstInstall)
+#include "tst_install.moc"
