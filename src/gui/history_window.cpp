@@ -13,6 +13,8 @@
 #include <QMouseEvent>
 #include <QPushButton>
 
+#include <algorithm>
+
 namespace marlith {
 
 HistoryWindow::HistoryWindow(AppState& state, QWidget* parent)
@@ -61,8 +63,19 @@ HistoryWindow::HistoryWindow(AppState& state, QWidget* parent)
            twipsRect(1560, 240, 2895, 315), &HistoryWindow::insertExtraFieldsWhiteFirst, true);
     button(fields, "blackFirstButton", "Insert All (first &Black to Move)",
            twipsRect(1560, 600, 2895, 315), &HistoryWindow::insertExtraFieldsBlackFirst, true);
-    for (QPushButton* b : fields->findChildren<QPushButton*>())
+    // The two long captions take the room they need; the frame and the
+    // window grow with them.
+    int wider = 0;
+    for (QPushButton* b : fields->findChildren<QPushButton*>()) {
         b->setFont(QWidget::font());
+        const int needed = b->fontMetrics().horizontalAdvance(b->text().remove(u'&')) + 12;
+        if (needed > b->width()) {
+            wider = std::max(wider, needed - b->width());
+            b->resize(needed, b->height());
+        }
+    }
+    fields->resize(fields->width() + wider, fields->height());
+    resize(width() + wider, height());
 
     ask = [this](const QString& text) {
         return QMessageBox::warning(this, QStringLiteral("Warning"), text,

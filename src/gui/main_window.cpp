@@ -26,6 +26,7 @@
 #include "output/image_output.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -99,6 +100,11 @@ constexpr StripButton kSecondStrip[9] = {{"newButton", "newAction"},
 } // namespace
 
 MainWindow::MainWindow(AppState& state, QWidget* parent) : QMainWindow(parent), state_(state) {
+    // The windows' geometry was made for a font of 8 points; the desktop's
+    // own, often larger, would cut their captions.
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setPointSizeF(8.25);
+    QApplication::setFont(font);
     setObjectName(QStringLiteral("mainWindow"));
     setWindowIcon(programIcon());
     createControls();

@@ -1,0 +1,88 @@
+// Every window at this desktop's font: no label, button, check box, option
+// or frame title shows less than its whole caption.
+#include "gui/about_window.h"
+#include "gui/add_to_book_window.h"
+#include "gui/file_chooser.h"
+#include "gui/graphic_window.h"
+#include "gui/history_window.h"
+#include "gui/search_window.h"
+#include "gui/style_window.h"
+#include "gui/view_window.h"
+#include "support/main_window_fixture.h"
+
+#include <QAbstractButton>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QRadioButton>
+
+using namespace marlith;
+using marlith::testing::Fixture;
+
+namespace {
+
+// What a control shows of its caption, and what it needs.
+QStringList cutCaptions(QWidget* window) {
+    QStringList cut;
+    const auto check = [&](QWidget* control, QString text, int room) {
+        text.remove(u'&');
+        if (text.isEmpty() || !control->isVisibleTo(window)) return;
+        const int needed = control->fontMetrics().horizontalAdvance(text);
+        if (needed > room)
+            cut << QStringLiteral("%1 \"%2\": %3 of %4")
+                       .arg(control->objectName(), text)
+                       .arg(room)
+                       .arg(needed);
+    };
+    for (QLabel* label : window->findChildren<QLabel*>())
+        if (!label->wordWrap() && label->pixmap().isNull())
+            check(label, label->text(), label->contentsRect().width());
+    for (QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
+        // Check boxes and options give room to their mark.
+        const bool marked = qobject_cast<QCheckBox*>(button) || qobject_cast<QRadioButton*>(button);
+        check(button, button->text(), button->width() - (marked ? 20 : 6));
+    }
+    for (QGroupBox* group : window->findChildren<QGroupBox*>())
+        check(group, group->title(), group->width() - 8);
+    return cut;
+}
+
+} // namespace
+
+class TstCaptions : public QObject {
+    Q_OBJECT
+  private Q_SLOTS:
+    void everyCaptionFits() {
+        Fixture f;
+        // With a book open, its panel shows too.
+        QFile book(f.folder() + QStringLiteral("b.fen"));
+        QVERIFY(book.open(QIODevice::WriteOnly) && book.write("[Event \"x\"]\r\nk7/8\r\n") > 0);
+        book.close();
+        f.state.bookFile = book.fileName();
+        f.window->loadBook();
+        f.window->showViewWindow();
+        f.window->showHistory();
+        f.window->showGraphicWindow();
+        QList<QWidget*> windows{f.window.get(),
+                                f.window->viewWindow(),
+                                f.window->historyWindow(),
+                                f.window->graphicWindow(),
+                                f.window->styleWindow(),
+                                f.window->searchWindow(),
+                                f.window->addToBookWindow()};
+        AboutWindow about(f.window.get());
+        windows << &about;
+        FileChooser chooser(f.state, f.window.get());
+        windows << &chooser;
+        QStringList cut;
+        for (QWidget* window : windows) {
+            window->show();
+            for (const QString& caption : cutCaptions(window))
+                cut << window->objectName() + QStringLiteral(": ") + caption;
+            window->hide();
+        }
+        QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+    }
+};
+
+QTEST_MAIN(TstCaptions)
+#include "tst_captions.moc"
