@@ -310,6 +310,9 @@ class TstSettings : public QObject {
         QCOMPARE(program.style.StyleName, QStringLiteral("Échecs"));
         QCOMPARE(program.style.PiecesFile, folder.path() + QStringLiteral("pièces€.bmp"));
         QCOMPARE(program.recent[0], QStringLiteral("/b/Études.pgn"));
+        // Written back unchanged, it is the same file byte for byte.
+        QVERIFY(program.write(folder));
+        QCOMPARE(folder.get(), old);
         program.style.PiecesFile = QStringLiteral("pièces€.bmp");
         program.style.SqrWidth = 30 * 15;
         QVERIFY(writeStyles(folder.path(), program.style, true));
