@@ -2,9 +2,11 @@
 // or frame title shows less than its whole caption.
 #include "gui/about_window.h"
 #include "gui/add_to_book_window.h"
+#include "gui/crafty_window.h"
 #include "gui/file_chooser.h"
 #include "gui/graphic_window.h"
 #include "gui/history_window.h"
+#include "gui/popeye_window.h"
 #include "gui/search_window.h"
 #include "gui/style_window.h"
 #include "gui/view_window.h"
@@ -13,6 +15,7 @@
 #include <QAbstractButton>
 #include <QCheckBox>
 #include <QGroupBox>
+#include <QListWidget>
 #include <QRadioButton>
 
 using namespace marlith;
@@ -67,6 +70,8 @@ class TstCaptions : public QObject {
                                 f.window->historyWindow(),
                                 f.window->graphicWindow(),
                                 f.window->styleWindow(),
+                                f.window->popeyeWindow(),
+                                f.window->craftyWindow(),
                                 f.window->searchWindow(),
                                 f.window->addToBookWindow()};
         AboutWindow about(f.window.get());
@@ -81,6 +86,14 @@ class TstCaptions : public QObject {
             window->hide();
         }
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
+        // The engines' lists: a fixed-width font, and room for the solver's
+        // rows of 50 characters.
+        for (QWidget* window : {static_cast<QWidget*>(f.window->popeyeWindow()),
+                                static_cast<QWidget*>(f.window->craftyWindow())}) {
+            auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
+            QVERIFY(QFontInfo(list->font()).fixedPitch());
+            QVERIFY(list->width() >= list->fontMetrics().horizontalAdvance(QString(50, u'0')));
+        }
     }
 };
 

@@ -221,34 +221,6 @@ class TstEngineWindows : public QObject {
                                               "Crafty ended without a result (exit status 1)."}));
     }
 
-    // No caption is cut at this desktop's font, and the list takes the
-    // solver's rows of 50 characters in a fixed-width font.
-    void captionsAndRowsFit() {
-        Engines e({{"py", kPopeye}, {"crafty", kCrafty}});
-        e.f->window->openPopeye();
-        e.f->window->openCrafty();
-        for (QWidget* window : {static_cast<QWidget*>(e.f->window->popeyeWindow()),
-                                static_cast<QWidget*>(e.f->window->craftyWindow())}) {
-            for (const QLabel* label : window->findChildren<QLabel*>()) {
-                const QString text = label->text().remove(u'&');
-                QVERIFY2(label->width() >= label->fontMetrics().horizontalAdvance(text),
-                         qPrintable(text));
-            }
-            for (const QAbstractButton* button : window->findChildren<QAbstractButton*>()) {
-                const QString text = button->text().remove(u'&');
-                const int room =
-                    button->width() - (qobject_cast<const QPushButton*>(button) ? 4 : 20);
-                QVERIFY2(room >= button->fontMetrics().horizontalAdvance(text), qPrintable(text));
-            }
-            auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
-            QVERIFY2(QFontInfo(list->font()).fixedPitch(),
-                     qPrintable(QFontInfo(list->font()).family() + list->font().toString()));
-        }
-        auto* list =
-            e.f->window->popeyeWindow()->findChild<QListWidget*>(QStringLiteral("solutionList"));
-        QVERIFY(list->width() >= list->fontMetrics().horizontalAdvance(QString(50, u'0')));
-    }
-
     // A run that doesn't end is stopped by the button or by Escape.
     void stoppingARun() {
         Engines e({{"py", QByteArray("#!/bin/sh\nexec sleep 30\n")}});
