@@ -48,14 +48,11 @@ AddedGame pgnGame(const GameTags& tags, const QStringList& rows, const Board& bo
                   const Notation& notation) {
     AddedGame game;
     printTags(game, tags);
-    SquareVector squares{};
-    QString first = rows.value(0);
     // Loading the first row drops its counter from it.
-    fenToSlot(0, first, squares, board, notation.piecesList);
-    const qsizetype blank = first.indexOf(u' ');
-    const bool blackFirst = blank >= 0 && first.mid(blank + 1, 1) == u"b";
-    QString moves = blackFirst ? QStringLiteral("1...") : QString();
-    int moveNumber = blackFirst ? 1 : 0;
+    RowGame play(rows, board, notation);
+    const QString& first = play.first();
+    QString moves = play.blackFirst() ? QStringLiteral("1...") : QString();
+    int moveNumber = play.blackFirst() ? 1 : 0;
     if (first != QLatin1String(kStandardStart)) {
         printLine(game, QStringLiteral("[SetUp \"1\"]"));
         printLine(game, QStringLiteral("[FEN \"") + first + QStringLiteral("\"]"));
@@ -64,14 +61,10 @@ AddedGame pgnGame(const GameTags& tags, const QStringList& rows, const Board& bo
     game.records.append({kPositionKind, first.toUtf8()});
     for (qsizetype i = 1; i < rows.size(); ++i) {
         game.records.append({kPositionKind, rows[i].toUtf8()});
-        QString row = rows[i];
-        fenToSlot(static_cast<int>(i % 2), row, squares, board, notation.piecesList);
-        const int from = static_cast<int>((i + 1) % 2);
-        QString word;
-        writeMove(from, word, squares, board, notation);
-        QString mark;
-        if (from == (blackFirst ? 1 : 0)) mark = QString::number(++moveNumber) + u'.';
-        moves += mark + word + u' ';
+        bool numbered = false;
+        const QString word = play.move(i, numbered);
+        if (numbered) moves += QString::number(++moveNumber) + u'.';
+        moves += word + u' ';
         if (moves.size() > 70) {
             printLine(game, moves);
             moves.clear();

@@ -2,8 +2,6 @@
 
 #include "styles/style_block.h"
 
-#include <QStringDecoder>
-
 namespace marlith {
 
 QByteArray sixCharacters(int64_t number) {
@@ -45,10 +43,7 @@ Record parseRecord(const QByteArray& bytes) {
 }
 
 QString recordText(const QByteArray& text) {
-    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString decoded = utf8.decode(text);
-    if (!utf8.hasError()) return decoded;
-    // Books from older systems are in Windows-1252.
+    // UTF-8 where it is valid; books from older systems are in Windows-1252.
     return decodeStyleText(text);
 }
 

@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QStandardPaths>
-#include <optional>
 
 namespace marlith {
 
@@ -53,10 +52,8 @@ bool nameTaken(const QString& path) {
 // each once; a path names a file of its own that isn't the library's.
 QStringList bareBitmapNames(const QString& settingsText) {
     QStringList names;
-    for (const QString& raw : splitItems(settingsText)) {
-        const std::optional<StyleItem> item = parseItem(raw, KeylessItems::Skip);
-        if (!item || (item->key != u"PIECESFILE" && item->key != u"BORDERFILE")) continue;
-        const QString& name = item->value;
+    for (const StyleBitmap& bitmap : styleBitmaps(settingsText)) {
+        const QString& name = bitmap.file;
         if (!name.isEmpty() && !name.contains(u'/') && !names.contains(name)) names.append(name);
     }
     return names;
@@ -93,7 +90,7 @@ bool installShippedSettings(const QString& programFolder, const QString& shipped
             QFile::remove(path);
         return false;
     };
-    for (const QString& name : bareBitmapNames(QString::fromUtf8(settings))) {
+    for (const QString& name : bareBitmapNames(decodeStyleText(settings))) {
         const QString target = program.filePath(name);
         if (nameTaken(target)) continue;
         if (!QFile::copy(shipped.filePath(name), target)) return undo();

@@ -70,20 +70,9 @@ std::map<QString, QSet<QString>> fileUsers(const QString& programFolder) {
     std::map<QString, QSet<QString>> users;
     QFile file(QDir(programFolder).filePath(QLatin1String(kSettingsFileName)));
     if (!file.open(QIODevice::ReadOnly)) return users;
-    const QString text = decodeStyleText(file.read(kMaxStyleFileBytes));
-    ItemSplitter items(text);
-    QString raw;
-    QString style;
-    while (items.next(raw)) {
-        const std::optional<StyleItem> item = parseItem(raw, KeylessItems::Skip);
-        if (!item) continue;
-        if (item->key == u"BEGINSTYLE") {
-            style = upper(item->value);
-        } else if (item->key == u"PIECESFILE" || item->key == u"BORDERFILE") {
-            const QString path =
-                item->value.contains(u'/') ? item->value : programFolder + item->value;
-            users[QFileInfo(path).absoluteFilePath()].insert(style);
-        }
+    for (const StyleBitmap& bitmap : styleBitmaps(decodeStyleText(file.read(kMaxStyleFileBytes)))) {
+        const QString path = bitmap.file.contains(u'/') ? bitmap.file : programFolder + bitmap.file;
+        users[QFileInfo(path).absoluteFilePath()].insert(bitmap.style);
     }
     return users;
 }

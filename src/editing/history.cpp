@@ -56,27 +56,15 @@ QString historyFen(const QStringList& rows) {
 QString historyPgn(const QStringList& rows, const Board& board, const Notation& notation) {
     if (rows.isEmpty()) return QString();
     // The game is played on a board of its own; the position stays as it is.
-    SquareVector squares{};
+    RowGame game(rows, board, notation);
     qsizetype lineLimit = 70;
-    QString text;
-    int parity = 0;
-    int moveNumber = 0;
-    QString first = rows.first();
-    fenToSlot(0, first, squares, board, notation.piecesList);
-    const qsizetype blank = first.indexOf(QLatin1Char(' '));
-    if (blank >= 0 && blank + 1 < first.size() && first[blank + 1] == u'b') {
-        parity = moveNumber = 1;
-        text = QStringLiteral("1... ");
-    }
+    int moveNumber = game.blackFirst() ? 1 : 0;
+    QString text = game.blackFirst() ? QStringLiteral("1... ") : QString();
     for (qsizetype k = 1; k < rows.size(); ++k) {
-        QString row = rows[k];
-        fenToSlot(static_cast<int>(k % 2), row, squares, board, notation.piecesList);
-        const int from = static_cast<int>((k + 1) % 2);
-        QString move;
-        writeMove(from, move, squares, board, notation);
-        QString prefix;
-        if (from == parity) prefix = QString::number(++moveNumber) + QStringLiteral(". ");
-        text += prefix + move + u' ';
+        bool numbered = false;
+        const QString move = game.move(k, numbered);
+        if (numbered) text += QString::number(++moveNumber) + QStringLiteral(". ");
+        text += move + u' ';
         if (text.size() > lineLimit) {
             text += QStringLiteral("\r\n");
             lineLimit = text.size() + 70;

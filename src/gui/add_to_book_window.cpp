@@ -94,21 +94,10 @@ void AddToBookWindow::addGame() {
 }
 
 bool AddToBookWindow::eventFilter(QObject* watched, QEvent* event) {
-    for (size_t i = 0; i < tagEdits_.size(); ++i) {
-        if (watched != tagEdits_[i]) continue;
-        if (event->type() == QEvent::FocusIn) {
-            tagEdits_[i]->selectAll();
-            setFocusBorder(tagLabels_[i], true);
-        } else if (event->type() == QEvent::FocusOut) {
-            setFocusBorder(tagLabels_[i], false);
-        } else if (event->type() == QEvent::KeyPress) {
-            const int key = static_cast<QKeyEvent*>(event)->key();
-            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-                addGame();
-                return true;
-            }
-        }
-    }
+    for (size_t i = 0; i < tagEdits_.size(); ++i)
+        if (watched == tagEdits_[i] &&
+            formFieldEvent(tagEdits_[i], tagLabels_[i], event, [this] { addGame(); }))
+            return true;
     return QDialog::eventFilter(watched, event);
 }
 

@@ -994,37 +994,37 @@ void MainWindow::toggleReversed() {
     buildBoard();
 }
 
-void MainWindow::applyEffect(int effect) {
-    applyBoardEffect(state_.squares, state_.board(), static_cast<BoardEffect>(effect));
+void MainWindow::applyEffect(BoardEffect effect) {
+    applyBoardEffect(state_.squares, state_.board(), effect);
     refreshPosition();
 }
 
 void MainWindow::mirrorHorizontally() {
-    applyEffect(static_cast<int>(BoardEffect::HorizontalMirror));
+    applyEffect(BoardEffect::HorizontalMirror);
 }
 
 void MainWindow::mirrorDiagonally() {
-    applyEffect(static_cast<int>(BoardEffect::DiagonalMirror));
+    applyEffect(BoardEffect::DiagonalMirror);
 }
 
 void MainWindow::rotate() {
-    applyEffect(static_cast<int>(BoardEffect::Rotate));
+    applyEffect(BoardEffect::Rotate);
 }
 
 void MainWindow::moveLeft() {
-    applyEffect(static_cast<int>(BoardEffect::Left));
+    applyEffect(BoardEffect::Left);
 }
 
 void MainWindow::moveRight() {
-    applyEffect(static_cast<int>(BoardEffect::Right));
+    applyEffect(BoardEffect::Right);
 }
 
 void MainWindow::moveUp() {
-    applyEffect(static_cast<int>(BoardEffect::Up));
+    applyEffect(BoardEffect::Up);
 }
 
 void MainWindow::moveDown() {
-    applyEffect(static_cast<int>(BoardEffect::Down));
+    applyEffect(BoardEffect::Down);
 }
 
 void MainWindow::copyHtml() {

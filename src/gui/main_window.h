@@ -4,6 +4,7 @@
 
 #include "core/app_state.h"
 #include "drawing/diagram.h"
+#include "editing/board_effects.h"
 
 #include <QMainWindow>
 #include <QPixmap>
@@ -177,7 +178,7 @@ class MainWindow : public QMainWindow {
     // "/" in the position box: the row typed so far filled with empty squares.
     void completeRow();
     void takeChildWindowsAlong();
-    void applyEffect(int effect);
+    void applyEffect(BoardEffect effect);
     // A stroke with Shift: the rubber band while dragging, the stroke itself
     // drawn into the picture at the release.
     void followStroke(double x, double y);

@@ -129,21 +129,10 @@ void SearchWindow::search() {
 }
 
 bool SearchWindow::eventFilter(QObject* watched, QEvent* event) {
-    for (size_t i = 0; i < fieldEdits_.size(); ++i) {
-        if (watched != fieldEdits_[i]) continue;
-        if (event->type() == QEvent::FocusIn) {
-            fieldEdits_[i]->selectAll();
-            setFocusBorder(fieldLabels_[i], true);
-        } else if (event->type() == QEvent::FocusOut) {
-            setFocusBorder(fieldLabels_[i], false);
-        } else if (event->type() == QEvent::KeyPress) {
-            const int key = static_cast<QKeyEvent*>(event)->key();
-            if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-                search();
-                return true;
-            }
-        }
-    }
+    for (size_t i = 0; i < fieldEdits_.size(); ++i)
+        if (watched == fieldEdits_[i] &&
+            formFieldEvent(fieldEdits_[i], fieldLabels_[i], event, [this] { search(); }))
+            return true;
     return QDialog::eventFilter(watched, event);
 }
 

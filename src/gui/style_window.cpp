@@ -521,12 +521,16 @@ QString StyleWindow::statusText() const {
 void StyleWindow::styleToControls() {
     previewBlocked_ = true;
     const Style& style = state_.style;
-    // A picture that can't be read leaves the measure as it was.
-    if (style.PiecesFile.isEmpty())
-        piecesPicture_ = builtInSheet();
-    else
-        loadPicture(style.PiecesFile, piecesPicture_);
-    if (!style.BorderFile.isEmpty()) loadPicture(style.BorderFile, borderPicture_);
+    // A picture is read again only under a new name (Enter in its box reads
+    // it anew); one that can't be read leaves the measure as it was.
+    if (style.PiecesFile != piecesPictureFile_) {
+        if (style.PiecesFile.isEmpty()) piecesPicture_ = builtInSheet();
+        if (style.PiecesFile.isEmpty() || loadPicture(style.PiecesFile, piecesPicture_))
+            piecesPictureFile_ = style.PiecesFile;
+    }
+    if (!style.BorderFile.isEmpty() && style.BorderFile != borderPictureFile_ &&
+        loadPicture(style.BorderFile, borderPicture_))
+        borderPictureFile_ = style.BorderFile;
 
     const StyleForm form = formFromStyle(style);
     boardRowsEdit_->setText(form.boardRows);
@@ -711,6 +715,7 @@ void StyleWindow::warnAbout(const QString& text) {
 
 void StyleWindow::loadPiecesFile() {
     state_.style.PiecesFile = piecesFileEdit_->text();
+    piecesPictureFile_ = state_.style.PiecesFile;
     if (!loadPicture(state_.style.PiecesFile, piecesPicture_)) {
         warnAbout(QStringLiteral("File not found!"));
         return;
@@ -722,6 +727,7 @@ void StyleWindow::loadPiecesFile() {
 void StyleWindow::loadBorderFile() {
     Style& style = state_.style;
     style.BorderFile = borderFileEdit_->text();
+    borderPictureFile_ = style.BorderFile;
     if (!loadPicture(style.BorderFile, borderPicture_)) {
         warnAbout(QStringLiteral("File not found!"));
         return;
@@ -889,6 +895,7 @@ void StyleWindow::restoreDefaults() {
     // The default style draws from the built-in sheet again.
     Q_EMIT sheetReset();
     piecesPicture_ = builtInSheet();
+    piecesPictureFile_.clear();
     preview();
 }
 

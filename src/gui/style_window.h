@@ -106,6 +106,9 @@ class StyleWindow : public QDialog {
     // picture the place of the board.
     QImage piecesPicture_;
     QImage borderPicture_;
+    // The names the two pictures were last read under.
+    QString piecesPictureFile_;
+    QString borderPictureFile_;
     // The padlock open (the picture sized by the draw) and closed.
     std::array<QPixmap, 2> padlockFaces_;
 

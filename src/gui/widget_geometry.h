@@ -3,11 +3,15 @@
 
 #include "styles/style.h"
 
+#include <QEvent>
 #include <QFrame>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QRect>
 #include <QWidget>
+#include <functional>
 
 namespace marlith {
 
@@ -21,6 +25,29 @@ inline QRect twipsRect(int left, int top, int width, int height) {
 // A label shows a border while the control it names has the focus.
 inline void setFocusBorder(QLabel* label, bool on) {
     label->setFrameStyle(on ? QFrame::Box | QFrame::Plain : QFrame::NoFrame);
+}
+
+// A box of a form: the focus selects all its text and frames its label,
+// Enter runs `enter`. True when the event is used up.
+inline bool formFieldEvent(QLineEdit* edit, QLabel* label, QEvent* event,
+                           const std::function<void()>& enter) {
+    switch (event->type()) {
+    case QEvent::FocusIn:
+        edit->selectAll();
+        setFocusBorder(label, true);
+        return false;
+    case QEvent::FocusOut:
+        setFocusBorder(label, false);
+        return false;
+    case QEvent::KeyPress: {
+        const int key = static_cast<QKeyEvent*>(event)->key();
+        if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+        enter();
+        return true;
+    }
+    default:
+        return false;
+    }
 }
 
 // Neither minimised, maximised nor full screen: only then does a window size

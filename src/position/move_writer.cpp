@@ -195,4 +195,21 @@ void writeMove(int v, QString& m, const SquareVector& squareVector, const Board&
     }
 }
 
+RowGame::RowGame(const QStringList& rows, const Board& board, const Notation& notation)
+    : rows_(rows), board_(board), notation_(notation), first_(rows.value(0)) {
+    fenToSlot(0, first_, squares_, board_, notation_.piecesList);
+    const qsizetype blank = first_.indexOf(u' ');
+    blackFirst_ = blank >= 0 && first_.mid(blank + 1, 1) == u"b";
+}
+
+QString RowGame::move(qsizetype i, bool& numbered) {
+    QString row = rows_.value(i);
+    fenToSlot(static_cast<int>(i % 2), row, squares_, board_, notation_.piecesList);
+    const int from = static_cast<int>((i + 1) % 2);
+    QString move;
+    writeMove(from, move, squares_, board_, notation_);
+    numbered = from == (blackFirst_ ? 1 : 0);
+    return move;
+}
+
 } // namespace marlith

@@ -5,6 +5,7 @@
 #include "position/notation.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace marlith {
 
@@ -18,6 +19,28 @@ void fenToSlot(int k, QString& t, SquareVector& squareVector, const Board& board
 // are not looked at.
 void writeMove(int v, QString& m, const SquareVector& squareVector, const Board& board,
                const Notation& notation);
+
+// Rows of position texts read as the positions of one game, on a board of
+// their own: the first row is loaded at once (its counter dropped from it),
+// and move(i) gives the move from row i - 1 to row i, for i from 1 up, in
+// order.
+class RowGame {
+  public:
+    RowGame(const QStringList& rows, const Board& board, const Notation& notation);
+    const QString& first() const { return first_; }
+    // The character behind the first row's first blank is "b".
+    bool blackFirst() const { return blackFirst_; }
+    // `numbered`: the move opens a new move number (White's, or Black's first).
+    QString move(qsizetype i, bool& numbered);
+
+  private:
+    QStringList rows_;
+    Board board_;
+    Notation notation_;
+    SquareVector squares_{};
+    QString first_;
+    bool blackFirst_ = false;
+};
 
 // Square name: file letter, then the rank counted from the board's width.
 QString squareName(int square, int columns);

@@ -400,6 +400,22 @@ StoreResult storeStyleKey(Style& style, const StyleItem& item, const QString& fo
     return StoreResult::Ignored;
 }
 
+QList<StyleBitmap> styleBitmaps(QStringView text) {
+    QList<StyleBitmap> bitmaps;
+    ItemSplitter items(text);
+    QString raw;
+    QString style;
+    while (items.next(raw)) {
+        const std::optional<StyleItem> item = parseItem(raw, KeylessItems::Skip);
+        if (!item) continue;
+        if (item->key == u"BEGINSTYLE")
+            style = item->value.toUpper();
+        else if (item->key == u"PIECESFILE" || item->key == u"BORDERFILE")
+            bitmaps.append({style, item->value});
+    }
+    return bitmaps;
+}
+
 QString writeStyleBlock(Style& style) {
     QString block;
     const auto line = [&block](const QString& text) { block += text + QStringLiteral("\r\n"); };

@@ -6,6 +6,7 @@
 #include "styles/style.h"
 
 #include <QByteArray>
+#include <QList>
 #include <QString>
 #include <QStringList>
 #include <QStringView>
@@ -92,6 +93,15 @@ enum class StoreResult {
 // and become twips. A BorderFile or PiecesFile value without "/" gets
 // folderForBarePaths in front of it; an empty folder keeps values bare.
 StoreResult storeStyleKey(Style& style, const StyleItem& item, const QString& folderForBarePaths);
+
+// A bitmap that a block names: the block's style name, upper-cased, and the
+// PiecesFile or BorderFile value as written.
+struct StyleBitmap {
+    QString style;
+    QString file;
+};
+// Every bitmap that the blocks of a settings or style text name, in order.
+QList<StyleBitmap> styleBitmaps(QStringView text);
 
 // The block of the record as stored, each line ended by CR LF. A board of
 // more than 400 squares is set to 8 x 8 in the record, after its own two lines

@@ -112,29 +112,26 @@ class TstBoardEdit : public QObject {
             {1, 10, "k8K", E::Left, "8K1"},
             {10, 1, "k/1/1/1/1/1/1/1/1/K", E::Right, "1/1/1/1/1/1/1/1/1/1"},
         };
-        for (const auto& [rows, columns, before, effect, after] : cases) {
+        // The text after the effects, played on a board of the text.
+        const auto played = [](const Board& board, const char* before,
+                               std::initializer_list<E> effects) {
             SquareVector v{};
             QString text = QLatin1String(before);
-            const Board board{rows, columns};
             fenToSlot(1, text, v, board, QLatin1String(kDefaultPiecesList));
-            applyBoardEffect(v, board, effect);
-            QCOMPARE(squaresToFen(v, board, QLatin1String(kDefaultPiecesList)),
-                     QString::fromLatin1(after));
-        }
+            for (const E effect : effects)
+                applyBoardEffect(v, board, effect);
+            return squaresToFen(v, board, QLatin1String(kDefaultPiecesList));
+        };
+        for (const auto& [rows, columns, before, effect, after] : cases)
+            QCOMPARE(played({rows, columns}, before, {effect}), QString::fromLatin1(after));
         // Four quarter turns, two mirrors, give the position back; a shift
         // back doesn't bring back what fell off.
-        const Board board{8, 8};
-        SquareVector v{};
-        QString text = QStringLiteral("r3k2r/1P6/8/8/3p4/8/4P3/R3K2R");
-        fenToSlot(1, text, v, board, QLatin1String(kDefaultPiecesList));
-        const QString start = squaresToFen(v, board, QLatin1String(kDefaultPiecesList));
-        for (const E effect : {E::Rotate, E::Rotate, E::DiagonalMirror, E::Rotate, E::Rotate,
-                               E::DiagonalMirror, E::HorizontalMirror, E::HorizontalMirror})
-            applyBoardEffect(v, board, effect);
-        QCOMPARE(squaresToFen(v, board, QLatin1String(kDefaultPiecesList)), start);
-        applyBoardEffect(v, board, E::Left);
-        applyBoardEffect(v, board, E::Right);
-        QCOMPARE(squaresToFen(v, board, QLatin1String(kDefaultPiecesList)),
+        const char* start = "r3k2r/1P6/8/8/3p4/8/4P3/R3K2R";
+        QCOMPARE(played({8, 8}, start,
+                        {E::Rotate, E::Rotate, E::DiagonalMirror, E::Rotate, E::Rotate,
+                         E::DiagonalMirror, E::HorizontalMirror, E::HorizontalMirror}),
+                 QLatin1String(start));
+        QCOMPARE(played({8, 8}, start, {E::Left, E::Right}),
                  QStringLiteral("4k2r/1P6/8/8/3p4/8/4P3/4K2R"));
     }
 };
