@@ -3,7 +3,9 @@
 // step forward in a small and a large book.
 //
 //   bench_books [book.pgn]          (default: the shared book of master games)
-//   bench_books --scan book.pgn     one scan in this process, for a profiler
+//   bench_books --scan book.pgn [work.tmp]   one scan in this process, for a
+//                                            profiler; the work file is kept
+//                                            when it is named
 #include "books/book_scan.h"
 #include "books/book_search.h"
 #include "books/book_walk.h"
@@ -143,12 +145,13 @@ double stepTime(const QString& folder, int games) {
 
 int main(int argc, char** argv) {
     QCoreApplication app(argc, argv);
-    if (argc == 3 && QByteArray(argv[1]) == "--scan") {
+    if ((argc == 3 || argc == 4) && QByteArray(argv[1]) == "--scan") {
         QTemporaryDir folder;
         Style style;
         resetStyle(style);
         WorkFile work;
-        work.open(folder.path() + QStringLiteral("/work.tmp"));
+        work.open(argc == 4 ? QString::fromLocal8Bit(argv[3])
+                            : folder.path() + QStringLiteral("/work.tmp"));
         StylePgnBoard board(style);
         const BookScan scan =
             scanPgn(QString::fromLocal8Bit(argv[2]), work, board, style.StartPos.toLatin1(), {});

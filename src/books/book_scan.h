@@ -5,6 +5,7 @@
 #include "books/work_file.h"
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QFile>
 #include <QString>
 #include <cstdint>
@@ -73,7 +74,7 @@ class PgnBoard {
     // read as the board text reader reads them.
     virtual void setUp(const QByteArray& fen) = 0;
     // side 0 White, 1 Black; false when the word is no move on this board.
-    virtual bool play(QByteArray& word, int side) = 0;
+    virtual bool play(QByteArrayView word, int side) = 0;
     // The board field of the position, into out.
     virtual void boardText(QByteArray& out) = 0;
 };

@@ -15,10 +15,9 @@ void StylePgnBoard::setUp(const QByteArray& fen) {
     fenToSlot(1, text, squareVector_, board_, notation_.piecesList);
 }
 
-bool StylePgnBoard::play(QByteArray& word, int side) {
+bool StylePgnBoard::play(QByteArrayView word, int side) {
     word_ = QString::fromLatin1(word);
     playMove(side, word_, squareVector_, board_, notation_);
-    if (word_.isEmpty()) word.clear();
     return !word_.isEmpty();
 }
 

@@ -13,7 +13,7 @@ class StylePgnBoard final : public PgnBoard {
     explicit StylePgnBoard(const Style& style);
 
     void setUp(const QByteArray& fen) override;
-    bool play(QByteArray& word, int side) override;
+    bool play(QByteArrayView word, int side) override;
     void boardText(QByteArray& out) override;
 
   private:
