@@ -18,6 +18,7 @@
 #include <QFileInfo>
 #include <QTemporaryDir>
 #include <cstdio>
+#include <functional>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -60,30 +61,41 @@ template <typename Work> Run inChild(Work work) {
     return run;
 }
 
-Run scanInChild(const QString& book, const QString& workPath) {
+using Scanner = std::function<BookScan(WorkFile&)>;
+
+// One scan in a child; with `search`, then a search that reads every game.
+Run scanInChild(const QString& workPath, const Scanner& scanner, bool search) {
     return inChild([&] {
         Run run;
-        Style style;
-        resetStyle(style);
         WorkFile work;
         if (!work.open(workPath)) return run;
-        StylePgnBoard board(style);
         QElapsedTimer clock;
         clock.start();
-        const BookScan scan = scanPgn(book, work, board, style.StartPos.toLatin1(), {});
+        const BookScan scan = scanner(work);
         run.seconds = clock.nsecsElapsed() / 1e9;
-        // A word in the headers and a piece on a square: every game is read.
-        const Criteria criteria =
-            parseCriteria(QStringLiteral("Kasparov"), {}, {}, {}, QStringLiteral("Ke1"), 8);
-        clock.restart();
-        run.found = static_cast<int32_t>(searchBook(work, scan.fullIndex, criteria).size() / 6);
-        run.searchSeconds = clock.nsecsElapsed() / 1e9;
+        if (search) {
+            // A word in the headers and a piece on a square: every game is read.
+            const Criteria criteria =
+                parseCriteria(QStringLiteral("Kasparov"), {}, {}, {}, QStringLiteral("Ke1"), 8);
+            clock.restart();
+            run.found = static_cast<int32_t>(searchBook(work, scan.gameIndex, criteria).size());
+            run.searchSeconds = clock.nsecsElapsed() / 1e9;
+        }
         work.close();
         run.games = scan.gameCount;
         run.records = scan.recordCount;
-        run.ok = scan.complete;
+        run.ok = scan.complete();
         return run;
     });
+}
+
+Scanner pgnScanner(const QString& book) {
+    return [book](WorkFile& work) {
+        Style style;
+        resetStyle(style);
+        StylePgnBoard board(style);
+        return scanPgn(book, work, board, style.StartPos.toLatin1(), {});
+    };
 }
 
 Run baselineInChild(const QString& book) {
@@ -102,6 +114,69 @@ Run baselineInChild(const QString& book) {
     return run;
 }
 
+// The records of a scanned game book as books of the other formats: a FEN
+// book of its tags and positions, an EPD book of its positions with an
+// operation each.
+void writeTextBooks(const QString& workPath, int32_t records, const QString& fenPath,
+                    const QString& epdPath) {
+    QFile work(workPath);
+    QFile fen(fenPath);
+    QFile epd(epdPath);
+    if (!work.open(QIODevice::ReadOnly) || !fen.open(QIODevice::WriteOnly) ||
+        !epd.open(QIODevice::WriteOnly))
+        return;
+    QByteArray fenText;
+    QByteArray epdText;
+    for (int32_t n = 0; n < records; ++n) {
+        const Record record = parseRecord(work.read(kRecordLength));
+        fenText += record.text + "\r\n";
+        if (record.kind == kPositionKind)
+            epdText += record.text + " id \"game " + record.game.trimmed() + "\";\r\n";
+        if (fenText.size() > (1 << 20)) {
+            fen.write(fenText);
+            epd.write(epdText);
+            fenText.clear();
+            epdText.clear();
+        }
+    }
+    fen.write(fenText);
+    epd.write(epdText);
+}
+
+// A problem book of the binary format at its largest: 65,536 entries, each
+// with a stipulation, three of its seven texts and a board.
+void writePbmBook(const QString& path) {
+    constexpr int kEntries = 65'536;
+    auto u16 = [](QByteArray& out, int value) {
+        out += static_cast<char>(value & 0xFF);
+        out += static_cast<char>((value >> 8) & 0xFF);
+    };
+    QByteArray bytes;
+    u16(bytes, kEntries - 1);
+    const int texts = 2 + kEntries * 96;
+    const QByteArray names[3] = {"A. Composer", "Somewhere 1998", "1st Prize"};
+    const int at[3] = {texts + 2, texts + 2 + 2 + 11, texts + 2 + 2 + 11 + 2 + 14};
+    const char board[] = "&  ,  +  %%%%%   \"   $   !  ...  -  /  *      #";
+    for (int e = 0; e < kEntries; ++e) {
+        u16(bytes, 0);
+        bytes += static_cast<char>(e % 4);
+        bytes += static_cast<char>(2 + e % 3);
+        const int pointers[7] = {at[0], at[1], texts, texts, at[2], texts, texts};
+        for (const int p : pointers) {
+            u16(bytes, p & 0xFFFF);
+            u16(bytes, p >> 16);
+        }
+        bytes += QByteArray(board).leftJustified(64, ' ', true);
+    }
+    u16(bytes, 0); // the empty text
+    for (const QByteArray& name : names) {
+        u16(bytes, static_cast<int>(name.size()));
+        bytes += name;
+    }
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly)) file.write(bytes);
+}
+
 // A book of `games` games of one header and `positions` positions each.
 void writeFenBook(const QString& path, int games, int positions) {
     QFile file(path);
@@ -113,8 +188,8 @@ void writeFenBook(const QString& path, int games, int positions) {
     }
 }
 
-// Nanoseconds of one step forward (and its record on show) in the middle
-// of the book, over many steps.
+// Nanoseconds of one step forward (and its record on show) spread over the
+// whole book, over many steps.
 double stepTime(const QString& folder, int games) {
     const QString path = folder + QStringLiteral("/steps.fen");
     writeFenBook(path, games, 10);
@@ -129,7 +204,7 @@ double stepTime(const QString& folder, int games) {
     int64_t steps = 0;
     int64_t nanoseconds = 0;
     for (int round = 0; round < kRounds; ++round) {
-        if (!goToGame(book, (round * 7919) % games + 1)) continue;
+        if (!goToGame(book, static_cast<int32_t>((round * 7919LL) % games + 1))) continue;
         char kind = 0;
         clock.start();
         while (nextRecord(book, kind)) {
@@ -175,17 +250,18 @@ int main(int argc, char** argv) {
             out.write(all);
     }
 
-    std::printf("%-34s %10s %8s %9s %9s %9s\n", "book scan", "games", "MB", "seconds", "games/s",
-                "peak MB");
+    std::printf("%-34s %9s %10s %7s %8s %9s %10s %8s\n", "book scan", "games", "records", "MB",
+                "seconds", "games/s", "records/s", "peak MB");
     auto row = [](const char* name, const QString& path, const Run& run) {
         const double mb = QFileInfo(path).size() / 1e6;
-        std::printf("%-34s %10d %8.1f %9.3f %9.0f %9.1f\n", name, run.games, mb, run.seconds,
-                    run.games / run.seconds, run.peakKb / 1024.0);
+        std::printf("%-34s %9d %10d %7.1f %8.3f %9.0f %10.0f %8.1f\n", name, run.games, run.records,
+                    mb, run.seconds, run.games / run.seconds, run.records / run.seconds,
+                    run.peakKb / 1024.0);
     };
     const QString work = folder.path() + QStringLiteral("/work.tmp");
-    const Run ours = scanInChild(book, work);
+    const Run ours = scanInChild(work, pgnScanner(book), true);
     const Run baseline = baselineInChild(book);
-    const Run oursBig = scanInChild(big, work);
+    const Run oursBig = scanInChild(work, pgnScanner(big), true);
     const Run baselineBig = baselineInChild(big);
     if (!baseline.exitedCleanly || !baselineBig.exitedCleanly)
         std::printf("pgn-extract did not run (bash scripts/setup.sh installs it): "
@@ -198,16 +274,47 @@ int main(int argc, char** argv) {
     row("pgn-extract -s -Wepd (baseline)", book, named);
     row("Marlith scanPgn, book x4", big, oursBig);
     row("pgn-extract, book x4 (baseline)", big, namedBig);
-    std::printf("records written: %d (book), %d (x4); scan complete: %s\n", ours.records,
-                oursBig.records, ours.ok && oursBig.ok ? "yes" : "NO");
+
+    // The other formats, from the same games.
+    const QString fen = folder.path() + QStringLiteral("/book.fen");
+    const QString epd = folder.path() + QStringLiteral("/book.epd");
+    const QString pbm = folder.path() + QStringLiteral("/book.pbm");
+    {
+        WorkFile keep;
+        keep.open(work);
+        pgnScanner(book)(keep);
+        keep.close();
+        writeTextBooks(work, ours.records, fen, epd);
+        writePbmBook(pbm);
+    }
+    const Run fenRun = scanInChild(
+        work, [&](WorkFile& file) { return scanFen(fen, file, {}); }, false);
+    const Run epdRun = scanInChild(
+        work, [&](WorkFile& file) { return scanEpd(epd, file, {}); }, false);
+    const Run pbmRun = scanInChild(
+        work,
+        [&](WorkFile& file) {
+            return scanPbm(pbm, file, 8, 8, QStringLiteral("pPnNbBrRqQkK"), {});
+        },
+        false);
+    row("Marlith scanFen (same games)", fen, fenRun);
+    row("Marlith scanEpd (same positions)", epd, epdRun);
+    row("Marlith scanPbm (65,536 problems)", pbm, pbmRun);
+
+    const bool complete = ours.ok && oursBig.ok && fenRun.ok && epdRun.ok && pbmRun.ok;
+    std::printf("every scan complete: %s\n", complete ? "yes" : "NO");
     std::printf("MB/s: %.1f (Marlith), %.1f (baseline)\n",
                 QFileInfo(book).size() / 1e6 / ours.seconds,
                 QFileInfo(book).size() / 1e6 / baseline.seconds);
     std::printf("ratio baseline time / Marlith time: %.2f (book), %.2f (x4); above 1 is faster\n",
                 baseline.seconds / ours.seconds, baselineBig.seconds / oursBig.seconds);
-    std::printf("peak memory growth from book to x4: %.1f MB (index text of x4: %.1f MB)\n",
-                (oursBig.peakKb - ours.peakKb) / 1024.0,
-                std::min<double>(oursBig.games, kIndexLimit / 6) * 6 / 1e6);
+    const double pgnRate = ours.records / ours.seconds;
+    std::printf("records/s against scanPgn's: %.2f (FEN), %.2f (EPD), %.2f (PBM)\n",
+                fenRun.records / fenRun.seconds / pgnRate,
+                epdRun.records / epdRun.seconds / pgnRate,
+                pbmRun.records / pbmRun.seconds / pgnRate);
+    std::printf("peak memory growth from book to x4: %.1f MB (index of x4: %.1f MB)\n",
+                (oursBig.peakKb - ours.peakKb) / 1024.0, oursBig.games * 4.0 / 1e6);
 
     std::printf("search of every game (a word or a piece on a square): %.3f s for the book, "
                 "%.3f s for x4 (%d and %d found); ratio search / scan time: %.2f, %.2f\n",
@@ -215,8 +322,8 @@ int main(int argc, char** argv) {
                 ours.searchSeconds / ours.seconds, oursBig.searchSeconds / oursBig.seconds);
 
     const double small = stepTime(folder.path(), 10);
-    const double large = stepTime(folder.path(), 10'000);
-    std::printf("\none step forward: %.0f ns in a book of 10 games, %.0f ns in one of 10,000 "
+    const double large = stepTime(folder.path(), 100'000);
+    std::printf("\none step forward: %.0f ns in a book of 10 games, %.0f ns in one of 100,000 "
                 "games; ratio %.2f\n",
                 small, large, large / small);
     return 0;

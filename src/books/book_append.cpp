@@ -83,6 +83,13 @@ bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QSt
             QStringLiteral("The book %1 is no longer there. The game was not added.").arg(bookFile);
         return false;
     }
+    if (book.gameCount >= kMaxGameNumber) {
+        error = QStringLiteral("The book %1 holds %2 games, as many as can be shown. The game was "
+                               "not added.")
+                    .arg(bookFile)
+                    .arg(kMaxGameNumber);
+        return false;
+    }
     QFile file(bookFile);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::ExistingOnly)) {
         error = QStringLiteral("The book %1 can't be written: %2. The game was not added.")
@@ -101,7 +108,7 @@ bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QSt
     }
     file.close();
 
-    if (book.fullIndex.isEmpty()) {
+    if (book.fullIndex.empty()) {
         book.recordCount = 0;
         book.gameCount = 0;
     }
@@ -120,9 +127,8 @@ bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QSt
     }
     book.gameCount = gameNumber;
     book.recordCount = firstRecord - 1 + static_cast<int32_t>(game.records.size());
-    const QByteArray entry = sixCharacters(firstRecord);
-    book.gameIndex += entry;
-    book.fullIndex += entry;
+    book.gameIndex.push_back(firstRecord);
+    book.fullIndex.push_back(firstRecord);
     return true;
 }
 

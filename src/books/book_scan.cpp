@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstring>
 #include <limits>
+#include <string>
 
 namespace marlith {
 
@@ -14,120 +15,156 @@ namespace {
 // and the running count.
 class ScanSink {
   public:
-    ScanSink(WorkFile& work, BookScan& scan, const ScanProgress& progress)
-        : work_(work), scan_(scan), progress_(progress) {
+    ScanSink(WorkFile& work, BookScan& scan, const ScanControl& control)
+        : work_(work), scan_(scan), control_(control) {
         work_.restart();
+        record_[0] = '?';
     }
 
     // Game `number` begins with the next record; the running count is told
-    // at every `every`th game.
-    void startGame(int32_t number, int every) {
+    // at every `every`th game. False past the last number a record can hold.
+    bool startGame(int32_t number, int every) {
+        if (number > kMaxGameNumber) {
+            failure_ = ScanEnd::GameLimit;
+            return false;
+        }
         game_ = number;
-        indexNextRecord();
-        if (progress_ && number % every == 0) progress_(number);
+        scan_.gameIndex.push_back(work_.written() + 1);
+        if (control_.progress && number % every == 0) control_.progress(number);
+        return true;
     }
 
     // False when the record can't be written: the scan then ends where it
     // stands. The record is built in one buffer kept for the whole scan.
-    bool write(char kind, const QByteArray& text) {
-        if (work_.written() >= std::numeric_limits<int32_t>::max() - 1) return false;
+    bool write(char kind, QByteArrayView text) {
+        if (work_.written() >= std::numeric_limits<int32_t>::max() - 1) {
+            failure_ = ScanEnd::WriteFault;
+            return false;
+        }
         if (game_ != fieldGame_) {
             fieldGame_ = game_;
-            field_ = sixCharacters(game_);
+            std::memcpy(record_ + 2, sixCharacters(game_).constData(), 6);
         }
-        char* record = record_.data();
-        record[0] = '?';
-        record[1] = kind;
-        std::memcpy(record + 2, field_.constData(), 6);
+        record_[1] = kind;
         const qsizetype size = std::min<qsizetype>(text.size(), kRecordTextLength);
-        std::memcpy(record + 8, text.constData(), static_cast<size_t>(size));
-        std::memset(record + 8 + size, ' ', static_cast<size_t>(kRecordTextLength - size));
-        return work_.append(record_);
+        if (size > 0) std::memcpy(record_ + 8, text.data(), static_cast<size_t>(size));
+        std::memset(record_ + 8 + size, ' ', static_cast<size_t>(kRecordTextLength - size));
+        if (work_.append(QByteArrayView(record_, kRecordLength))) return true;
+        failure_ = ScanEnd::WriteFault;
+        return false;
     }
-    void dropLastIndexEntry() { scan_.gameIndex.chop(6); }
-    void finish(bool complete) {
-        if (complete) work_.append(endMark());
-        work_.flush();
-        scan_.recordCount = complete ? work_.written() - 1 : work_.written();
+    void dropLastIndexEntry() {
+        if (!scan_.gameIndex.empty()) scan_.gameIndex.pop_back();
+    }
+    // Why write() or startGame() refused.
+    ScanEnd failure() const { return failure_; }
+    bool stopped() const { return control_.stop && control_.stop->load(std::memory_order_relaxed); }
+
+    void finish(ScanEnd end) {
+        if (end == ScanEnd::Complete && !work_.append(endMark()))
+            end = ScanEnd::WriteFault;
+        if (!work_.flush()) end = ScanEnd::WriteFault;
+        scan_.recordCount = end == ScanEnd::Complete ? work_.written() - 1 : work_.written();
+        if (end == ScanEnd::WriteFault) scan_.writeError = work_.errorString();
+        if (end != ScanEnd::Complete && end != ScanEnd::ReadFault) {
+            // A game whose first record never reached the work file is gone.
+            GameIndex& index = scan_.gameIndex;
+            while (!index.empty() && index.back() > scan_.recordCount)
+                index.pop_back();
+            scan_.gameCount = static_cast<int32_t>(index.size());
+        }
         if (scan_.recordCount <= 0) {
             scan_.recordCount = 0;
             scan_.gameIndex.clear();
         }
-        scan_.fullIndex = scan_.gameIndex;
-        scan_.complete = complete;
+        scan_.end = end;
     }
 
   private:
-    // A record number of more than six digits can't stand in the index: that
-    // game is counted but can't be reached, as those behind the index limit.
-    void indexNextRecord() {
-        if (scan_.gameIndex.size() < kIndexLimit && work_.written() < kMaxRecordNumber)
-            scan_.gameIndex += sixCharacters(static_cast<int64_t>(work_.written()) + 1);
-    }
-
     WorkFile& work_;
     BookScan& scan_;
-    const ScanProgress& progress_;
+    const ScanControl& control_;
     int32_t game_ = 1;
-    QByteArray record_ = QByteArray(kRecordLength, ' ');
-    QByteArray field_;
+    char record_[kRecordLength];
     int32_t fieldGame_ = -1;
+    ScanEnd failure_ = ScanEnd::WriteFault;
 };
 
-// Hands each line of the book, prepared, to handle(line). False when the
-// book can't be read to its end or handle refuses a line: a fault.
+// Hands each line of the book, trimmed, to handle(line), which refuses a
+// line only when the sink refused a record.
 template <typename Handle>
-bool readTextLines(const QString& bookFile, const WorkFile& work, Handle handle) {
+ScanEnd readTextLines(const QString& bookFile, const WorkFile& work, const ScanSink& sink,
+                      Handle handle) {
     QFile file(bookFile);
-    if (!work.isOpen() || !file.open(QIODevice::ReadOnly)) return false;
+    if (!work.isOpen() || !file.open(QIODevice::ReadOnly)) return ScanEnd::ReadFault;
     LineReader reader(file);
-    QByteArray raw;
-    while (reader.next(raw))
-        if (!handle(prepareLine(raw))) return false;
-    return !reader.error();
+    QByteArrayView raw;
+    while (reader.next(raw)) {
+        if (sink.stopped()) return ScanEnd::Stopped;
+        if (!handle(trimBlanks(raw))) return sink.failure();
+    }
+    return reader.error() ? ScanEnd::ReadFault : ScanEnd::Complete;
 }
+
+// The first character of a trimmed line; an empty line begins with a blank.
+char firstOf(QByteArrayView line) {
+    return line.isEmpty() ? ' ' : line.front();
+}
+
+constexpr qsizetype kReadBlock = 1 << 18;
+// A file without line ends can't take all memory: a line this long is
+// handed out in pieces.
+constexpr qsizetype kLongestLine = qsizetype(1) << 26;
 
 } // namespace
 
 bool LineReader::fill() {
     if (eof_) return false;
-    buffer_.remove(0, pos_);
+    const qsizetype left = end_ - pos_;
+    if (pos_ > 0 && left > 0) std::memmove(buffer_.data(), buffer_.constData() + pos_, left);
     pos_ = 0;
-    const QByteArray block = file_.read(1 << 16);
-    if (block.isEmpty()) {
+    end_ = left;
+    if (buffer_.size() - end_ < kReadBlock)
+        buffer_.resize(std::max(end_ + kReadBlock, buffer_.size() * 2));
+    const qint64 got = file_.read(buffer_.data() + end_, buffer_.size() - end_);
+    if (got <= 0) {
         eof_ = true;
-        error_ = file_.error() != QFileDevice::NoError;
+        error_ = got < 0 || file_.error() != QFileDevice::NoError;
         return false;
     }
-    buffer_ += block;
+    end_ += got;
     return true;
 }
 
-bool LineReader::next(QByteArray& line) {
+bool LineReader::next(QByteArrayView& line) {
     qsizetype searched = 0; // bytes behind pos_ known to hold no line end
     for (;;) {
         const char* data = buffer_.constData();
-        const qsizetype size = buffer_.size();
         bool crAtBlockEnd = false;
         qsizetype i = pos_ + searched;
-        for (; i < size; ++i) {
+        for (; i < end_; ++i) {
             const char c = data[i];
             if (c != '\n' && c != '\r') continue;
-            if (c == '\r' && i + 1 == size && !eof_) {
+            if (c == '\r' && i + 1 == end_ && !eof_) {
                 crAtBlockEnd = true; // its LF may come with the next block
                 break;
             }
-            line = buffer_.mid(pos_, i - pos_);
+            line = QByteArrayView(data + pos_, i - pos_);
             pos_ = i + 1;
-            if (c == '\r' && pos_ < size && data[pos_] == '\n') ++pos_;
+            if (c == '\r' && pos_ < end_ && data[pos_] == '\n') ++pos_;
             return true;
         }
         searched = i - pos_;
+        if (searched >= kLongestLine) {
+            line = QByteArrayView(data + pos_, kLongestLine);
+            pos_ += kLongestLine;
+            return true;
+        }
         if (!fill()) {
             if (crAtBlockEnd) continue; // at the end of the file the CR ends the line alone
-            if (pos_ < buffer_.size()) {
-                line = buffer_.mid(pos_);
-                pos_ = buffer_.size();
+            if (pos_ < end_) {
+                line = QByteArrayView(buffer_.constData() + pos_, end_ - pos_);
+                pos_ = end_;
                 return true;
             }
             return false;
@@ -135,15 +172,11 @@ bool LineReader::next(QByteArray& line) {
     }
 }
 
-QByteArray prepareLine(const QByteArray& raw) {
-    qsizetype from = 0;
-    qsizetype to = raw.size();
-    while (from < to && raw.at(from) == ' ')
-        ++from;
-    while (to > from && raw.at(to - 1) == ' ')
-        --to;
-    QByteArray line = raw.mid(from, to - from);
-    line += ' ';
+QByteArrayView trimBlanks(QByteArrayView line) {
+    while (!line.isEmpty() && line.front() == ' ')
+        line = line.sliced(1);
+    while (!line.isEmpty() && line.back() == ' ')
+        line.chop(1);
     return line;
 }
 
@@ -187,40 +220,44 @@ char pbmPieceLetter(unsigned char byte) {
     return found ? kLetters[static_cast<const char*>(found) - kCodes] : 0;
 }
 
-BookScan scanFen(const QString& bookFile, WorkFile& work, const ScanProgress& progress) {
+BookScan scanFen(const QString& bookFile, WorkFile& work, const ScanControl& control) {
     BookScan scan;
+    ScanSink sink(work, scan, control);
     scan.gameCount = 1;
-    scan.gameIndex = sixCharacters(1);
-    ScanSink sink(work, scan, progress);
+    sink.startGame(1, 100);
     bool lastWasPosition = false;
     bool lastWasHeader = false;
-    const bool complete = readTextLines(bookFile, work, [&](const QByteArray& line) {
-        const char first = line.at(0);
+    const ScanEnd end = readTextLines(bookFile, work, sink, [&](QByteArrayView line) {
+        const char first = firstOf(line);
         if (first == ' ' || first == ';' || first == '{' || first == '%' || first == '*')
             return true;
         const bool header = first == '[';
-        if (header && lastWasPosition) sink.startGame(++scan.gameCount, 100);
+        if (header && lastWasPosition && !sink.startGame(++scan.gameCount, 100)) return false;
         lastWasPosition = !header;
         lastWasHeader = header;
         return sink.write(header ? kHeaderKind : kPositionKind, line);
     });
     // Headers at the very end open a game with no position: not counted.
-    if (complete && lastWasHeader && scan.gameCount > 1) {
+    if (end == ScanEnd::Complete && lastWasHeader && scan.gameCount > 1) {
         --scan.gameCount;
         sink.dropLastIndexEntry();
     }
-    // A fault keeps what was read, with no end mark.
-    sink.finish(complete);
+    sink.finish(end);
     return scan;
 }
 
-BookScan scanEpd(const QString& bookFile, WorkFile& work, const ScanProgress& progress) {
+BookScan scanEpd(const QString& bookFile, WorkFile& work, const ScanControl& control) {
     BookScan scan;
-    ScanSink sink(work, scan, progress);
-    const bool complete = readTextLines(bookFile, work, [&](const QByteArray& line) {
-        const char first = line.at(0);
+    ScanSink sink(work, scan, control);
+    QByteArray line; // kept for the whole scan: no allocation per line
+    const ScanEnd end = readTextLines(bookFile, work, sink, [&](QByteArrayView trimmed) {
+        const char first = firstOf(trimmed);
         if (first == ' ' || first == ';' || first == '{' || first == '%') return true;
-        sink.startGame(++scan.gameCount, 100);
+        if (!sink.startGame(++scan.gameCount, 100)) return false;
+        // A blank behind the line ends its last operation.
+        line.resize(0);
+        line.append(trimmed.data(), trimmed.size());
+        line.append(' ');
         // The operations stand behind the fourth blank, each closed by ";".
         qsizetype blank = 0;
         int blanks = 0;
@@ -237,19 +274,19 @@ BookScan scanEpd(const QString& bookFile, WorkFile& work, const ScanProgress& pr
                 from = end + 1;
             }
         }
-        return sink.write(kPositionKind, line);
+        return sink.write(kPositionKind, trimmed);
     });
-    sink.finish(complete);
+    sink.finish(end);
     return scan;
 }
 
 BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
-                 const QString& piecesList, const ScanProgress& progress) {
+                 const QString& piecesList, const ScanControl& control) {
     BookScan scan;
-    ScanSink sink(work, scan, progress);
+    ScanSink sink(work, scan, control);
     // A fault ends the scan: what was read stays, no end mark is written.
-    auto fail = [&] {
-        sink.finish(false);
+    auto fail = [&](ScanEnd end = ScanEnd::ReadFault) {
+        sink.finish(end);
         return scan;
     };
     QFile entries(bookFile);
@@ -275,7 +312,8 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
     SquareVector squareVector{};
     const Board board{rows, columns};
     for (int32_t n = 1; n <= scan.gameCount; ++n) {
-        sink.startGame(n, 100);
+        if (sink.stopped()) return fail(ScanEnd::Stopped);
+        sink.startGame(n, 100); // the count has 16 bits: far below the last game number
         QByteArray entry;
         // An entry promised by the count but not in the file ends the scan.
         if (!readExactly(entries, 2 + static_cast<qint64>(n - 1) * kEntrySize, kEntrySize, entry))
@@ -283,7 +321,7 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
         const int flags = static_cast<unsigned char>(entry[2]);
         const int moves = static_cast<unsigned char>(entry[3]);
         if (!sink.write(kHeaderKind, "[Event \"" + stipulationText(flags, moves) + "\"]"))
-            return fail();
+            return fail(sink.failure());
         for (int t = 0; t < 7; ++t) {
             const int base = 4 + t * 4;
             const qint64 offset =
@@ -298,7 +336,7 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
             QByteArray text;
             if (!readExactly(texts, offset + 2, size, text)) return fail();
             const QByteArray tag = QByteArray("[") + kTags[t] + " \"" + text + "\"]";
-            if (!sink.write(kHeaderKind, tag)) return fail();
+            if (!sink.write(kHeaderKind, tag)) return fail(sink.failure());
         }
         for (int square = 0; square < 64; ++square) {
             const char letter = pbmPieceLetter(static_cast<unsigned char>(entry[32 + square]));
@@ -307,9 +345,9 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
             squareVector[square][1] = static_cast<int16_t>(at < 0 ? 0 : at + 1);
         }
         if (!sink.write(kPositionKind, squaresToFen(squareVector, board, piecesList).toLatin1()))
-            return fail();
+            return fail(sink.failure());
     }
-    sink.finish(true);
+    sink.finish(ScanEnd::Complete);
     return scan;
 }
 
@@ -323,11 +361,13 @@ namespace {
 class PgnScanner {
   public:
     PgnScanner(BookScan& scan, ScanSink& sink, PgnBoard& board, const QByteArray& startPos)
-        : scan_(scan), sink_(sink), board_(board), startPos_(startPos), fen_(startPos) {}
+        : scan_(scan), sink_(sink), board_(board), startPos_(startPos), fen_(startPos) {
+        word_.reserve(64);
+    }
 
     // False when a record can't be written: the scan ends there.
-    bool line(const QByteArray& line) {
-        const char first = line.at(0);
+    bool line(QByteArrayView line) {
+        const char first = firstOf(line);
         if (first == ' ' || first == ';' || first == '%' || first == '*') return emptyLine();
         if (first == '[') return tagLine(line);
         return moveText(line);
@@ -353,23 +393,25 @@ class PgnScanner {
         return true;
     }
 
-    bool tagLine(const QByteArray& line) {
+    bool tagLine(QByteArrayView line) {
         seen_ = 1;
         // Games cost more to read than positions: the count is told more often.
-        if (last_ == 1) sink_.startGame(++scan_.gameCount, 10);
-        if (line.size() < 4 || qstrnicmp(line.constData(), "[FEN", 4) != 0) {
+        if (last_ == 1 && !sink_.startGame(++scan_.gameCount, 10)) return false;
+        if (line.size() < 4 || qstrnicmp(line.data(), "[FEN", 4) != 0) {
             if (!sink_.write(kHeaderKind, line)) return false;
             if (last_ != 2) last_ = 0;
             return true;
         }
-        // The position stands between the first two quotes behind "[FEN".
-        const QByteArray rest = line.mid(4);
+        // The position stands between the first two quotes behind "[FEN"; an
+        // unclosed one runs to the end of the line and its blank.
+        const QByteArrayView rest = line.sliced(4);
         const qsizetype open = rest.indexOf('"');
         if (open < 0) {
-            fen_ = rest.trimmed();
+            fen_ = rest.trimmed().toByteArray();
         } else {
             const qsizetype close = rest.indexOf('"', open + 1);
-            fen_ = close < 0 ? rest.mid(open + 1) : rest.mid(open + 1, close - open - 1);
+            fen_ = close < 0 ? rest.sliced(open + 1).toByteArray() + ' '
+                             : rest.sliced(open + 1, close - open - 1).toByteArray();
         }
         last_ = 2;
         side_ = fen_.toLower().contains(" b") ? 1 : 0;
@@ -377,7 +419,7 @@ class PgnScanner {
         return true;
     }
 
-    bool moveText(const QByteArray& line) {
+    bool moveText(QByteArrayView line) {
         last_ = seen_;
         word_.clear();
         for (const char c : line) {
@@ -403,13 +445,14 @@ class PgnScanner {
                 break;
             }
         }
-        return true;
+        // The line's end ends its last word, even inside a comment.
+        return endWord();
     }
 
     // Move numbers and results begin with a digit from 1 to 9; anything
     // else, the empty word included, is tried as a move.
     bool endWord() {
-        const bool numbered = !word_.isEmpty() && word_.at(0) >= '1' && word_.at(0) <= '9';
+        const bool numbered = !word_.empty() && word_.front() >= '1' && word_.front() <= '9';
         if (!numbered && !tryMove()) return false;
         word_.clear();
         return true;
@@ -423,7 +466,9 @@ class PgnScanner {
             fen_ = startPos_;
             board_.setUp(fen_);
         }
-        if (word_.isEmpty() || !board_.play(word_, side_)) return true;
+        if (word_.empty() ||
+            !board_.play(QByteArrayView(word_.data(), static_cast<qsizetype>(word_.size())), side_))
+            return true;
         board_.boardText(position_);
         position_ += side_ != 0 ? " w - - 0 0" : " b - - 0 0";
         side_ = 1 - side_;
@@ -435,7 +480,7 @@ class PgnScanner {
     PgnBoard& board_;
     const QByteArray& startPos_;
     QByteArray fen_;
-    QByteArray word_;
+    std::string word_;
     QByteArray position_;
     int side_ = -1;
     int seen_ = 0;
@@ -446,16 +491,16 @@ class PgnScanner {
 } // namespace
 
 BookScan scanPgn(const QString& bookFile, WorkFile& work, PgnBoard& board,
-                 const QByteArray& startPos, const ScanProgress& progress) {
+                 const QByteArray& startPos, const ScanControl& control) {
     BookScan scan;
+    ScanSink sink(work, scan, control);
     scan.gameCount = 1;
-    scan.gameIndex = sixCharacters(1);
-    ScanSink sink(work, scan, progress);
+    sink.startGame(1, 10);
     PgnScanner scanner(scan, sink, board, startPos);
-    const bool complete = readTextLines(
-        bookFile, work, [&scanner](const QByteArray& line) { return scanner.line(line); });
-    if (complete) scanner.finish();
-    sink.finish(complete);
+    const ScanEnd end = readTextLines(
+        bookFile, work, sink, [&scanner](QByteArrayView line) { return scanner.line(line); });
+    if (end == ScanEnd::Complete) scanner.finish();
+    sink.finish(end);
     return scan;
 }
 

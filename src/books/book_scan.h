@@ -8,33 +8,47 @@
 #include <QByteArrayView>
 #include <QFile>
 #include <QString>
+#include <atomic>
 #include <cstdint>
 #include <functional>
 
 namespace marlith {
 
-// The index has an entry of six characters per game while it is shorter
-// than this: 10,667 games can be reached.
-inline constexpr int kIndexLimit = 64'000;
+// How a scan ended.
+enum class ScanEnd {
+    Complete,
+    ReadFault,  // the book could not be read on, or is damaged there
+    Stopped,    // the user stopped it
+    WriteFault, // the work file took no more records: a full disk
+    GameLimit,  // more games than the six digits of the game number can tell
+};
 
 struct BookScan {
     int32_t gameCount = 0;
     int32_t recordCount = 0;
-    QByteArray gameIndex;  // per game, its first record's number in six characters
-    QByteArray fullIndex;  // the index of the whole book
-    bool complete = false; // false when a fault ended the scan early
+    GameIndex gameIndex;
+    ScanEnd end = ScanEnd::ReadFault; // whatever the end, what was read stays
+    QString writeError;               // why the work file refused more
+    bool complete() const { return end == ScanEnd::Complete; }
 };
 
 // Told the running count of games now and then, for the label of the panel.
 using ScanProgress = std::function<void(int32_t games)>;
 
+// What a scan tells and hears while it runs, maybe on a thread of its own.
+struct ScanControl {
+    ScanProgress progress;
+    // Once set, the scan ends at the next line or entry.
+    const std::atomic<bool>* stop = nullptr;
+};
+
 // The lines of a text file, ended by CR LF, CR or LF, read in blocks.
 class LineReader {
   public:
     explicit LineReader(QFile& file) : file_(file) {}
-    // The next line without its end; false at the end of the file or on a
-    // read error (error() tells which).
-    bool next(QByteArray& line);
+    // The next line without its end, valid until the next call; false at the
+    // end of the file or on a read error (error() tells which).
+    bool next(QByteArrayView& line);
     bool error() const { return error_; }
 
   private:
@@ -42,13 +56,13 @@ class LineReader {
     QFile& file_;
     QByteArray buffer_;
     qsizetype pos_ = 0;
+    qsizetype end_ = 0; // bytes of the buffer that were read
     bool eof_ = false;
     bool error_ = false;
 };
 
-// A line as the scanners compare it: blanks trimmed at both ends, one blank
-// behind, so that an empty line begins with a blank.
-QByteArray prepareLine(const QByteArray& raw);
+// Blanks trimmed at both ends.
+QByteArrayView trimBlanks(QByteArrayView line);
 
 // The stipulation of a problem from its flags and number of moves: "#2",
 // "h#3", "Max Sh=7", "Sd#12".
@@ -58,11 +72,11 @@ QByteArray stipulationText(int flags, int moves);
 // outside the code; "1" is the empty square.
 char pbmPieceLetter(unsigned char byte);
 
-BookScan scanFen(const QString& bookFile, WorkFile& work, const ScanProgress& progress);
-BookScan scanEpd(const QString& bookFile, WorkFile& work, const ScanProgress& progress);
+BookScan scanFen(const QString& bookFile, WorkFile& work, const ScanControl& control);
+BookScan scanEpd(const QString& bookFile, WorkFile& work, const ScanControl& control);
 // The board is written through the square vector in the style's row length.
 BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
-                 const QString& piecesList, const ScanProgress& progress);
+                 const QString& piecesList, const ScanControl& control);
 
 // What the game scanner needs of the board: set up a position, play one word
 // of move text, and tell the position as FEN text. The scanner knows nothing
@@ -81,6 +95,6 @@ class PgnBoard {
 
 // Games with their tags: each half-move played becomes one position record.
 BookScan scanPgn(const QString& bookFile, WorkFile& work, PgnBoard& board,
-                 const QByteArray& startPos, const ScanProgress& progress);
+                 const QByteArray& startPos, const ScanControl& control);
 
 } // namespace marlith

@@ -179,18 +179,14 @@ bool gamePasses(const Criteria& criteria, const GameFields& fields) {
     return false;
 }
 
-QByteArray searchBook(WorkFile& workFile, const QByteArray& fullIndex, const Criteria& criteria,
-                      const SearchProgress& progress) {
-    QByteArray matches;
-    const int total = static_cast<int>(fullIndex.size() / 6);
+GameIndex searchBook(WorkFile& workFile, const GameIndex& fullIndex, const Criteria& criteria,
+                     const SearchProgress& progress) {
+    GameIndex matches;
+    const int total = static_cast<int>(fullIndex.size());
     for (int game = 0; game < total; ++game) {
-        if (progress && game % 100 == 0)
-            progress(static_cast<int>(matches.size() / 6), game, total);
-        const QByteArray entry = fullIndex.mid(game * 6, 6);
-        bool ok = false;
-        const int32_t first = entry.trimmed().toInt(&ok);
-        if (!ok) continue;
-        if (gamePasses(criteria, gameFields(workFile, first))) matches += entry;
+        if (progress && game % 100 == 0) progress(static_cast<int>(matches.size()), game, total);
+        const int32_t first = fullIndex[static_cast<size_t>(game)];
+        if (gamePasses(criteria, gameFields(workFile, first))) matches.push_back(first);
     }
     return matches;
 }

@@ -62,11 +62,10 @@ GameFields gameFields(WorkFile& workFile, int32_t firstRecord);
 
 bool gamePasses(const Criteria& criteria, const GameFields& fields);
 
-// The entries of `fullIndex` (six characters a game) whose games pass, in
-// order. `progress` hears of every hundredth game: matches so far, games
-// looked at, games in all.
+// The entries of `fullIndex` whose games pass, in order. `progress` hears of every hundredth game:
+// matches so far, games looked at, games in all.
 using SearchProgress = std::function<void(int found, int searched, int total)>;
-QByteArray searchBook(WorkFile& workFile, const QByteArray& fullIndex, const Criteria& criteria,
-                      const SearchProgress& progress = {});
+GameIndex searchBook(WorkFile& workFile, const GameIndex& fullIndex, const Criteria& criteria,
+                     const SearchProgress& progress = {});
 
 } // namespace marlith

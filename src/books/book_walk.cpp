@@ -16,11 +16,8 @@ QByteArray gameField(const QByteArray& record) {
 
 bool goToGame(OpenBook& book, int32_t n) {
     book.currentRecord = QByteArray(kRecordLength, ' ');
-    const qint64 at = (static_cast<qint64>(n) - 1) * 6;
-    if (n < 1 || at + 6 > book.gameIndex.size()) return false;
-    bool ok = false;
-    const int32_t number = book.gameIndex.mid(at, 6).trimmed().toInt(&ok);
-    if (!ok) return false;
+    if (n < 1 || static_cast<size_t>(n) > book.gameIndex.size()) return false;
+    const int32_t number = book.gameIndex[static_cast<size_t>(n) - 1];
     book.currentRecordNumber = number;
     if (!inRange(book, number)) return false;
     const auto record = book.workFile.read(number);

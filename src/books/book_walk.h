@@ -16,8 +16,8 @@ struct OpenBook {
     WorkFile workFile;
     int32_t gameCount = 0;
     int32_t recordCount = 0;
-    QByteArray gameIndex; // per game, its first record's number in six characters
-    QByteArray fullIndex; // the whole book's index, never narrowed
+    GameIndex gameIndex; // the games on show: all, or those a search found
+    GameIndex fullIndex; // the whole book's index, never narrowed
     QByteArray currentRecord = QByteArray(kRecordLength, ' ');
     int32_t currentRecordNumber = 0;
 

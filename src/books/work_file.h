@@ -3,16 +3,20 @@
 #pragma once
 
 #include <QByteArray>
+#include <QByteArrayView>
 #include <QFile>
 #include <QString>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <vector>
 
 namespace marlith {
 
 inline constexpr int kRecordLength = 132;
 inline constexpr int kRecordTextLength = 124;
-inline constexpr int32_t kMaxRecordNumber = 999'999;
+// The game number field has six digits.
+inline constexpr int32_t kMaxGameNumber = 999'999;
 inline constexpr char kHeaderKind = '[';
 inline constexpr char kPositionKind = 'E';
 
@@ -23,6 +27,9 @@ QByteArray sixCharacters(int64_t number);
 // cut at 124 characters or padded with blanks.
 QByteArray makeRecord(char kind, int32_t game, const QByteArray& text);
 QByteArray endMark();
+
+// Per game, the number of its first record.
+using GameIndex = std::vector<int32_t>;
 
 struct Record {
     char kind = 0;              // '[' header, 'E' position, '?' the end mark
@@ -35,19 +42,29 @@ Record parseRecord(const QByteArray& bytes);
 // Record text as shown: UTF-8 where it is, else Windows-1252.
 QString recordText(const QByteArray& text);
 
+// Moved to the thread that scans a book and back when the scan is over.
 class WorkFile {
   public:
+    WorkFile();
+    ~WorkFile();
+    WorkFile(WorkFile&&) noexcept;
+    WorkFile& operator=(WorkFile&&) noexcept;
+
     // Opens the file for reading and writing, empty.
     bool open(const QString& path);
     void close();
-    bool isOpen() const { return file_.isOpen(); }
+    bool isOpen() const;
 
     // A new book is written from record 1 on; what lay behind is cut off.
     bool restart();
     // Writing runs from record 1 on; records are buffered until flush().
-    bool append(const QByteArray& record);
+    // False for anything but a record of kRecordLength bytes.
+    bool append(QByteArrayView record);
+    // After a failed write the count is what the file holds in whole records,
+    // and errorString() tells why.
     bool flush();
     int32_t written() const { return written_; }
+    QString errorString() const;
     // Drops the records behind the first `count`, so that writing goes on
     // from record count + 1 (where a book's end mark stood).
     bool truncateTo(int32_t count);
@@ -56,9 +73,10 @@ class WorkFile {
     std::optional<QByteArray> read(int32_t number);
 
   private:
-    QFile file_;
+    std::unique_ptr<QFile> file_;
     QByteArray pending_;
     int32_t written_ = 0;
+    QString error_;
 };
 
 } // namespace marlith

@@ -68,7 +68,18 @@ BookPanel::BookPanel(AppState& state, QWidget* parent) : QGroupBox(parent), stat
 
 void BookPanel::showCount(int games) {
     gameLabel_->setText(QStringLiteral("%1 games").arg(games));
-    gameLabel_->repaint();
+}
+
+void BookPanel::setScanning(bool scanning) {
+    // The games can be walked once the scan is over.
+    for (QWidget* control :
+         {static_cast<QWidget*>(gameScrollBar_), static_cast<QWidget*>(headerList_), stepStrip_})
+        control->setEnabled(!scanning);
+    if (!scanning) return;
+    headerList_->clear();
+    sideLabel_->clear();
+    stepStrip_->hide();
+    showCount(0);
 }
 
 void BookPanel::setNarrowed(bool narrowed) {

@@ -34,6 +34,8 @@ class BookPanel : public QGroupBox {
     void showMoveControls();
     // The running count of a scan.
     void showCount(int games);
+    // While the book is scanned its games can't be walked.
+    void setScanning(bool scanning);
     // The game label is red while a search narrows the book.
     void setNarrowed(bool narrowed);
 

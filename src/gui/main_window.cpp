@@ -2,6 +2,7 @@
 
 #include "books/book_scan.h"
 #include "books/pgn_board.h"
+#include "books/scan_job.h"
 #include "core/settings.h"
 #include "core/startup.h"
 #include "core/style_list.h"
@@ -47,6 +48,7 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTime>
+#include <QTimer>
 #include <cmath>
 
 namespace marlith {
@@ -278,6 +280,18 @@ void MainWindow::createMenus() {
     }
     addItems(file, {{"fileSeparator5", "-", {}, true, nullptr},
                     {"exitAction", "E&xit", ctrl(Qt::Key_X), true, &MainWindow::exitProgram}});
+    // Escape stops the scan of a book wherever the focus is; at other times
+    // the key does what each control does with it.
+    auto* stopScan = new QAction(QStringLiteral("Stop reading the book"), this);
+    stopScan->setObjectName(QStringLiteral("stopScanAction"));
+    stopScan->setShortcut(Qt::Key_Escape);
+    stopScan->setEnabled(false);
+    addAction(stopScan);
+    connect(stopScan, &QAction::triggered, this, &MainWindow::stopBookScan);
+    actions_[stopScan->objectName()] = stopScan;
+    scanTimer_ = new QTimer(this);
+    scanTimer_->setInterval(50);
+    connect(scanTimer_, &QTimer::timeout, this, &MainWindow::pollBookScan);
 
     QMenu* edit = addMenu(nullptr, "editMenu", "&Edit");
     addItems(edit,
@@ -444,6 +458,7 @@ void MainWindow::closeChildWindows() {
 void MainWindow::shutDown() {
     if (unloaded_) return;
     unloaded_ = true;
+    scanJob_.reset(); // its work file is deleted below
     if (state_.programFolder.isEmpty()) return;
     writeSettings();
     deleteTempFiles(state_.programFolder);
@@ -523,7 +538,7 @@ void MainWindow::searchBook() {
     if (window->searchDone) {
         window->searchDone = false;
         bookNarrowed_ = window->narrowed;
-        state_.book.gameCount = static_cast<int32_t>(state_.book.gameIndex.size() / 6);
+        state_.book.gameCount = static_cast<int32_t>(state_.book.gameIndex.size());
         bookPanel_->setNarrowed(bookNarrowed_);
         bookPanel_->resetGameScrollBar();
         focusPositionAtEnd();
@@ -578,7 +593,7 @@ void MainWindow::updateAddToBook() {
     const QString extension = state_.bookFile.right(4).toUpper();
     if (extension != QLatin1String(".FEN") && extension != QLatin1String(".PGN")) return;
     historyWindow()->setAddToBookEnabled(action(QStringLiteral("closeBookAction"))->isEnabled() &&
-                                         historyWindow()->rowCount() > 0);
+                                         !scanJob_ && historyWindow()->rowCount() > 0);
 }
 
 void MainWindow::newPosition() {
@@ -909,45 +924,94 @@ void MainWindow::releaseOnBoard(int button, int, double x, double y) {
 }
 
 void MainWindow::loadBook() {
-    setCursor(Qt::WaitCursor);
-    if (state_.book.isOpen()) closeBook();
+    if (scanJob_ || state_.book.isOpen()) closeBook();
     if (state_.style.WndHeight + 1350 < 5580 && isNormalState(*this))
         resize(width(), twipsToWholePixels(5580));
     bookPanel_->show();
-    repaint();
+    bookPanel_->setScanning(true);
+    bookPanel_->setTitle(shortenPath(state_.bookFile, 15));
+    addRecent(state_.bookFile);
 
+    // The scan runs on a thread of its own with copies of what it needs, so
+    // the window repaints, counts and can stop it.
+    WorkFile work;
+    work.open(state_.programFolder + state_.tempSeed + QStringLiteral(".tmp"));
+    const QString bookFile = state_.bookFile;
+    const QString extension = bookFile.right(4).toUpper();
+    ScanJob::Scan scan;
+    if (extension == QLatin1String(".PBM")) {
+        scan = [bookFile, style = state_.style](WorkFile& file, const ScanControl& control) {
+            return scanPbm(bookFile, file, style.BorderHeight, style.BorderWidth, style.PiecesList,
+                           control);
+        };
+    } else if (extension == QLatin1String(".EPD")) {
+        scan = [bookFile](WorkFile& file, const ScanControl& control) {
+            return scanEpd(bookFile, file, control);
+        };
+    } else if (extension == QLatin1String(".PGN")) {
+        scan = [bookFile, style = state_.style](WorkFile& file, const ScanControl& control) {
+            StylePgnBoard board(style);
+            return scanPgn(bookFile, file, board, style.StartPos.toLatin1(), control);
+        };
+    } else {
+        scan = [bookFile](WorkFile& file, const ScanControl& control) {
+            return scanFen(bookFile, file, control);
+        };
+    }
+    scanJob_ = std::make_unique<ScanJob>(std::move(work), std::move(scan));
+    action(QStringLiteral("searchAction"))->setEnabled(false);
+    action(QStringLiteral("closeBookAction"))->setEnabled(true);
+    action(QStringLiteral("stopScanAction"))->setEnabled(true);
+    scanTimer_->start();
+}
+
+void MainWindow::pollBookScan() {
+    if (!scanJob_) {
+        scanTimer_->stop();
+        return;
+    }
+    bookPanel_->showCount(scanJob_->games());
+    if (scanJob_->finished()) finishBookScan();
+}
+
+void MainWindow::stopBookScan() {
+    if (scanJob_) scanJob_->stop();
+}
+
+void MainWindow::endBookScan() {
+    scanTimer_->stop();
+    scanJob_.reset();
+    action(QStringLiteral("stopScanAction"))->setEnabled(false);
+    bookPanel_->setScanning(false);
+}
+
+void MainWindow::finishBookScan() {
+    auto [scan, work] = scanJob_->take();
+    endBookScan();
     OpenBook& book = state_.book;
-    book.workFile.open(state_.programFolder + state_.tempSeed + QStringLiteral(".tmp"));
-    const QString extension = state_.bookFile.right(4).toUpper();
-    const ScanProgress progress = [this](int32_t games) { bookPanel_->showCount(games); };
-    BookScan scan;
-    if (extension == QLatin1String(".PBM"))
-        scan = scanPbm(state_.bookFile, book.workFile, state_.style.BorderHeight,
-                       state_.style.BorderWidth, state_.style.PiecesList, progress);
-    else if (extension == QLatin1String(".EPD"))
-        scan = scanEpd(state_.bookFile, book.workFile, progress);
-    else if (extension == QLatin1String(".PGN")) {
-        StylePgnBoard board(state_.style);
-        scan = scanPgn(state_.bookFile, book.workFile, board, state_.style.StartPos.toLatin1(),
-                       progress);
-    } else
-        scan = scanFen(state_.bookFile, book.workFile, progress);
+    book.workFile = std::move(work);
     book.gameCount = scan.gameCount;
     book.recordCount = scan.recordCount;
     book.gameIndex = scan.gameIndex;
-    book.fullIndex = scan.fullIndex;
+    book.fullIndex = std::move(scan.gameIndex);
 
-    addRecent(state_.bookFile);
     bookPanel_->resetGameScrollBar();
-    bookPanel_->setTitle(shortenPath(state_.bookFile, 15));
     action(QStringLiteral("searchAction"))->setEnabled(true);
-    action(QStringLiteral("closeBookAction"))->setEnabled(true);
     refreshPosition();
     bookNarrowed_ = false;
     bookPanel_->setNarrowed(false);
     action(QStringLiteral("searchAction"))->setChecked(false);
     if (historyWindow_) updateAddToBook();
-    unsetCursor();
+    if (scan.end == ScanEnd::WriteFault)
+        warn(QStringLiteral("The work file in %1 can't take more of the book (%2). The first %3 "
+                            "games can be shown; the book itself was not changed.")
+                 .arg(QDir::toNativeSeparators(state_.programFolder),
+                      scan.writeError.isEmpty() ? QStringLiteral("it is too large")
+                                                : scan.writeError)
+                 .arg(book.gameCount));
+    else if (scan.end == ScanEnd::GameLimit)
+        warn(QStringLiteral("The book has more than %1 games: the first %1 can be shown.")
+                 .arg(kMaxGameNumber));
 }
 
 void MainWindow::openBook() {
@@ -958,6 +1022,7 @@ void MainWindow::openBook() {
 }
 
 void MainWindow::closeBook() {
+    if (scanJob_) endBookScan(); // stops the scan and waits for it
     state_.book.workFile.close();
     bookPanel_->hide();
     if (isNormalState(*this)) resize(width(), twipsToWholePixels(state_.style.WndHeight + 1350));

@@ -21,10 +21,12 @@ class QLabel;
 class QLineEdit;
 class QLockFile;
 class QMenu;
+class QTimer;
 
 namespace marlith {
 
 class BookPanel;
+class ScanJob;
 class DiagramView;
 class ViewWindow;
 class PopeyeWindow;
@@ -67,8 +69,10 @@ class MainWindow : public QMainWindow {
     void chooseStyle();
     void showViewWindow();
 
-    // Opens the book named by bookFile, closing any open book first.
+    // Opens the book named by bookFile, closing any open book first. The scan
+    // goes on after the return; bookScanRunning() tells when it is over.
     void loadBook();
+    bool bookScanRunning() const { return scanJob_ != nullptr; }
     void openBook();
     void closeBook();
     void openRecentBook(int index);
@@ -163,6 +167,12 @@ class MainWindow : public QMainWindow {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    // The running count while the book is scanned; the book on show at the end.
+    void pollBookScan();
+    // Escape: the scan ends where it stands, keeping what was read.
+    void stopBookScan();
+    void finishBookScan();
+    void endBookScan();
     void createMenus();
     void createControls();
     void placeControls();
@@ -230,6 +240,9 @@ class MainWindow : public QMainWindow {
     std::array<QPixmap, 2> recModeFaces_;
     std::unique_ptr<QLockFile> instanceLock_;
     bool unloaded_ = false;
+    // The scan of the book being opened, and the timer that shows its count.
+    std::unique_ptr<ScanJob> scanJob_;
+    QTimer* scanTimer_ = nullptr;
 };
 
 } // namespace marlith

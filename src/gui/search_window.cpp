@@ -107,13 +107,13 @@ void SearchWindow::search() {
         book.gameIndex = book.fullIndex;
         narrowed = false;
     } else {
-        const QByteArray found =
+        const GameIndex found =
             searchBook(book.workFile, book.fullIndex, criteria, [this](int n, int at, int total) {
                 statusLabel_->setText(
                     QStringLiteral("%1 found. Searching %2 of %3").arg(n).arg(at).arg(total));
                 statusLabel_->repaint();
             });
-        if (found.isEmpty()) {
+        if (found.empty()) {
             unsetCursor();
             statusLabel_->setText(QStringLiteral(" "));
             warn(QStringLiteral("Game not found!"));

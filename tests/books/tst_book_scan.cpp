@@ -3,6 +3,10 @@
 
 #include <QTemporaryDir>
 #include <QTest>
+#include <atomic>
+#include <csignal>
+#include <functional>
+#include <sys/resource.h>
 
 using namespace marlith;
 using testing::scanSummary;
@@ -56,12 +60,12 @@ class TstBookScan : public QObject {
         QVERIFY(file.open(QIODevice::ReadOnly));
         LineReader reader(file);
         QList<QByteArray> lines;
-        QByteArray line;
+        QByteArrayView line;
         while (reader.next(line))
-            lines << line;
+            lines << line.toByteArray();
         QVERIFY(!reader.error());
         QCOMPARE(lines, QList<QByteArray>({first, "b", "c", "d", "", "e"}));
-        QCOMPARE(prepareLine("  [Event \"x\"]  "), QByteArray("[Event \"x\"] "));
+        QCOMPARE(trimBlanks("  [Event \"x\"]  "), QByteArrayView("[Event \"x\"]"));
     }
 
     void fenBooks() {
@@ -97,12 +101,47 @@ class TstBookScan : public QObject {
                                                   "E3|c b - - ;; id 3;"}));
     }
 
-    void indexLimit() {
-        // Six characters per game while the index is shorter than 64,000.
-        const BookScan scan = Book().fen(QByteArray("[E]\nK\n").repeated(10'668));
-        QCOMPARE(scan.gameCount, 10'668);
-        QCOMPARE(scan.gameIndex.size(), 10'667 * 6); // the last game has no entry
-        QCOMPARE(scan.gameIndex.right(6), sixCharacters(2 * 10'667 - 1));
+    // However a scan ends early, every game whose first record reached the
+    // work file can be walked: a stop, a file-size limit, the last game number.
+    void earlyEndsKeepWhatWasRead() {
+        Book book;
+        const QString games = book.write(QByteArray("[E]\nK\n").repeated(12'000));
+        std::atomic<bool> stop{false};
+        const ScanControl stopAt5000{[&stop](int32_t n) { stop = stop || n == 5'000; }, &stop};
+        struct Case {
+            std::function<BookScan()> scan;
+            ScanEnd end;
+            int32_t games;
+            int32_t records;
+        };
+        const Case cases[] = {
+            {[&] { return scanFen(games, book.work, stopAt5000); }, ScanEnd::Stopped, 5'000, 9'999},
+            {[&] {
+                 // Writes past the limit fail with EFBIG instead of killing the process.
+                 std::signal(SIGXFSZ, SIG_IGN);
+                 rlimit old{};
+                 getrlimit(RLIMIT_FSIZE, &old);
+                 rlimit small = old;
+                 small.rlim_cur = 1'000'000;
+                 setrlimit(RLIMIT_FSIZE, &small);
+                 const BookScan scan = scanFen(games, book.work, {});
+                 setrlimit(RLIMIT_FSIZE, &old);
+                 return scan;
+             },
+             ScanEnd::WriteFault, 3'788, 7'575},
+            {[&] {
+                 return scanEpd(book.write(QByteArray("K\n").repeated(1'000'001)), book.work, {});
+             },
+             ScanEnd::GameLimit, 999'999, 999'999}};
+        for (const Case& c : cases) {
+            const BookScan scan = c.scan();
+            QCOMPARE(scan.end, c.end);
+            QCOMPARE(scan.gameCount, c.games);
+            QCOMPARE(scan.recordCount, c.records);
+            QCOMPARE(scan.gameIndex.size(), size_t(c.games));
+            QCOMPARE(parseRecord(*book.work.read(scan.gameIndex.back())).gameNumber(), c.games);
+            QVERIFY(!book.work.read(c.records + 1));
+        }
     }
 
     void pbmBooks() {

@@ -3,6 +3,7 @@
 #include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 
 using namespace marlith;
 
@@ -14,7 +15,7 @@ using Tokens = QList<std::pair<QString, QChar>>;
 struct Book {
     QTemporaryDir dir;
     WorkFile work;
-    QByteArray index;
+    GameIndex index;
     Book() {
         work.open(dir.path() + QStringLiteral("/w.tmp"));
         const QList<QList<QByteArray>> games = {
@@ -23,7 +24,7 @@ struct Book {
             {"E(2x1)r7/8/8/8/8/8/8/RK6"}};
         int32_t number = 0;
         for (int game = 0; game < games.size(); ++game) {
-            index += sixCharacters(number + 1);
+            index.push_back(number + 1);
             for (const QByteArray& line : games[game]) {
                 const char kind = line.startsWith('[') ? '[' : 'E';
                 work.append(makeRecord(kind, game + 1, kind == 'E' ? line.mid(1) : line));
@@ -35,10 +36,10 @@ struct Book {
     }
     // The numbers of the games that pass, "1 3".
     QString search(const Criteria& criteria) {
-        const QByteArray found = searchBook(work, index, criteria);
         QStringList games;
-        for (qsizetype at = 0; at < found.size(); at += 6)
-            games << QString::number(index.indexOf(found.mid(at, 6)) / 6 + 1);
+        for (const int32_t first : searchBook(work, index, criteria))
+            games << QString::number(std::find(index.begin(), index.end(), first) - index.begin() +
+                                     1);
         return games.join(u' ');
     }
 };

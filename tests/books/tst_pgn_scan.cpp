@@ -28,7 +28,7 @@ struct Pgn {
         StylePgnBoard board(style);
         work.open(dir.filePath(QStringLiteral("F1.tmp")));
         const QString path = testing::writeBook(dir.filePath(QStringLiteral("b.pgn")), text);
-        scan = scanPgn(path, work, board, kStart, [this](int32_t g) { progress.append(g); });
+        scan = scanPgn(path, work, board, kStart, {[this](int32_t g) { progress.append(g); }});
     }
     QStringList records() { return testing::recordLines(work, scan.recordCount); }
 };

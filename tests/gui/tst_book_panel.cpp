@@ -29,6 +29,7 @@ struct Book : Fixture {
         file.close();
         state.bookFile = file.fileName();
         window->loadBook();
+        waitForScan();
         panel = window->bookPanel();
     }
     BookPanel* panel = nullptr;
@@ -124,6 +125,7 @@ class TstBookPanel : public QObject {
         QVERIFY(!b.action("closeBookAction")->isEnabled());
         QVERIFY(!b.action("searchAction")->isEnabled());
         b.action("recentBookAction0")->trigger();
+        b.waitForScan();
         QVERIFY(b.panel->isVisible());
         QCOMPARE(b.positionEdit->text(), rank1("K7"));
     }

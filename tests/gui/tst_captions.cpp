@@ -62,6 +62,7 @@ class TstCaptions : public QObject {
         book.close();
         f.state.bookFile = book.fileName();
         f.window->loadBook();
+        f.waitForScan();
         f.window->showViewWindow();
         f.window->showHistory();
         f.window->showGraphicWindow();

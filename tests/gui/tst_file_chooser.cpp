@@ -174,6 +174,7 @@ class TstFileChooser : public QObject {
                   QStringLiteral("b.fen"), true);
         };
         f.action("openBookAction")->trigger(); // the menu item runs the command
+        f.waitForScan();
         QCOMPARE(f.state.book.gameCount, 1);
         QCOMPARE(f.state.imageFile, f.folder() + QStringLiteral("pic.bmp"));
 

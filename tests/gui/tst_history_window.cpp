@@ -58,6 +58,7 @@ struct History : Fixture {
         file.close();
         state.bookFile = file.fileName();
         window->loadBook();
+        waitForScan();
     }
     // Add to Book with the Event and Result fields filled in.
     void addToBook() {
@@ -197,6 +198,7 @@ class TstHistoryWindow : public QObject {
             QCOMPARE(h.positionEdit->text(), boards[2]);
             // The scanner reads what the writer wrote.
             h.window->loadBook();
+            h.waitForScan();
             h.window->bookPanel()->gameScrollBar()->setValue(2);
         }
         QFile file(h.state.bookFile);
@@ -241,12 +243,14 @@ class TstHistoryWindow : public QObject {
         book.close();
         h.state.bookFile = book.fileName();
         h.window->loadBook();
+        h.waitForScan();
         QVERIFY(!add->isEnabled());
         h.copy(QStringLiteral("k7/8/8/8/8/8/8/K7"));
         QVERIFY(add->isEnabled());
         h.window->closeBook();
         QVERIFY(!add->isEnabled());
         h.window->loadBook();
+        h.waitForScan();
         QVERIFY(add->isEnabled());
     }
 };

@@ -150,6 +150,7 @@ class TstMainWindow : public QObject {
         book.close();
         f.state.bookFile = book.fileName();
         f.window->loadBook();
+        f.waitForScan();
         QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         auto* marked = f.window->findChild<QLabel*>(label);
         f.window->findChild<QWidget*>(control)->setFocus();

@@ -26,6 +26,7 @@ struct Search : Fixture {
         file.close();
         state.bookFile = file.fileName();
         window->loadBook();
+        waitForScan();
         window->searchWindow()->warn = [this](const QString& text) { warnings.append(text); };
     }
     // Fills the five fields, presses Enter in the last, as a user would.
@@ -39,7 +40,7 @@ struct Search : Fixture {
         };
         action("searchAction")->trigger();
     }
-    int gamesShown() const { return static_cast<int>(state.book.gameIndex.size() / 6); }
+    int gamesShown() const { return static_cast<int>(state.book.gameIndex.size()); }
     bool narrowed() const { return action("searchAction")->isChecked(); }
 };
 
@@ -75,7 +76,7 @@ class TstSearchWindow : public QObject {
     void searchesThatFindNothing() {
         Search s;
         s.search({"Paul"});
-        const QByteArray narrowedIndex = s.state.book.gameIndex;
+        const GameIndex narrowedIndex = s.state.book.gameIndex;
         s.search({"zzz"});
         QCOMPARE(s.warnings, QStringList{"Game not found!"});
         QCOMPARE(s.state.book.gameIndex, narrowedIndex);

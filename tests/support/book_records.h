@@ -26,16 +26,18 @@ inline QString writeBook(const QString& path, const QByteArray& bytes) {
     return path;
 }
 
-// "2 games, 6 records, index (1 3)", ", cut short" when a fault ended the scan.
+// "2 games, 6 records, index (1 3)", with how the scan ended when it did not
+// read the whole book.
 inline QString scanSummary(const BookScan& scan) {
     QStringList index;
-    for (qsizetype at = 0; at < scan.gameIndex.size(); at += 6)
-        index << QString::fromLatin1(scan.gameIndex.mid(at, 6).trimmed());
-    return QStringLiteral("%1 games, %2 records, index (%3)%4%5")
+    for (const int32_t first : scan.gameIndex)
+        index << QString::number(first);
+    static const char* const kEnds[] = {"", ", cut short", ", stopped", ", work file full",
+                                        ", too many games"};
+    return QStringLiteral("%1 games, %2 records, index (%3)%4")
         .arg(scan.gameCount)
         .arg(scan.recordCount)
-        .arg(index.join(u' '), scan.complete ? QString() : QStringLiteral(", cut short"),
-             scan.fullIndex == scan.gameIndex ? QString() : QStringLiteral(", full index differs"));
+        .arg(index.join(u' '), QLatin1String(kEnds[static_cast<int>(scan.end)]));
 }
 
 } // namespace marlith::testing

@@ -48,6 +48,11 @@ struct Fixture {
         pieceCounterLabel = window->findChild<QLabel*>(QStringLiteral("pieceCounterLabel"));
     }
     QString folder() const { return home + QLatin1Char('/'); }
+    // The book is read on a thread of its own; the window then shows game 1.
+    void waitForScan() {
+        if (!QTest::qWaitFor([this] { return !window->bookScanRunning(); }, 120'000))
+            QFAIL("the scan of the book did not end");
+    }
     void type(const QString& keys) { QTest::keyClicks(positionEdit, keys); }
     QAction* action(const char* name) const { return window->action(QLatin1String(name)); }
     DiagramView* diagramView() const { return window->diagramView(); }
