@@ -38,6 +38,9 @@ void closeOnSignals(QWidget& mainWindow) {
     action.sa_flags = SA_RESTART;
     for (const int signal : {SIGTERM, SIGINT, SIGHUP})
         ::sigaction(signal, &action, nullptr);
+    // A file-size limit makes a write fail, which every writer reports,
+    // instead of ending the program with the work of the session.
+    ::signal(SIGXFSZ, SIG_IGN);
 }
 
 } // namespace marlith

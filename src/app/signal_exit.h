@@ -1,5 +1,6 @@
 // The end of the session and the signals that end a program (SIGTERM,
-// SIGINT, SIGHUP) run the same stop sequence as closing the main window.
+// SIGINT, SIGHUP) run the same stop sequence as closing the main window;
+// SIGXFSZ is ignored, so a file-size limit fails a write instead.
 #pragma once
 
 class QWidget;

@@ -3,9 +3,11 @@
 #include "position/fen.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstring>
 #include <limits>
 #include <string>
+#include <unistd.h>
 
 namespace marlith {
 
@@ -61,8 +63,7 @@ class ScanSink {
     bool stopped() const { return control_.stop && control_.stop->load(std::memory_order_relaxed); }
 
     void finish(ScanEnd end) {
-        if (end == ScanEnd::Complete && !work_.append(endMark()))
-            end = ScanEnd::WriteFault;
+        if (end == ScanEnd::Complete && !work_.append(endMark())) end = ScanEnd::WriteFault;
         if (!work_.flush()) end = ScanEnd::WriteFault;
         scan_.recordCount = end == ScanEnd::Complete ? work_.written() - 1 : work_.written();
         if (end == ScanEnd::WriteFault) scan_.writeError = work_.errorString();
@@ -126,10 +127,16 @@ bool LineReader::fill() {
     end_ = left;
     if (buffer_.size() - end_ < kReadBlock)
         buffer_.resize(std::max(end_ + kReadBlock, buffer_.size() * 2));
-    const qint64 got = file_.read(buffer_.data() + end_, buffer_.size() - end_);
+    // What the system has now, not a whole block: a book that comes through
+    // a pipe is read as its text arrives.
+    ssize_t got = 0;
+    do {
+        got = ::read(file_.handle(), buffer_.data() + end_,
+                     static_cast<size_t>(buffer_.size() - end_));
+    } while (got < 0 && errno == EINTR);
     if (got <= 0) {
         eof_ = true;
-        error_ = got < 0 || file_.error() != QFileDevice::NoError;
+        error_ = got < 0;
         return false;
     }
     end_ += got;

@@ -113,7 +113,13 @@ bool WorkFile::append(QByteArrayView record) {
 bool WorkFile::flush() {
     if (pending_.isEmpty()) return true;
     const qint64 at = static_cast<qint64>(written_) * kRecordLength - pending_.size();
-    const bool ok = file_->seek(at) && file_->write(pending_) == pending_.size();
+    bool ok = file_->seek(at);
+    // A short write is tried again: it goes on, or tells why it can't.
+    for (qint64 done = 0; ok && done < pending_.size();) {
+        const qint64 wrote = file_->write(pending_.constData() + done, pending_.size() - done);
+        ok = wrote > 0;
+        done += std::max<qint64>(wrote, 0);
+    }
     pending_.resize(0); // keeps its room for the next block
     if (!ok) {
         error_ = file_->errorString();

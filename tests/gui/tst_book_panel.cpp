@@ -5,6 +5,9 @@
 
 #include <QListWidget>
 #include <QScrollBar>
+#include <csignal>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 using namespace marlith;
 using marlith::testing::Fixture;
@@ -57,6 +60,15 @@ struct Book : Fixture {
 
 QString rank1(const char* row) {
     return QStringLiteral("8/8/8/8/8/8/8/") + QLatin1String(row);
+}
+
+// Games first to last of a header and two positions each.
+QByteArray smallGames(int first, int last) {
+    QByteArray text;
+    for (int n = first; n <= last; ++n)
+        text += "[Event \"game " + QByteArray::number(n) +
+                "\"]\nK7/8/8/8/8/8/8/8 w\nk7/8/8/8/8/8/8/8 b\n";
+    return text;
 }
 
 } // namespace
@@ -116,6 +128,83 @@ class TstBookPanel : public QObject {
         QCOMPARE(b.key(strip, Qt::Key_Left), rank1("2K5"));
         QCOMPARE(b.key(strip, Qt::Key_Left, Qt::ControlModifier), rank1("1K6"));
         QCOMPARE(b.key(scroll, Qt::Key_Left), rank1("K7"));
+    }
+
+    // Far more games than six characters of index could reach; each is
+    // shown and walked, the scroll bar takes them all.
+    void everyGameOfALargeBook() {
+        Book b(smallGames(1, 12'000));
+        QScrollBar* scroll = b.panel->gameScrollBar();
+        QCOMPARE(scroll->maximum(), 12'000);
+        for (const int game : {10'668, 12'000}) {
+            scroll->setValue(game);
+            QCOMPARE(b.label("gameLabel"), QStringLiteral("Game %1. (%1 of 12000)").arg(game));
+            QCOMPARE(b.lines(), QStringList{QStringLiteral("[Event \"game %1\"]").arg(game)});
+            QCOMPARE(b.positionEdit->text(), "K7/8/8/8/8/8/8/8");
+            QCOMPARE(b.button("nextPositionButton"), "k7/8/8/8/8/8/8/8");
+            QCOMPARE(b.label("sideLabel"), "Black moves...");
+        }
+    }
+
+    // The window lives while a book is read: the count runs, Escape stops the
+    // scan, and what was read can be walked. A pipe hands the book over in
+    // two parts, so the stop comes halfway whatever the machine's speed.
+    void escapeStopsTheScanHalfway() {
+        Fixture f;
+        const QString path = f.folder() + QStringLiteral("book.fen");
+        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+        f.state.bookFile = path;
+        f.window->loadBook();
+        QFile writer(path);
+        QVERIFY(writer.open(QIODevice::WriteOnly));
+        writer.write(smallGames(1, 6'000));
+        writer.flush();
+        auto* label = f.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"));
+        QTRY_COMPARE_WITH_TIMEOUT(label->text(), "6000 games", 60'000);
+        QVERIFY(!f.window->bookPanel()->gameScrollBar()->isEnabled());
+        f.type(QStringLiteral("K"));
+        QTest::keyClick(f.positionEdit, Qt::Key_Escape);
+        QCOMPARE(f.positionEdit->text(), "K"); // the key went to the scan, not to the box
+        // The scan ends at the first line of more; the rest finds the pipe closed.
+        std::signal(SIGPIPE, SIG_IGN);
+        writer.write(smallGames(6'001, 12'000));
+        writer.close();
+        f.waitForScan();
+        QCOMPARE(f.state.book.gameCount, 6'000);
+        QScrollBar* scroll = f.window->bookPanel()->gameScrollBar();
+        QVERIFY(scroll->isEnabled());
+        scroll->setValue(6'000);
+        QCOMPARE(label->text(), "Game 6000. (6000 of 6000)");
+        QVERIFY(f.warnings.isEmpty());
+    }
+
+    // A work file that can't grow ends the scan with a message; the games it
+    // holds can be walked and the book is as it was.
+    void aFullDiskEndsTheScanCleanly() {
+        std::signal(SIGXFSZ, SIG_IGN);
+        rlimit old{};
+        getrlimit(RLIMIT_FSIZE, &old);
+        rlimit small = old;
+        small.rlim_cur = 1'000'000;
+        Fixture f;
+        const QByteArray text = smallGames(1, 12'000);
+        QFile book(f.folder() + QStringLiteral("b.fen"));
+        QVERIFY(book.open(QIODevice::WriteOnly) && book.write(text) == text.size());
+        book.close();
+        f.state.bookFile = book.fileName();
+        setrlimit(RLIMIT_FSIZE, &small);
+        f.window->loadBook();
+        f.waitForScan();
+        setrlimit(RLIMIT_FSIZE, &old);
+        QCOMPARE(f.warnings.size(), 1);
+        QVERIFY2(f.warnings[0].contains(QStringLiteral("File too large")) &&
+                     f.warnings[0].contains(QStringLiteral("The first 2525 games")),
+                 qPrintable(f.warnings[0]));
+        QScrollBar* scroll = f.window->bookPanel()->gameScrollBar();
+        QCOMPARE(scroll->maximum(), 2'525);
+        scroll->setValue(2'525);
+        QCOMPARE(f.positionEdit->text(), "K7/8/8/8/8/8/8/8");
+        QVERIFY(book.open(QIODevice::ReadOnly) && book.readAll() == text);
     }
 
     void closingAndReopeningFromTheRecentList() {

@@ -71,6 +71,27 @@ class TstSearchWindow : public QObject {
         QVERIFY(s.warnings.isEmpty());
     }
 
+    // A book of 12,000 games, every thousandth of them rare: the search finds
+    // them past the 10,667th game, and the whole book comes back.
+    void narrowAndRestoreALargeBook() {
+        QByteArray book;
+        for (int n = 1; n <= 12'000; ++n)
+            book += (n % 1000 ? "[Event \"common\"]" : "[Event \"rare\"]") +
+                    QByteArray("\n\n1. e4 *\n\n");
+        Search s(book);
+        QCOMPARE(s.gamesShown(), 12'000);
+        s.search({"rare"});
+        QCOMPARE(s.gamesShown(), 12);
+        QScrollBar* scroll = s.window->bookPanel()->gameScrollBar();
+        QCOMPARE(scroll->maximum(), 12);
+        scroll->setValue(11);
+        QCOMPARE(s.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"))->text(),
+                 "Game 11000. (11 of 12)");
+        s.search({});
+        QCOMPARE(scroll->maximum(), 12'000);
+        QVERIFY(!s.narrowed());
+    }
+
     // What matches nothing leaves the book as it was and says so; random
     // text and a book of one game are searched like any other.
     void searchesThatFindNothing() {
