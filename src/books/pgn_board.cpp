@@ -16,9 +16,7 @@ void StylePgnBoard::setUp(const QByteArray& fen) {
 }
 
 bool StylePgnBoard::play(QByteArrayView word, int side) {
-    word_ = QString::fromLatin1(word);
-    playMove(side, word_, squareVector_, board_, notation_);
-    return !word_.isEmpty();
+    return playMove(side, word, squareVector_, board_, notation_);
 }
 
 void StylePgnBoard::boardText(QByteArray& out) {

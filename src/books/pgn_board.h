@@ -22,9 +22,6 @@ class StylePgnBoard final : public PgnBoard {
     QByteArray piecesLetters_; // the letters as single bytes, when they are
     bool singleByteLetters_ = false;
     SquareVector squareVector_{};
-    // Kept between moves to spare allocations: the scan asks for a position
-    // at every half-move.
-    QString word_;
 };
 
 } // namespace marlith

@@ -3,6 +3,7 @@
 #include "styles/style.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace marlith {
 
@@ -15,75 +16,73 @@ int16_t squareColor(int square, int columns) {
     return static_cast<int16_t>(((square % columns) + ((square / columns) % 2)) % 2);
 }
 
-int foldedContent(int value, int piecesCount) {
-    if (value > piecesCount) value -= piecesCount + 1;
-    return value < 0 ? 0 : value;
-}
-
 namespace {
 
-// One writer for both kinds of text: Text is QString or QByteArray, letter(k)
-// gives the letter of piece k (from 0).
-template <typename Text, typename Letter>
-void writeFen(const SquareVector& squareVector, const Board& board, int pieces, Letter letter,
-              Text& w) {
+// Each square adds at most its letter, the digit of the run before it and
+// the "/" of its row.
+constexpr int kMostPerSquare = 3;
+
+// One writer for both kinds of text, Unit being char or char16_t: letters
+// holds the pieces' letters, text has room for kMostPerSquare units a square.
+// Returns the length of the text. A run that passes 8 writes an "8" and
+// starts anew, so its number is a single digit.
+template <typename Unit>
+qsizetype writeFen(const SquareVector& squareVector, const Board& board, const Unit* letters,
+                   int pieces, Unit* text) {
     const int squares = std::min(board.squares(), kSquareCount);
+    const int columns = board.columns;
+    Unit* w = text;
     int col = 0;
     int run = 0;
-    auto number = [&w](int n) {
-        // A run is at most a row long; rows may have up to 400 squares.
-        if (n >= 100) w += static_cast<char>('0' + n / 100);
-        if (n >= 10) w += static_cast<char>('0' + n / 10 % 10);
-        w += static_cast<char>('0' + n % 10);
-    };
     for (int i = 0; i < squares; ++i) {
         const int k = foldedContent(squareVector[i][1], pieces);
-        if (k < 1 || k > pieces) {
-            ++col;
-            ++run;
-            if (col == board.columns) {
-                number(run);
-                w += '/';
-                run = 0;
-                col = 0;
-            }
-            if (run > 8) {
-                w += '8';
-                run = 1;
-            }
-        } else {
-            if (run > 0) {
-                number(run);
-                run = 0;
-            }
-            w += letter(k - 1);
-            ++col;
-            if (col == board.columns) {
-                w += '/';
-                col = 0;
-            }
+        const bool rowEnd = ++col == columns;
+        if (k >= 1 && k <= pieces) {
+            // The digit is stored in any case and kept after a run: empty
+            // and full squares follow each other without a pattern.
+            *w = static_cast<Unit>('0' + run);
+            w += run > 0;
+            *w++ = letters[k - 1];
+            run = 0;
+        } else if (rowEnd) {
+            *w++ = static_cast<Unit>('0' + run + 1);
+            run = 0;
+        } else if (++run > 8) {
+            *w++ = '8';
+            run = 1;
+        }
+        if (rowEnd) {
+            *w++ = '/';
+            col = 0;
         }
     }
-    if (w.endsWith('/')) w.chop(1);
+    // A last row the squares do not fill ends without its run.
+    if (w != text && w[-1] == '/') --w;
+    return w - text;
 }
 
 } // namespace
 
 QString squaresToFen(const SquareVector& squareVector, const Board& board,
                      const QString& piecesList) {
-    QString w;
-    writeFen(
-        squareVector, board, static_cast<int>(piecesList.size()),
-        [&piecesList](int k) { return piecesList.at(k); }, w);
-    return w;
+    char16_t text[kMostPerSquare * kSquareCount];
+    const qsizetype size = writeFen(squareVector, board, QStringView(piecesList).utf16(),
+                                    static_cast<int>(piecesList.size()), text);
+    return size > 0 ? QString(reinterpret_cast<const QChar*>(text), size) : QString();
 }
 
 void squaresToFen(const SquareVector& squareVector, const Board& board,
                   const QByteArray& piecesList, QByteArray& out) {
-    out.clear();
-    writeFen(
-        squareVector, board, static_cast<int>(piecesList.size()),
-        [&piecesList](int k) { return piecesList.at(k); }, out);
+    char text[kMostPerSquare * kSquareCount];
+    const qsizetype size = writeFen(squareVector, board, piecesList.constData(),
+                                    static_cast<int>(piecesList.size()), text);
+    if (size == 0) {
+        out.clear();
+        return;
+    }
+    // Resizing keeps the caller's buffer, which has room after the first game.
+    out.resize(size);
+    std::memcpy(out.data(), text, static_cast<size_t>(size));
 }
 
 void invalidatePainted(SquareVector& squareVector, const Board& board) {

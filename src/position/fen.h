@@ -26,7 +26,10 @@ struct Board {
 int16_t squareColor(int square, int columns);
 
 // Wanted content folded back from a sheet cell to 0..L; negatives are empty.
-int foldedContent(int value, int piecesCount);
+inline int foldedContent(int value, int piecesCount) {
+    if (value > piecesCount) value -= piecesCount + 1;
+    return value < 0 ? 0 : value;
+}
 
 QString squaresToFen(const SquareVector& squareVector, const Board& board,
                      const QString& piecesList);

@@ -1,37 +1,66 @@
 #include "position/move_reader.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <limits>
+#include <memory>
 
 namespace marlith {
 
 namespace {
 
-constexpr QChar kBlank = QLatin1Char(' ');
+constexpr char16_t kBlank = u' ';
+
+enum class Outcome { NoMove, Moved, Castled };
 
 // Place of ch in list, counting from 1; 0 when absent, -1 when the place does
 // not fit in a square of the vector.
-int place(const QString& list, QChar ch) {
-    const qsizetype at = list.indexOf(ch);
-    if (at < 0) return 0;
-    return at < std::numeric_limits<int16_t>::max() ? static_cast<int>(at) + 1 : -1;
+int place(QStringView list, char16_t ch) {
+    const char16_t* const units = list.utf16();
+    for (qsizetype at = 0; at < list.size(); ++at) {
+        if (units[at] == ch)
+            return at < std::numeric_limits<int16_t>::max() ? static_cast<int>(at) + 1 : -1;
+    }
+    return 0;
 }
 
 bool insideVector(long long i) {
     return i >= 0 && i < kSquareCount;
 }
 
-bool isDigit(QChar ch) {
-    return ch >= QLatin1Char('0') && ch <= QLatin1Char('9');
+bool isDigit(char16_t ch) {
+    return ch >= u'0' && ch <= u'9';
 }
 
 // A digit's value; any other sign is worth 0.
-int digitValue(QChar ch) {
-    return isDigit(ch) ? ch.unicode() - '0' : 0;
+int digitValue(char16_t ch) {
+    return isDigit(ch) ? ch - u'0' : 0;
 }
 
-bool startsWithEither(const QString& word, const char* letterO, const char* digitO) {
-    return word.startsWith(QLatin1String(letterO)) || word.startsWith(QLatin1String(digitO));
+// QChar's upper case of one unit; ASCII, nearly every word, spares the tables.
+char16_t upperOf(char16_t ch) {
+    if (ch < 0x80) return ch >= u'a' && ch <= u'z' ? static_cast<char16_t>(ch - 32) : ch;
+    return QChar(ch).toUpper().unicode();
+}
+
+// The first unit of QString::toLower() of the single unit ch. That is QChar's
+// mapping but for U+0130, whose full lower case "i\u0307" QChar leaves alone.
+char16_t lowerOf(char16_t ch) {
+    if (ch < 0x80) return ch >= u'A' && ch <= u'Z' ? static_cast<char16_t>(ch + 32) : ch;
+    return ch == u'\u0130' ? u'i' : QChar(ch).toLower().unicode();
+}
+
+template <typename Unit> bool startsWith(const Unit* word, qsizetype size, const char* prefix) {
+    for (qsizetype n = 0; prefix[n] != '\0'; ++n) {
+        if (n >= size || word[n] != static_cast<unsigned char>(prefix[n])) return false;
+    }
+    return true;
+}
+
+template <typename Unit>
+bool startsWithEither(const Unit* word, qsizetype size, const char* letterO, const char* digitO) {
+    return startsWith(word, size, letterO) || startsWith(word, size, digitO);
 }
 
 // Writes the four squares of a castling, in order. A square outside the
@@ -40,8 +69,8 @@ bool castle(bool black, bool longSide, SquareVector& squareVector, const Board& 
             const QString& englishNotation) {
     const long long cols = board.columns;
     const long long last = cols * board.rows - 1;
-    const int king = place(englishNotation, QLatin1Char(black ? 'k' : 'K'));
-    const int rook = place(englishNotation, QLatin1Char(black ? 'r' : 'R'));
+    const int king = place(englishNotation, black ? u'k' : u'K');
+    const int rook = place(englishNotation, black ? u'r' : u'R');
     if (king < 0 || rook < 0) return false;
 
     long long squares[4];
@@ -68,7 +97,7 @@ bool castle(bool black, bool longSide, SquareVector& squareVector, const Board& 
 class SourceSearch {
   public:
     SourceSearch(const SquareVector& squareVector, const Board& board, long long target,
-                 long long col, long long row, int piece, QChar file, QChar rank)
+                 long long col, long long row, int piece, char16_t file, char16_t rank)
         : squareVector_(squareVector), cols_(board.columns), rows_(board.rows), target_(target),
           col_(col), row_(row), piece_(piece), file_(file), rank_(rank) {}
 
@@ -96,7 +125,7 @@ class SourceSearch {
         if (p == 0) return true;
         if (p != piece_) return false;
         // A piece of the right kind on the wrong file or rank does not block.
-        if (file_ != kBlank && file_.unicode() - 97 != c) return true;
+        if (file_ != kBlank && file_ - 97 != c) return true;
         if (rank_ != kBlank && 8 - digitValue(rank_) != r) return true;
         source_ = i;
         return false;
@@ -109,52 +138,52 @@ class SourceSearch {
     long long col_;
     long long row_;
     int piece_;
-    QChar file_;
-    QChar rank_;
+    char16_t file_;
+    char16_t rank_;
     long long source_ = -1;
     bool failed_ = false;
 };
 
 // The searches in their order, which is the tie-break between two pieces.
-void searchInOrder(SourceSearch& search, QChar kind) {
-    const QChar upper = kind.toUpper();
-    if (upper == QLatin1Char('Q')) {
+void searchInOrder(SourceSearch& search, char16_t kind) {
+    const char16_t upper = upperOf(kind);
+    if (upper == u'Q') {
         for (int s : {1, -1}) {
             search.ray(s, s);
             search.ray(-s, s);
             search.ray(0, s);
             search.ray(s, 0);
         }
-    } else if (upper == QLatin1Char('R')) {
+    } else if (upper == u'R') {
         for (int s : {1, -1}) {
             search.ray(0, s);
             search.ray(s, 0);
         }
-    } else if (upper == QLatin1Char('B')) {
+    } else if (upper == u'B') {
         for (int s : {1, -1}) {
             search.ray(s, s);
             search.ray(-s, s);
         }
-    } else if (upper == QLatin1Char('N')) {
+    } else if (upper == u'N') {
         for (int s : {1, -1}) {
             search.single(s, 2 * s);
             search.single(-s, 2 * s);
             search.single(2 * s, s);
             search.single(-2 * s, s);
         }
-    } else if (upper == QLatin1Char('K')) {
+    } else if (upper == u'K') {
         for (int s : {1, -1}) {
             search.single(-s, s);
             search.single(0, s);
             search.single(s, s);
             search.single(s, 0);
         }
-    } else if (kind == QLatin1Char('P')) {
+    } else if (kind == u'P') {
         search.single(0, 1);
         search.single(0, 2);
         search.single(-1, 1);
         search.single(1, 1);
-    } else if (kind == QLatin1Char('p')) {
+    } else if (kind == u'p') {
         search.single(0, -1);
         search.single(0, -2);
         search.single(1, -1);
@@ -162,95 +191,159 @@ void searchInOrder(SourceSearch& search, QChar kind) {
     }
 }
 
-} // namespace
-
-void playMove(int side, QString& word, SquareVector& squareVector, const Board& board,
-              const Notation& notation) {
-    const bool black = side == 1;
-    if (startsWithEither(word, "O-O-O", "0-0-0") || startsWithEither(word, "O-O", "0-0")) {
-        const bool longSide = startsWithEither(word, "O-O-O", "0-0-0");
-        if (!castle(black, longSide, squareVector, board, notation.englishNotation)) word.clear();
-        return;
-    }
-
-    QString w = word;
-    word.clear();
-
-    // "e.p." has left "ep" in the word; it is no part of the move.
-    for (qsizetype at = 0; at + 1 < w.size(); ++at) {
-        const QChar a = w.at(at);
-        const QChar b = w.at(at + 1);
-        if ((a == QLatin1Char('e') || a == QLatin1Char('E')) &&
-            (b == QLatin1Char('p') || b == QLatin1Char('P'))) {
-            w.replace(at, 2, QStringLiteral("  "));
-            break;
-        }
-    }
-    static const QString kDropped = QStringLiteral("!?xX+#- ");
-    w.removeIf([](QChar ch) { return kDropped.contains(ch); });
-
+// Plays the word w of size units, from which the signs that are no part of
+// the move are gone. w is the caller's buffer, not const: GCC would take the
+// unwritten rest of it for a read of uninitialised memory.
+Outcome playCleanWord(bool black, char16_t* w, qsizetype size, SquareVector& squareVector,
+                      const Board& board, const Notation& notation) {
     // Promotion is read only as "=" and a letter at the end.
-    QString promotion;
-    const qsizetype equals = w.indexOf(QLatin1Char('='));
-    if (equals >= 0) {
-        if (w.size() < 2) return;
-        promotion = w.mid(equals + 1, 1);
-        w.chop(2);
+    qsizetype end = size;
+    char16_t promotion = 0;
+    bool promotes = false;
+    const char16_t* const equals = std::find(w, w + size, u'=');
+    if (equals != w + size) {
+        if (size < 2) return Outcome::NoMove;
+        if (equals + 1 != w + size) {
+            promotion = equals[1];
+            promotes = true;
+        }
+        end -= 2;
     }
 
-    QString pieceLetter;
-    if (w.isEmpty()) return;
-    if (w.at(0) == w.at(0).toUpper()) {
-        pieceLetter = w.left(1);
-        w.remove(0, 1);
+    if (end == 0) return Outcome::NoMove;
+    qsizetype from = 0;
+    char16_t pieceLetter = 0;
+    bool lettered = false;
+    if (w[0] == upperOf(w[0])) {
+        pieceLetter = w[0];
+        lettered = true;
+        from = 1;
     }
     if (black) {
-        pieceLetter = pieceLetter.toLower();
-        promotion = promotion.toLower();
+        if (lettered) pieceLetter = lowerOf(pieceLetter);
+        if (promotes) promotion = lowerOf(promotion);
     }
 
     // Ranks are counted for eight rows whatever the board's height.
-    if (w.size() < 2) return;
-    const long long row = 8 - digitValue(w.at(w.size() - 1));
-    const long long col = static_cast<long long>(w.at(w.size() - 2).unicode()) - 97;
-    w.chop(2);
+    if (end - from < 2) return Outcome::NoMove;
+    const long long row = 8 - digitValue(w[end - 1]);
+    const long long col = static_cast<long long>(w[end - 2]) - 97;
+    end -= 2;
     // Mask of file and rank: "a" is a file, "3" a rank, "e2" a file alone.
-    QString mask = w.isEmpty() ? QStringLiteral("  ") : w;
-    if (w.size() == 1 && isDigit(w.at(0)))
-        mask.prepend(kBlank);
-    else if (!w.isEmpty())
-        mask.append(kBlank);
-    const QChar file = mask.at(0);
-    const QChar rank = mask.at(mask.size() - 1);
+    const qsizetype maskSize = end - from;
+    char16_t file = kBlank;
+    char16_t rank = kBlank;
+    if (maskSize == 1 && isDigit(w[from]))
+        rank = w[from];
+    else if (maskSize > 0)
+        file = w[from];
 
-    if (pieceLetter.isEmpty()) pieceLetter = black ? QStringLiteral("p") : QStringLiteral("P");
-    const int piece = place(notation.piecesList, pieceLetter.at(0));
-    if (promotion.isEmpty()) promotion = pieceLetter;
-    const int result = place(notation.piecesList, promotion.at(0));
+    if (!lettered) pieceLetter = black ? u'p' : u'P';
+    const int piece = place(notation.piecesList, pieceLetter);
+    if (!promotes) promotion = pieceLetter;
+    const int result = place(notation.piecesList, promotion);
     const long long target = row * board.columns + col;
-    if (piece <= 0 || result < 0) return;
-    const QChar kind =
-        piece <= notation.englishNotation.size() ? notation.englishNotation.at(piece - 1) : QChar();
+    if (piece <= 0 || result < 0) return Outcome::NoMove;
+    const char16_t kind = piece <= notation.englishNotation.size()
+                              ? notation.englishNotation.at(piece - 1).unicode()
+                              : u'\0';
 
     SourceSearch search(squareVector, board, target, col, row, piece, file, rank);
-    if (kind == QLatin1Char('P') || kind == QLatin1Char('p')) {
+    if (kind == u'P' || kind == u'p') {
         // A pawn that takes onto an empty square takes en passant: the pawn
         // beside it goes before any source is looked for.
-        if (mask != QLatin1String("  ")) {
-            if (!insideVector(target)) return;
+        if (maskSize > 0) {
+            if (!insideVector(target)) return Outcome::NoMove;
             if (squareVector[target][1] <= 0) {
-                const long long taken =
-                    target + (kind == QLatin1Char('P') ? 1 : -1) * board.columns;
-                if (!insideVector(taken)) return;
+                const long long taken = target + (kind == u'P' ? 1 : -1) * board.columns;
+                if (!insideVector(taken)) return Outcome::NoMove;
                 squareVector[taken][1] = 0;
             }
         }
     }
     searchInOrder(search, kind);
-    if (search.failed() || search.source() < 0 || !insideVector(target)) return;
+    if (search.failed() || search.source() < 0 || !insideVector(target)) return Outcome::NoMove;
     squareVector[target][1] = static_cast<int16_t>(result);
     squareVector[search.source()][1] = 0;
-    word = QStringLiteral("ok");
+    return Outcome::Moved;
+}
+
+bool isDropped(char16_t ch) {
+    switch (ch) {
+    case u'!':
+    case u'?':
+    case u'x':
+    case u'X':
+    case u'+':
+    case u'#':
+    case u'-':
+    case u' ':
+        return true;
+    default:
+        return false;
+    }
+}
+
+// Unit is char16_t for UTF-16 text, unsigned char for Latin-1 text.
+template <typename Unit>
+Outcome playWord(int side, const Unit* word, qsizetype size, SquareVector& squareVector,
+                 const Board& board, const Notation& notation) {
+    const bool black = side == 1;
+    if (startsWithEither(word, size, "O-O-O", "0-0-0") ||
+        startsWithEither(word, size, "O-O", "0-0")) {
+        const bool longSide = startsWithEither(word, size, "O-O-O", "0-0-0");
+        return castle(black, longSide, squareVector, board, notation.englishNotation)
+                   ? Outcome::Castled
+                   : Outcome::NoMove;
+    }
+
+    // "e.p." has left "ep" in the word; it is no part of the move.
+    qsizetype passant = -1;
+    for (qsizetype at = 0; at + 1 < size; ++at) {
+        const Unit a = word[at];
+        const Unit b = word[at + 1];
+        if ((a == 'e' || a == 'E') && (b == 'p' || b == 'P')) {
+            passant = at;
+            break;
+        }
+    }
+    // Only a word longer than any move takes the heap.
+    char16_t shortWord[32];
+    std::unique_ptr<char16_t[]> longWord;
+    char16_t* const clean = size <= qsizetype(std::size(shortWord))
+                                ? shortWord
+                                : (longWord = std::make_unique<char16_t[]>(size)).get();
+    qsizetype kept = 0;
+    for (qsizetype at = 0; at < size; ++at) {
+        if (passant >= 0 && (at == passant || at == passant + 1)) continue;
+        const char16_t ch = word[at];
+        if (!isDropped(ch)) clean[kept++] = ch;
+    }
+    return playCleanWord(black, clean, kept, squareVector, board, notation);
+}
+
+} // namespace
+
+void playMove(int side, QString& word, SquareVector& squareVector, const Board& board,
+              const Notation& notation) {
+    const QStringView units(word);
+    switch (playWord(side, units.utf16(), units.size(), squareVector, board, notation)) {
+    case Outcome::NoMove:
+        word.clear();
+        break;
+    case Outcome::Moved:
+        word = QStringLiteral("ok");
+        break;
+    case Outcome::Castled:
+        break;
+    }
+}
+
+bool playMove(int side, QByteArrayView latin1Word, SquareVector& squareVector, const Board& board,
+              const Notation& notation) {
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(latin1Word.data());
+    return playWord(side, bytes, latin1Word.size(), squareVector, board, notation) !=
+           Outcome::NoMove;
 }
 
 } // namespace marlith

@@ -4,6 +4,7 @@
 #include "position/fen.h"
 #include "position/notation.h"
 
+#include <QByteArrayView>
 #include <QString>
 
 namespace marlith {
@@ -13,6 +14,12 @@ namespace marlith {
 // when a move was made, and as it came for castling. No rule of chess is
 // checked: the first piece of the right kind that can reach the target moves.
 void playMove(int side, QString& word, SquareVector& squareVector, const Board& board,
+              const Notation& notation);
+
+// The same for a word of Latin-1 text, as the game scanner reads it, without
+// a string per move: true when the move or the castling was played, that is
+// when the QString version would leave the word non-empty.
+bool playMove(int side, QByteArrayView latin1Word, SquareVector& squareVector, const Board& board,
               const Notation& notation);
 
 } // namespace marlith

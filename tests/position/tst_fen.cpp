@@ -85,20 +85,23 @@ class TstFen : public QObject {
 
     void writing() {
         // A run longer than 8 is cut into 8 and the rest, unless it ends the
-        // row; sheet cells of colour 1 fold, a negative content is empty.
+        // row; sheet cells of colour 1 fold, a negative content is empty. A
+        // board of more than 400 squares has 64: the unfilled last row drops
+        // its run. The game scanner's byte text is the same.
         const struct {
             int rows, columns, square, content;
             const char* fen;
-        } cases[] = {{2, 10, 0, 8, "R9/82"},
-                     {1, 12, 9, 12, "81K2"},
-                     {1, 8, 1, 15, "1P6"},
-                     {1, 8, 1, 13, "8"},
-                     {1, 8, 0, -1, "8"}};
+        } cases[] = {{2, 10, 0, 8, "R9/82"}, {1, 12, 9, 12, "81K2"},
+                     {1, 8, 1, 15, "1P6"},   {1, 8, 1, 13, "8"},
+                     {1, 8, 0, -1, "8"},     {30, 30, 62, 12, "8886/8886/2K"}};
         for (const auto& [rows, columns, square, content, fen] : cases) {
             SquareVector squareVector{};
             squareVector[square][1] = int16_t(content);
             QCOMPARE(squaresToFen(squareVector, Board{rows, columns}, kPieces),
                      QString::fromLatin1(fen));
+            QByteArray bytes = "junk";
+            squaresToFen(squareVector, Board{rows, columns}, kPieces.toLatin1(), bytes);
+            QCOMPARE(bytes, QByteArray(fen));
         }
     }
 
