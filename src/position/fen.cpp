@@ -18,25 +18,18 @@ int16_t squareColor(int square, int columns) {
 
 namespace {
 
-// Each square adds at most its letter, the digit of the run before it and
-// the "/" of its row.
-constexpr int kMostPerSquare = 3;
-
-// One writer for both kinds of text, Unit being char or char16_t: letters
-// holds the pieces' letters, text has room for kMostPerSquare units a square.
-// Returns the length of the text. A run that passes 8 writes an "8" and
-// starts anew, so its number is a single digit.
+// The writer for both kinds of text, Unit being char or char16_t: letters
+// holds the pieces' letters, the text has room for kMostPerSquare units a
+// square. A run that passes 8 writes an "8" and starts anew, so its number is
+// a single digit. `count` squares from `square` on: a full row ends with its
+// run and "/", the part of a row that ends the board without its run.
 template <typename Unit>
-qsizetype writeFen(const SquareVector& squareVector, const Board& board, const Unit* letters,
-                   int pieces, Unit* text) {
-    const int squares = std::min(board.squares(), kSquareCount);
-    const int columns = board.columns;
-    Unit* w = text;
-    int col = 0;
+Unit* writeRow(const SquareSlots* square, int count, int columns, const Unit* letters, int pieces,
+               Unit* w) {
     int run = 0;
-    for (int i = 0; i < squares; ++i) {
-        const int k = foldedContent(squareVector[i][1], pieces);
-        const bool rowEnd = ++col == columns;
+    for (int col = 1; col <= count; ++col, ++square) {
+        const int k = foldedContent((*square)[1], pieces);
+        const bool rowEnd = col == columns;
         if (k >= 1 && k <= pieces) {
             // The digit is stored in any case and kept after a run: empty
             // and full squares follow each other without a pattern.
@@ -46,17 +39,26 @@ qsizetype writeFen(const SquareVector& squareVector, const Board& board, const U
             run = 0;
         } else if (rowEnd) {
             *w++ = static_cast<Unit>('0' + run + 1);
-            run = 0;
         } else if (++run > 8) {
             *w++ = '8';
             run = 1;
         }
-        if (rowEnd) {
-            *w++ = '/';
-            col = 0;
-        }
+        if (rowEnd) *w++ = '/';
     }
-    // A last row the squares do not fill ends without its run.
+    return w;
+}
+
+// Returns the length of the text.
+template <typename Unit>
+qsizetype writeFen(const SquareVector& squareVector, const Board& board, const Unit* letters,
+                   int pieces, Unit* text) {
+    const int squares = std::min(board.squares(), kSquareCount);
+    // Without columns the squares run on as one row that never ends.
+    const int step = board.columns > 0 ? board.columns : squares;
+    Unit* w = text;
+    for (int i = 0; i < squares; i += step)
+        w = writeRow(squareVector.data() + i, std::min(step, squares - i), board.columns, letters,
+                     pieces, w);
     if (w != text && w[-1] == '/') --w;
     return w - text;
 }
@@ -83,6 +85,12 @@ void squaresToFen(const SquareVector& squareVector, const Board& board,
     // Resizing keeps the caller's buffer, which has room after the first game.
     out.resize(size);
     std::memcpy(out.data(), text, static_cast<size_t>(size));
+}
+
+qsizetype rowToFen(const SquareSlots* row, int columns, const QByteArray& piecesList, char* out) {
+    return writeRow(row, columns, columns, piecesList.constData(),
+                    static_cast<int>(piecesList.size()), out) -
+           out;
 }
 
 void invalidatePainted(SquareVector& squareVector, const Board& board) {

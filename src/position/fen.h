@@ -38,6 +38,14 @@ QString squaresToFen(const SquareVector& squareVector, const Board& board,
 void squaresToFen(const SquareVector& squareVector, const Board& board,
                   const QByteArray& piecesList, QByteArray& out);
 
+// Each square adds at most its letter, the digit of the run before it and
+// the "/" of its row.
+inline constexpr int kMostPerSquare = 3;
+// One full row in the same text, "/" behind it, into out, which has room for
+// kMostPerSquare characters a square; the length. The game scanner writes
+// again only the rows a move touched.
+qsizetype rowToFen(const SquareSlots* row, int columns, const QByteArray& piecesList, char* out);
+
 void invalidatePainted(SquareVector& squareVector, const Board& board);
 
 // Text of the board field with the counter prefix "(...)" dropped.
