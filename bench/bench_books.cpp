@@ -115,8 +115,8 @@ Run baselineInChild(const QString& book) {
 }
 
 // The records of a scanned game book as books of the other formats: a FEN
-// book of its tags and positions, an EPD book of its positions with an
-// operation each.
+// book of its tags and positions, an EPD book of its first 600,000 positions
+// (each a game) with an operation each.
 void writeTextBooks(const QString& workPath, int32_t records, const QString& fenPath,
                     const QString& epdPath) {
     QFile work(workPath);
@@ -127,10 +127,11 @@ void writeTextBooks(const QString& workPath, int32_t records, const QString& fen
         return;
     QByteArray fenText;
     QByteArray epdText;
+    int positions = 0;
     for (int32_t n = 0; n < records; ++n) {
         const Record record = parseRecord(work.read(kRecordLength));
         fenText += record.text + "\r\n";
-        if (record.kind == kPositionKind)
+        if (record.kind == kPositionKind && ++positions <= 600'000)
             epdText += record.text + " id \"game " + record.game.trimmed() + "\";\r\n";
         if (fenText.size() > (1 << 20)) {
             fen.write(fenText);

@@ -296,57 +296,57 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
         sink.finish(end);
         return scan;
     };
-    QFile entries(bookFile);
-    QFile texts(bookFile);
-    if (!work.isOpen() || !entries.open(QIODevice::ReadOnly) || !texts.open(QIODevice::ReadOnly))
-        return fail();
-    const qint64 fileSize = entries.size();
-    auto readExactly = [](QFile& file, qint64 at, qint64 size, QByteArray& out) {
-        if (at < 0 || size < 0 || at + size > file.size() || !file.seek(at)) return false;
-        out = file.read(size);
-        return out.size() == size;
+    constexpr int kEntrySize = 96;
+    // Entries follow the 16-bit count; a text pointer has 24 bits and a text
+    // length 16: nothing behind this reach can be named, so the file is read
+    // at once as far as it goes.
+    constexpr qint64 kReach = 2 + 65'536LL * kEntrySize + (1LL << 24) + 2 + 65'535;
+    QFile file(bookFile);
+    if (!work.isOpen() || !file.open(QIODevice::ReadOnly)) return fail();
+    const qint64 fileSize = file.size();
+    const QByteArray book = file.read(std::min(fileSize, kReach));
+    if (book.size() != std::min(fileSize, kReach)) return fail();
+    // The bytes from `at` on, when the file has them all.
+    auto bytesAt = [&book](qint64 at, qint64 size) {
+        return at >= 0 && size >= 0 && at + size <= book.size()
+                   ? reinterpret_cast<const unsigned char*>(book.constData()) + at
+                   : nullptr;
     };
-    auto u16 = [](const QByteArray& b, int at) {
-        return static_cast<int>(static_cast<unsigned char>(b[at])) |
-               (static_cast<int>(static_cast<unsigned char>(b[at + 1])) << 8);
-    };
-    QByteArray bytes;
-    if (!readExactly(entries, 0, 2, bytes)) return fail();
-    scan.gameCount = u16(bytes, 0) + 1;
+    auto u16 = [](const unsigned char* b) { return b[0] | (b[1] << 8); };
+    const unsigned char* count = bytesAt(0, 2);
+    if (!count) return fail();
+    scan.gameCount = u16(count) + 1;
     static constexpr const char* kTags[7] = {"White", "Site",  "Result", "ECO",
                                              "Comm1", "Comm2", "Comm3"};
-    constexpr int kEntrySize = 96;
     SquareVector squareVector{};
     const Board board{rows, columns};
+    QByteArray tag;
     for (int32_t n = 1; n <= scan.gameCount; ++n) {
         if (sink.stopped()) return fail(ScanEnd::Stopped);
         sink.startGame(n, 100); // the count has 16 bits: far below the last game number
-        QByteArray entry;
         // An entry promised by the count but not in the file ends the scan.
-        if (!readExactly(entries, 2 + static_cast<qint64>(n - 1) * kEntrySize, kEntrySize, entry))
-            return fail();
-        const int flags = static_cast<unsigned char>(entry[2]);
-        const int moves = static_cast<unsigned char>(entry[3]);
-        if (!sink.write(kHeaderKind, "[Event \"" + stipulationText(flags, moves) + "\"]"))
+        const unsigned char* entry =
+            bytesAt(2 + static_cast<qint64>(n - 1) * kEntrySize, kEntrySize);
+        if (!entry) return fail();
+        if (!sink.write(kHeaderKind, "[Event \"" + stipulationText(entry[2], entry[3]) + "\"]"))
             return fail(sink.failure());
         for (int t = 0; t < 7; ++t) {
-            const int base = 4 + t * 4;
-            const qint64 offset =
-                static_cast<qint64>(u16(entry, base)) |
-                (static_cast<qint64>(static_cast<unsigned char>(entry[base + 2])) << 16);
-            QByteArray length;
+            const unsigned char* pointer = entry + 4 + t * 4;
+            const qint64 offset = u16(pointer) | (static_cast<qint64>(pointer[2]) << 16);
             // Offset 0 is the count, never a text: a damaged entry.
-            if (offset < 2 || offset >= fileSize || !readExactly(texts, offset, 2, length))
-                return fail();
-            const int size = u16(length, 0);
+            const unsigned char* length = offset < 2 ? nullptr : bytesAt(offset, 2);
+            if (!length) return fail();
+            const int size = u16(length);
             if (size == 0) continue;
-            QByteArray text;
-            if (!readExactly(texts, offset + 2, size, text)) return fail();
-            const QByteArray tag = QByteArray("[") + kTags[t] + " \"" + text + "\"]";
+            const unsigned char* text = bytesAt(offset + 2, size);
+            if (!text) return fail();
+            tag.resize(0);
+            tag.append('[').append(kTags[t]).append(" \"");
+            tag.append(reinterpret_cast<const char*>(text), size).append("\"]");
             if (!sink.write(kHeaderKind, tag)) return fail(sink.failure());
         }
         for (int square = 0; square < 64; ++square) {
-            const char letter = pbmPieceLetter(static_cast<unsigned char>(entry[32 + square]));
+            const char letter = pbmPieceLetter(entry[32 + square]);
             if (!letter) return fail();
             const qsizetype at = piecesList.indexOf(QLatin1Char(letter));
             squareVector[square][1] = static_cast<int16_t>(at < 0 ? 0 : at + 1);
