@@ -1,4 +1,5 @@
 #include "chooser/chooser_rules.h"
+#include "support/file_bytes.h"
 
 #include <QDir>
 #include <QFile>
@@ -6,15 +7,7 @@
 #include <QTest>
 
 using namespace marlith;
-
-namespace {
-
-void touch(const QString& path) {
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly)) file.write("x");
-}
-
-} // namespace
+using namespace marlith::testing;
 
 class TstChooserRules : public QObject {
     Q_OBJECT
@@ -51,7 +44,7 @@ class TstChooserRules : public QObject {
     void filesAndFoldersOfAFolder() {
         QTemporaryDir dir;
         for (const char* name : {"a.pgn", "B.PGN", "c.fen", "noext", ".hidden.pgn", "z.pgn.bak"})
-            touch(dir.filePath(QLatin1String(name)));
+            writeFile(dir.filePath(QLatin1String(name)));
         for (const char* name : {"folder.pgn", "Beta", "alpha", ".git"})
             QDir(dir.path()).mkdir(QLatin1String(name));
         const QString path = dir.path();

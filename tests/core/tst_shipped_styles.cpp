@@ -4,6 +4,7 @@
 #include "engines/engine_files.h"
 #include "engines/popeye.h"
 #include "styles/style_block.h"
+#include "support/file_bytes.h"
 
 #include <QFile>
 #include <QImage>
@@ -47,9 +48,7 @@ class TstShippedStyles : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void library() {
-        QFile file(shippedSettingsPath());
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray bytes = file.readAll();
+        const QByteArray bytes = marlith::testing::readFile(shippedSettingsPath());
         QCOMPARE(bytes.count('\n'), bytes.count("\r\n"));
 
         const ReadStyle first = readStyle(QString());

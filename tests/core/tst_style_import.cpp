@@ -1,5 +1,6 @@
 #include "core/settings.h"
 #include "core/style_import.h"
+#include "support/file_bytes.h"
 
 #include <QDir>
 #include <QFile>
@@ -8,23 +9,9 @@
 #include <QTest>
 
 using namespace marlith;
+using namespace marlith::testing;
 
 namespace {
-
-QByteArray crlf(QByteArray text) {
-    return text.replace("\n", "\r\n");
-}
-
-void put(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-    QCOMPARE(file.write(bytes), bytes.size());
-}
-
-QByteArray get(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("<missing>");
-}
 
 // A style file in its own folder, a program folder, and the user's answers.
 struct Run {
@@ -37,10 +24,10 @@ struct Run {
 
     QString in(const char* name) const { return source.path() + u'/' + QLatin1String(name); }
     QString home(const char* name) const { return program.path() + u'/' + QLatin1String(name); }
-    QString settings() const { return QString::fromUtf8(get(home("Marlith.ini"))); }
+    QString settings() const { return QString::fromUtf8(readFile(home("Marlith.ini"))); }
 
     QStringList import(const QByteArray& styleFile, const char* fileName = "s.sty") {
-        put(in(fileName), crlf(styleFile));
+        writeFile(in(fileName), crlf(styleFile));
         ImportHooks hooks;
         hooks.ask = [this](const QString& text, ImportButtons) {
             questions.append(text);
@@ -58,8 +45,8 @@ class TstStyleImport : public QObject {
   private Q_SLOTS:
     void blocksComeWithTheirBitmaps() {
         Run run;
-        put(run.in("a.bmp"), "sheet");
-        put(run.in("b.bmp"), "border");
+        writeFile(run.in("a.bmp"), "sheet");
+        writeFile(run.in("b.bmp"), "border");
         const QStringList added = run.import(
             "RecentStyle = x\nBeginStyle = Alpha\n  PiecesFile = a.bmp\n  BorderFile = b.bmp\n"
             "  SqrWidth = 20\nEndStyle\n"
@@ -70,8 +57,8 @@ class TstStyleImport : public QObject {
         QCOMPARE(added, QStringList({"Alpha", "Beta"}));
         QCOMPARE(run.known, added);
         QVERIFY(run.questions.isEmpty());
-        QCOMPARE(get(run.home("a.bmp")), QByteArray("sheet"));
-        QCOMPARE(get(run.home("b.bmp")), QByteArray("border"));
+        QCOMPARE(readFile(run.home("a.bmp")), QByteArray("sheet"));
+        QCOMPARE(readFile(run.home("b.bmp")), QByteArray("border"));
         // Lengths that no draw has filled in are stored as 0.
         QVERIFY(run.settings().startsWith(QString::fromLatin1(
             crlf("BeginStyle = Alpha\n  PiecesFile = a.bmp\n  BorderFile = b.bmp\n"
@@ -86,7 +73,7 @@ class TstStyleImport : public QObject {
     void filesAreTakenFromBesideTheStyleFileOnly() {
         Run run;
         QDir(run.source.path()).mkdir(QStringLiteral("sub"));
-        put(run.in("here.bmp"), "here");
+        writeFile(run.in("here.bmp"), "here");
         QVERIFY(QFile::link(QStringLiteral("/etc/passwd"), run.in("sub/link.bmp")));
         run.answers = {ImportAnswer::Ok, ImportAnswer::Ok, ImportAnswer::Ok};
         const QStringList added =
@@ -111,7 +98,7 @@ class TstStyleImport : public QObject {
         QCOMPARE(run.questions,
                  QStringList({"BorderFile " + run.source.path() + "/passwd not found!"}));
         QCOMPARE(QDir(run.program.path()).entryList(QDir::Files), QStringList());
-        put(run.in("passwd"), "a border");
+        writeFile(run.in("passwd"), "a border");
         QCOMPARE(run.import("BeginStyle = Up\n  PiecesFile = ../../here.bmp\n"
                             "  BorderFile = /etc/passwd\nEndStyle\n"),
                  QStringList({"Up"}));
@@ -125,7 +112,7 @@ class TstStyleImport : public QObject {
     // import and keeps what came before it.
     void knownNamesAreAskedFor() {
         Run run;
-        put(run.in("p.bmp"), "p");
+        writeFile(run.in("p.bmp"), "p");
         run.known = QStringList({"Alpha", "Beta"});
         run.answers = {ImportAnswer::No, ImportAnswer::Yes, ImportAnswer::Cancel};
         const QStringList added =
@@ -148,16 +135,17 @@ class TstStyleImport : public QObject {
     // owns it and is being replaced; any other file keeps its bytes.
     void otherStylesKeepTheirFiles() {
         Run run;
-        put(run.home("Marlith.ini"), crlf("BeginStyle = Mine\n  PiecesFile = p.bmp\nEndStyle\n\n"
-                                          "BeginStyle = Theirs\n  PiecesFile = t.bmp\nEndStyle\n"));
-        put(run.home("p.bmp"), "old mine");
-        put(run.home("t.bmp"), "theirs");
-        put(run.home("t-2.bmp"), "someone's");
-        put(run.home("same.bmp"), "same");
-        put(run.in("p.bmp"), "new mine");
-        put(run.in("t.bmp"), "new");
-        put(run.in("same.bmp"), "same");
-        put(run.in("Marlith.ini"), "not settings");
+        writeFile(run.home("Marlith.ini"),
+                  crlf("BeginStyle = Mine\n  PiecesFile = p.bmp\nEndStyle\n\n"
+                       "BeginStyle = Theirs\n  PiecesFile = t.bmp\nEndStyle\n"));
+        writeFile(run.home("p.bmp"), "old mine");
+        writeFile(run.home("t.bmp"), "theirs");
+        writeFile(run.home("t-2.bmp"), "someone's");
+        writeFile(run.home("same.bmp"), "same");
+        writeFile(run.in("p.bmp"), "new mine");
+        writeFile(run.in("t.bmp"), "new");
+        writeFile(run.in("same.bmp"), "same");
+        writeFile(run.in("Marlith.ini"), "not settings");
         run.known = QStringList({"Mine", "Theirs"});
         run.answers = {ImportAnswer::Yes};
         QCOMPARE(run.import("BeginStyle = Mine\n  PiecesFile = p.bmp\nEndStyle\n"
@@ -165,10 +153,10 @@ class TstStyleImport : public QObject {
                             "EndStyle\n"
                             "BeginStyle = Ini\n  PiecesFile = Marlith.ini\nEndStyle\n"),
                  QStringList({"Other", "Ini"}));
-        QCOMPARE(get(run.home("p.bmp")), QByteArray("new mine"));
-        QCOMPARE(get(run.home("t.bmp")), QByteArray("theirs"));
-        QCOMPARE(get(run.home("t-2.bmp")), QByteArray("someone's"));
-        QCOMPARE(get(run.home("t-3.bmp")), QByteArray("new"));
+        QCOMPARE(readFile(run.home("p.bmp")), QByteArray("new mine"));
+        QCOMPARE(readFile(run.home("t.bmp")), QByteArray("theirs"));
+        QCOMPARE(readFile(run.home("t-2.bmp")), QByteArray("someone's"));
+        QCOMPARE(readFile(run.home("t-3.bmp")), QByteArray("new"));
         QVERIFY(run.settings().contains(u"PiecesFile = t-3.bmp\r\n  BorderFile = same.bmp\r\n"));
         QVERIFY(run.settings().contains(u"PiecesFile = Marlith-2.ini"));
     }
@@ -177,7 +165,7 @@ class TstStyleImport : public QObject {
     void aFailedCopyAsks() {
         for (const ImportAnswer answer : {ImportAnswer::Ok, ImportAnswer::Cancel}) {
             Run run;
-            put(run.in("p.bmp"), "p");
+            writeFile(run.in("p.bmp"), "p");
             run.copy = [](const QString&, const QString&) { return false; };
             run.answers = {answer};
             run.import("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"
@@ -192,8 +180,8 @@ class TstStyleImport : public QObject {
     // A style file in the program folder itself copies nothing.
     void aStyleFileAtHome() {
         Run run;
-        put(run.home("p.bmp"), "p");
-        put(run.home("s.sty"), crlf("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"));
+        writeFile(run.home("p.bmp"), "p");
+        writeFile(run.home("s.sty"), crlf("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"));
         QStringList known;
         ImportHooks hooks;
         hooks.copy = [](const QString&, const QString&) { return false; };

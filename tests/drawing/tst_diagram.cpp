@@ -191,14 +191,10 @@ class TstDiagram : public QObject {
         QCOMPARE(screenSquare(0, 100, 65), 99);
     }
 
-    void sheetsAndBordersFromFiles() {
+    void sheetsFromFiles() {
         QTemporaryDir dir;
         const QString folder = dir.path() + QLatin1Char('/');
         QVERIFY(QFile::copy(QStringLiteral(MARLITH_TEST_DATA "/sheet.gif"), folder + "sheet.gif"));
-        QImage border(400, 400, QImage::Format_RGB32);
-        border.fill(qRgb(0, 200, 0));
-        QVERIFY(border.save(folder + "green.bmp", "BMP"));
-
         Scene scene;
         scene.folder = folder;
         scene.style.PiecesList = QStringLiteral("xX");
@@ -211,12 +207,6 @@ class TstDiagram : public QObject {
         scene.style.PiecesFile = folder + QStringLiteral("missing.bmp");
         scene.draw(QStringLiteral("xX"));
         QCOMPARE(scene.diagram.image().pixel(10, 10), kRed);
-
-        // A border picture lies under the board.
-        scene.style.BorderFile = QStringLiteral("green.bmp");
-        scene.draw(QString());
-        QCOMPARE(scene.diagram.image().pixel(scene.diagram.image().width() - 1, 5),
-                 qRgb(0, 200, 0));
     }
 };
 

@@ -1,4 +1,5 @@
 #include "engines/crafty.h"
+#include "support/file_bytes.h"
 
 #include <QDir>
 #include <QFile>
@@ -6,16 +7,7 @@
 #include <QTest>
 
 using namespace marlith;
-
-namespace {
-
-void writeOf(const QString& path, const QByteArray& content = "x") {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-}
-
-} // namespace
+using namespace marlith::testing;
 
 class TstCrafty : public QObject {
     Q_OBJECT
@@ -41,15 +33,15 @@ class TstCrafty : public QObject {
         QTemporaryDir dir;
         const QString folder = dir.path() + QLatin1Char('/');
         QCOMPARE(firstFreeLogExtension(folder), QString("001"));
-        writeOf(folder + "log.001");
-        writeOf(folder + "log.003");
+        writeFile(folder + "log.001");
+        writeFile(folder + "log.003");
         QCOMPARE(firstFreeLogExtension(folder), QString("002")); // the first gap
         // The run's log is a filled one from the first number on.
-        writeOf(folder + "log.004", QByteArray());
+        writeFile(folder + "log.004", QByteArray());
         QCOMPARE(runLogExtension(folder, "002"), QString("003"));
         QVERIFY(runLogExtension(folder, "004").isEmpty());
         for (int i = 2; i <= 999; ++i)
-            writeOf(folder + QString("log.%1").arg(i, 3, 10, QLatin1Char('0')), QByteArray());
+            writeFile(folder + QString("log.%1").arg(i, 3, 10, QLatin1Char('0')), QByteArray());
         QCOMPARE(firstFreeLogExtension(folder), QString("000")); // all taken
     }
 
@@ -79,12 +71,12 @@ class TstCrafty : public QObject {
         run.begin(folder, firstFreeLogExtension(folder));
         QCOMPARE(step(false), 0);
         QCOMPARE(starts, 0); // no command file yet
-        writeOf(folder + kCraftyRc, craftyRcText("8", "8", true));
+        writeFile(folder + kCraftyRc, craftyRcText("8", "8", true));
         QCOMPARE(step(false), 0);
         QCOMPARE(step(false), 1); // a failed start is tried again
-        writeOf(folder + "game.001");
-        writeOf(folder + "log.002", "depth 8\r\n 1.  Kb2\r\ntrailing");
-        writeOf(folder + "game.002");
+        writeFile(folder + "game.001");
+        writeFile(folder + "log.002", "depth 8\r\n 1.  Kb2\r\ntrailing");
+        writeFile(folder + "game.002");
         QCOMPARE(step(true), 1); // not while the engine runs
         QCOMPARE(step(false), 2);
         QCOMPARE(step(false), 13);

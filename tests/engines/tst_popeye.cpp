@@ -1,4 +1,5 @@
 #include "engines/popeye.h"
+#include "support/file_bytes.h"
 
 #include <QBuffer>
 #include <QFile>
@@ -6,6 +7,7 @@
 #include <QTest>
 
 using namespace marlith;
+using namespace marlith::testing;
 
 namespace {
 
@@ -14,12 +16,6 @@ PopeyeParams params(std::initializer_list<std::pair<int, const char*>> fields) {
     for (const auto& [index, text] : fields)
         p[static_cast<size_t>(index)] = QString::fromUtf8(text);
     return p;
-}
-
-void writeOf(const QString& path, const QByteArray& content) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
 }
 
 } // namespace
@@ -100,13 +96,13 @@ class TstPopeye : public QObject {
         // Gone with no protocol, or an empty one: the run has ended.
         for (const bool empty : {false, true}) {
             run.begin(protocol, 90);
-            if (empty) writeOf(protocol, QByteArray());
+            if (empty) writeFile(protocol, QByteArray());
             QCOMPARE(step(true), 0);
             QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Ended);
             QVERIFY(!run.active());
         }
         run.begin(protocol, 90);
-        writeOf(protocol, "solution\r\n\r\n1.Qd1-d8 !\r" + QByteArray(51, 'x') + "\nlast");
+        writeFile(protocol, "solution\r\n\r\n1.Qd1-d8 !\r" + QByteArray(51, 'x') + "\nlast");
         QCOMPARE(step(true), 0);
         QCOMPARE(step(false), 1);
         QCOMPARE(step(false), 12);
@@ -115,11 +111,11 @@ class TstPopeye : public QObject {
         QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Finished);
         QVERIFY(!QFile::exists(protocol) && !run.active());
         run.begin(protocol, 60);
-        writeOf(protocol, "a\r\n");
+        writeFile(protocol, "a\r\n");
         QCOMPARE(step(false), 1);
         QVERIFY(QFile::remove(protocol));
         QCOMPARE(step(false), 1);
-        writeOf(protocol, QByteArray("x\n").repeated(kMaxResultRows + 10));
+        writeFile(protocol, QByteArray("x\n").repeated(kMaxResultRows + 10));
         QCOMPARE(step(false), 12);
         QCOMPARE(rows.size(), kMaxResultRows);
         // The limit of bytes.

@@ -6,6 +6,7 @@
 #include "gui/history_window.h"
 #include "gui/solution_list.h"
 #include "gui/view_window.h"
+#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QClipboard>
@@ -19,7 +20,7 @@
 #include <QRegularExpression>
 
 using namespace marlith;
-using marlith::testing::Fixture;
+using namespace marlith::testing;
 
 namespace {
 
@@ -107,18 +108,12 @@ class TstBoardWindow : public QObject {
         drag(view->paletteView(), paletteCellAt(2), releaseOver(square(6, 4))); // P onto e2
         QCOMPARE(f.positionEdit->text(), "8/8/8/8/8/8/4P3/8");
 
-        // On the turned board the piece lands under the pointer, is drawn
-        // there, and is dragged from there.
-        f.state.reversedBoard = 65;
-        f.window->drawBoard();
-        invalidatePainted(f.state.squares, f.state.board());
-        f.window->buildBoard();
+        // On the turned board the piece lands under the pointer and is drawn there.
+        f.action("reverseAction")->trigger();
         drag(view->paletteView(), paletteCellAt(12), releaseOver(square(7, 7)));
         QCOMPARE(f.positionEdit->text(), "K7/8/8/8/8/8/4P3/8");
         QCOMPARE(f.window->diagram().image().pixel(square(7, 7)),
                  builtInSheet().pixel(12 * 15 + 7, 7));
-        drag(f.diagramView(), square(7, 7), square(7, 6));
-        QCOMPARE(f.positionEdit->text(), "1K6/8/8/8/8/8/4P3/8");
     }
 
     // The name given decides the file written; it is a bitmap whatever the name.
@@ -194,21 +189,19 @@ class TstBoardWindow : public QObject {
     // colour, rows starting anew on boards of odd width; also as text/html.
     void htmlFragments() {
         Fixture f;
+        QClipboard* clipboard = QGuiApplication::clipboard();
         f.action("copyHtmlAction")->trigger();
-        const QString empty = QGuiApplication::clipboard()->text();
-        const QStringList lines = empty.split(QStringLiteral("\r\n"));
-        QCOMPARE(lines.size(), 9);
-        QVERIFY(lines[8].isEmpty());
-        QVERIFY(lines[0].startsWith(QLatin1String("<img src=\"sqw.gif\"><img src=\"sqb.gif\">")));
-        QVERIFY(lines[1].startsWith(QLatin1String("<img src=\"sqb.gif\">")));
-        QVERIFY(lines[0].endsWith(QLatin1String("<br>")));
-        QCOMPARE(QGuiApplication::clipboard()->mimeData()->html(), empty);
+        const QString w = "<img src=\"sqw.gif\">", b = "<img src=\"sqb.gif\">";
+        const QString rows =
+            ((w + b).repeated(4) + "<br>\r\n" + (b + w).repeated(4) + "<br>\r\n").repeated(4);
+        QCOMPARE(clipboard->text(), rows);
+        QCOMPARE(clipboard->mimeData()->html(), rows);
 
         f.state.style.BorderWidth = f.state.style.BorderHeight = 3;
         f.window->drawBoard();
         f.type(QStringLiteral("Kp1/1n"));
         f.action("copyHtmlAction")->trigger();
-        QCOMPARE(QGuiApplication::clipboard()->text(),
+        QCOMPARE(clipboard->text(),
                  "<img src=\"Kww.gif\"><img src=\"pbb.gif\"><img src=\"sqw.gif\"><br>\r\n"
                  "<img src=\"sqb.gif\"><img src=\"nbw.gif\"><img src=\"sqb.gif\"><br>\r\n"
                  "<img src=\"sqw.gif\"><img src=\"sqb.gif\"><img src=\"sqw.gif\"><br>\r\n");
@@ -223,9 +216,7 @@ class TstBoardWindow : public QObject {
         f.action("printAction")->trigger();
         const QString pdf = f.folder() + QStringLiteral("Marlith.pdf");
         QCOMPARE(f.informed, QStringList{pageWentTo(pdf)});
-        QFile file(pdf);
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        const QByteArray bytes = file.readAll();
+        const QByteArray bytes = readFile(pdf);
         QVERIFY(bytes.startsWith("%PDF-"));
         QCOMPARE(QString::fromLatin1(bytes).count(
                      QRegularExpression(QStringLiteral("/Type\\s*/Page[^s]"))),
@@ -243,39 +234,36 @@ class TstBoardWindow : public QObject {
             QTest::mouseRelease(f.diagramView(), button, Qt::ShiftModifier, to);
         };
         const auto pixel = [&](int x, int y) { return f.window->diagram().image().pixel(x, y); };
+        GraphicWindow* graphic = f.window->graphicWindow();
         stroke({5, 5}, {20, 20});
         QCOMPARE(pixel(5, 5), red);
         QCOMPARE(pixel(12, 12), red);
         QVERIFY(pixel(22, 22) != red);
-        f.state.imageFile = f.folder() + QStringLiteral("stroke.bmp");
-        f.window->saveImage();
-        QCOMPARE(QImage(f.state.imageFile).convertToFormat(QImage::Format_RGB32),
-                 f.window->diagram().image());
-
-        f.window->graphicWindow()->findChild<QPushButton*>("clearGraphicButton")->click();
+        graphic->findChild<QPushButton*>("clearGraphicButton")->click();
         QVERIFY(pixel(12, 12) != red);
         stroke({5, 5}, {20, 20}, Qt::RightButton);
         QVERIFY(pixel(12, 12) != red);
 
-        f.window->graphicWindow()->findChild<QRadioButton*>("snapCenterOption")->setChecked(true);
+        graphic->findChild<QRadioButton*>("snapCenterOption")->setChecked(true);
         stroke({5, 5}, {20, 20});
         QVERIFY(pixel(5, 5) != red && pixel(6, 6) != red);
         QCOMPARE(pixel(10, 10), red);
         QCOMPARE(pixel(22, 22), red);
         // A circle round the centre of b7, its radius the drag's, in blue.
-        f.window->graphicWindow()->swatch(4)->click();
-        f.window->graphicWindow()->findChild<QRadioButton*>("circleOption")->setChecked(true);
+        graphic->swatch(4)->click();
+        graphic->findChild<QRadioButton*>("circleOption")->setChecked(true);
         stroke({20, 20}, {26, 40});
         QCOMPARE(pixel(22, 28), qRgb(0, 0, 255));
         QCOMPARE(pixel(16, 22), qRgb(0, 0, 255));
         // Free hand: a dot at each move and at the release, nothing between.
-        f.window->graphicWindow()->findChild<QRadioButton*>("freeHandOption")->setChecked(true);
+        graphic->findChild<QRadioButton*>("freeHandOption")->setChecked(true);
         QTest::mousePress(f.diagramView(), Qt::LeftButton, Qt::ShiftModifier, {40, 40});
         QTest::mouseMove(f.diagramView(), {50, 50});
         QTest::mouseRelease(f.diagramView(), Qt::LeftButton, Qt::ShiftModifier, {60, 60});
         QCOMPARE(pixel(50, 50), qRgb(0, 0, 255));
         QCOMPARE(pixel(60, 60), qRgb(0, 0, 255));
         QVERIFY(pixel(55, 55) != qRgb(0, 0, 255) && pixel(40, 40) != qRgb(0, 0, 255));
+        f.state.imageFile = f.folder() + QStringLiteral("stroke.bmp");
         f.window->saveImage();
         QCOMPARE(QImage(f.state.imageFile).convertToFormat(QImage::Format_RGB32),
                  f.window->diagram().image());

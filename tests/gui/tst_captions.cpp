@@ -10,6 +10,7 @@
 #include "gui/search_window.h"
 #include "gui/style_window.h"
 #include "gui/view_window.h"
+#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QAbstractButton>
@@ -19,7 +20,7 @@
 #include <QRadioButton>
 
 using namespace marlith;
-using marlith::testing::Fixture;
+using namespace marlith::testing;
 
 namespace {
 
@@ -57,10 +58,8 @@ class TstCaptions : public QObject {
     void everyCaptionFits() {
         Fixture f;
         // With a book open, its panel shows too.
-        QFile book(f.folder() + QStringLiteral("b.fen"));
-        QVERIFY(book.open(QIODevice::WriteOnly) && book.write("[Event \"x\"]\r\nk7/8\r\n") > 0);
-        book.close();
-        f.state.bookFile = book.fileName();
+        f.state.bookFile = f.folder() + QStringLiteral("b.fen");
+        writeFile(f.state.bookFile, "[Event \"x\"]\r\nk7/8\r\n");
         f.window->loadBook();
         f.waitForScan();
         f.window->showViewWindow();

@@ -5,6 +5,7 @@
 #include "gui/crafty_window.h"
 #include "gui/popeye_window.h"
 #include "gui/solution_list.h"
+#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QAbstractButton>
@@ -22,7 +23,7 @@
 #include <optional>
 
 using namespace marlith;
-using marlith::testing::Fixture;
+using namespace marlith::testing;
 
 namespace {
 
@@ -62,21 +63,6 @@ while IFS= read -r line; do
 done
 )sh";
 
-// Scripts are made executable.
-void writeOf(const QString& path, const QByteArray& content) {
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(content);
-    file.close();
-    if (content.startsWith("#!"))
-        QVERIFY(file.setPermissions(file.permissions() | QFile::ExeOwner | QFile::ExeUser));
-}
-
-QByteArray readOf(const QString& path) {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 QStringList rowsOf(QWidget* window) {
     QStringList rows;
     auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
@@ -103,8 +89,12 @@ struct Engines {
         path = dir.path() + QLatin1Char('/') + sub;
         QDir().mkpath(path);
         if (!path.endsWith(QLatin1Char('/'))) path += QLatin1Char('/');
-        for (const auto& [name, content] : files)
-            writeOf(path + QLatin1String(name), content);
+        for (const auto& [name, content] : files) {
+            writeFile(path + QLatin1String(name), content);
+            if (content.startsWith("#!")) // scripts are made executable
+                QFile::setPermissions(path + QLatin1String(name),
+                                      QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        }
         f.emplace(QStringList(), settings, path.chopped(1));
     }
     QStringList files(const char* pattern) const {
@@ -153,7 +143,7 @@ class TstEngineWindows : public QObject {
         f.window->openPopeye();
         f.window->close();
         e.f.reset();
-        QVERIFY(readOf(e.path + QStringLiteral("Marlith.ini")).contains("RecentEngine = Popeye"));
+        QVERIFY(readFile(e.path + QStringLiteral("Marlith.ini")).contains("RecentEngine = Popeye"));
     }
 
     // Incomplete fields are refused; a solver that is gone runs nothing.
@@ -170,9 +160,6 @@ class TstEngineWindows : public QObject {
         QCOMPARE(childOf(popeyeWindow, "closeButton")->text(), "Cl&ose");
     }
 
-    // The window hides during the run and comes back with the protocol,
-    // read once the solver has ended; the arguments reach it unchanged,
-    // whatever the blanks, quotes and semicolons; the work files go.
     // Typed text is taken as typed, whatever the list holds; only a choice
     // from the open list adds to the field; the wheel changes nothing.
     void typingSticks() {
@@ -241,6 +228,9 @@ class TstEngineWindows : public QObject {
         }
     }
 
+    // The window hides during the run and comes back with the protocol,
+    // read once the solver has ended; the arguments reach it unchanged,
+    // whatever the blanks, quotes and semicolons; the work files go.
     void popeyeSolvesInTheBackground() {
         Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
         const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
@@ -251,21 +241,18 @@ class TstEngineWindows : public QObject {
                                               {10, maxmem}});
         const QString problem = e.path + e.f->state.tempSeed + QStringLiteral("o.tmp");
         const QString protocol = e.path + e.f->state.tempSeed + QStringLiteral("i.tmp");
-        writeOf(protocol, "old protocol, to be replaced\r\n");
+        writeFile(protocol, "old protocol, to be replaced\r\n");
         e.solve(popeyeWindow);
         QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "clockLabel")->text(), QStringLiteral("01:29"));
         e.awaitEnd(popeyeWindow);
-        QStringList expected = {QStringLiteral("Popeye stand-in"), QStringLiteral("BeginProblem"),
-                                QStringLiteral("Pieces"), QStringLiteral("White Qd1 Ke1"),
-                                QStringLiteral("Black Ke8")};
-        expected << wrapRows(QStringLiteral("Protocol ") + protocol)
-                 << QStringLiteral("Stipulation #2") << QStringLiteral("Option NoBoard maxtime 90")
-                 << QStringLiteral("EndProblem")
-                 << QStringLiteral("solution: 1.Qd1-d8 ! zugzwang, and then a line")
-                 << QStringLiteral("long enough to wrap");
+        const QStringList expected =
+            QStringList{"Popeye stand-in", "BeginProblem", "Pieces", "White Qd1 Ke1", "Black Ke8"} +
+            wrapRows("Protocol " + protocol) +
+            QStringList{"Stipulation #2", "Option NoBoard maxtime 90", "EndProblem",
+                        "solution: 1.Qd1-d8 ! zugzwang, and then a line", "long enough to wrap"};
         QCOMPARE(rowsOf(popeyeWindow), expected);
         QVERIFY(!QFile::exists(protocol));
-        QCOMPARE(QString::fromUtf8(readOf(e.path + QStringLiteral("py-args.txt"))),
+        QCOMPARE(QString::fromUtf8(readFile(e.path + QStringLiteral("py-args.txt"))),
                  QStringLiteral("-maxmem\n") + maxmem + QLatin1Char('\n') + problem +
                      QLatin1Char('\n'));
 
@@ -297,11 +284,10 @@ class TstEngineWindows : public QObject {
         QTRY_COMPARE(childOf<QLabel>(craftyWindow, "clockLabel")->text(), QStringLiteral("00:01"));
         e.awaitEnd(craftyWindow);
         QCOMPARE(rowsOf(craftyWindow),
-                 QStringList({QStringLiteral("Crafty stand-in"),
-                              QStringLiteral("position 4k3/8/8/8/8/8/8/4K3 b - -"),
-                              QStringLiteral("  depth 9 done")}));
+                 QStringList(
+                     {"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -", "  depth 9 done"}));
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
-        QVERIFY(readOf(e.path + QStringLiteral("received.txt"))
+        QVERIFY(readFile(e.path + QStringLiteral("received.txt"))
                     .startsWith("log off\nponder off\nsd 9\nsetboard 4k3/8/8/8/8/8/8/4K3 b - -\n"));
         // With no position nothing runs.
         childOf(craftyWindow, "clearAllButton")->click();

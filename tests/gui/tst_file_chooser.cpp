@@ -2,6 +2,7 @@
 // window's commands; the rules for names, filters and folders are
 // tst_chooser_rules'.
 #include "gui/file_chooser.h"
+#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QApplication>
@@ -11,14 +12,9 @@
 #include <QTimer>
 
 using namespace marlith;
-using marlith::testing::Fixture;
+using namespace marlith::testing;
 
 namespace {
-
-void touch(const QString& path, const QByteArray& text = "x") {
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly)) file.write(text);
-}
 
 QListWidgetItem* rowOf(QListWidget* list, const QString& text) {
     for (int i = 0; i < list->count(); ++i)
@@ -80,7 +76,7 @@ class TstFileChooser : public QObject {
     void filterMemoryAcrossUses() {
         Chooser c;
         for (const char* name : {"a.pgn", "b.fen", "p.gif"})
-            touch(c.dir.filePath(QLatin1String(name)));
+            writeFile(c.dir.filePath(QLatin1String(name)));
         c.open(1);
         QCOMPARE(c.shown(), "Open Book | *.fen |  | b.fen");
         c.filter->setCurrentIndex(3); // the user picks "*.pgn"
@@ -122,7 +118,7 @@ class TstFileChooser : public QObject {
     void fileListChoosesTheName() {
         Chooser c;
         for (const char* name : {"a.pgn", "b.pgn"})
-            touch(c.dir.filePath(QLatin1String(name)));
+            writeFile(c.dir.filePath(QLatin1String(name)));
         c.open(1);
         c.filter->setCurrentIndex(3);
         click(c.files, QStringLiteral("b.pgn"));
@@ -132,7 +128,7 @@ class TstFileChooser : public QObject {
         click(c.files, QStringLiteral("b.pgn"), true);
         QCOMPARE(c.outcome(), c.folder() + QStringLiteral("/b.pgn"));
         // Files made since the last use show at the next.
-        touch(c.dir.filePath(QStringLiteral("new.pgn")));
+        writeFile(c.dir.filePath(QStringLiteral("new.pgn")));
         c.open(1);
         QCOMPARE(c.shown(), "Open Book | *.pgn |  | a.pgn b.pgn new.pgn");
     }
@@ -142,7 +138,7 @@ class TstFileChooser : public QObject {
         Chooser c;
         const QString inner = c.folder() + QStringLiteral("/inner");
         QVERIFY(QDir(c.folder()).mkpath(QStringLiteral("inner")));
-        touch(inner + QStringLiteral("/x.bmp"));
+        writeFile(inner + QStringLiteral("/x.bmp"));
         c.open(0);
         click(c.folders, QStringLiteral("inner"));
         QCOMPARE(c.window.folderPath(), c.folder());
@@ -153,16 +149,23 @@ class TstFileChooser : public QObject {
         QCOMPARE(c.window.nameText(), inner + QStringLiteral("/Marlith.bmp"));
     }
 
-    // MainWindow's commands go through the one chooser, which keeps its state.
+    // MainWindow's commands go through the one chooser, run modally and
+    // ended from inside its own event loop; it keeps its state between uses.
     void mainWindowCommands() {
         Fixture f;
-        touch(f.folder() + QStringLiteral("b.fen"), "8/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/k7\n");
-        f.window->runChooser = [](FileChooser& chooser) {
-            chooser.show();
-            chooser.findChild<QLineEdit*>(QStringLiteral("nameEdit"))
+        writeFile(f.folder() + QStringLiteral("b.fen"), "8/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/k7\n");
+        f.window->runChooser = nullptr;
+        QTimer::singleShot(0, [] {
+            auto* chooser = qobject_cast<FileChooser*>(QApplication::activeModalWidget());
+            if (!chooser) return;
+            chooser->findChild<QLineEdit*>(QStringLiteral("nameEdit"))
                 ->setText(QStringLiteral("pic"));
-            chooser.confirm();
-        };
+            chooser->confirm();
+        });
+        // Never left hanging, whatever happens above.
+        QTimer::singleShot(5000, [] {
+            if (QWidget* modal = QApplication::activeModalWidget()) modal->hide();
+        });
         f.window->saveImageAs();
         QCOMPARE(f.state.imageFile, f.folder() + QStringLiteral("pic.bmp"));
         QVERIFY(QFile::exists(f.state.imageFile));
@@ -177,27 +180,7 @@ class TstFileChooser : public QObject {
         f.waitForScan();
         QCOMPARE(f.state.book.gameCount, 1);
         QCOMPARE(f.state.imageFile, f.folder() + QStringLiteral("pic.bmp"));
-
         QCOMPARE(f.window->findChildren<FileChooser*>().size(), 1);
-    }
-
-    // The real modal run, ended from inside its own event loop.
-    void modalRun() {
-        Fixture f;
-        f.window->runChooser = nullptr;
-        QTimer::singleShot(0, [] {
-            auto* chooser = qobject_cast<FileChooser*>(QApplication::activeModalWidget());
-            if (!chooser) return;
-            chooser->findChild<QLineEdit*>(QStringLiteral("nameEdit"))
-                ->setText(QStringLiteral("m"));
-            chooser->confirm();
-        });
-        // Never left hanging, whatever happens above.
-        QTimer::singleShot(5000, [] {
-            if (QWidget* modal = QApplication::activeModalWidget()) modal->hide();
-        });
-        f.window->saveImageAs();
-        QCOMPARE(f.state.imageFile, f.folder() + QStringLiteral("m.bmp"));
     }
 };
 

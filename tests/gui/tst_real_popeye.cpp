@@ -2,6 +2,7 @@
 // problem's solution is the one Popeye gives for the same problem written by
 // hand in its own language.
 #include "gui/popeye_window.h"
+#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QDir>
@@ -11,7 +12,7 @@
 #include <QRegularExpression>
 
 using namespace marlith;
-using marlith::testing::Fixture;
+using namespace marlith::testing;
 
 namespace {
 
@@ -79,12 +80,10 @@ class TstRealPopeye : public QObject {
         for (int i = 0; i < list->count(); ++i)
             rows.append(list->item(i)->text());
 
-        QFile problem(home.path() + QStringLiteral("/by-hand.txt"));
-        QVERIFY(problem.open(QIODevice::WriteOnly));
-        problem.write(("BeginProblem\n" + byHand + "EndProblem\n").toUtf8());
-        problem.close();
+        const QString problem = home.filePath(QStringLiteral("by-hand.txt"));
+        writeFile(problem, ("BeginProblem\n" + byHand + "EndProblem\n").toUtf8());
         QProcess direct;
-        direct.start(kPopeye, {problem.fileName()});
+        direct.start(kPopeye, {problem});
         QVERIFY(direct.waitForFinished(60000));
         const QStringList expected = moveLines(QString::fromUtf8(direct.readAllStandardOutput()));
         QVERIFY(!expected.isEmpty());

@@ -10,18 +10,6 @@ using namespace marlith;
 class TstStyle : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void resetKeepsNameAndSetsDefaults() {
-        Style style;
-        style.StyleName = QStringLiteral("Mine");
-        style.PiecesList = QStringLiteral("xX");
-        resetStyle(style);
-        QCOMPARE(style.StyleName, QStringLiteral("Mine"));
-        // Filled in by the reset, not by the record's own defaults.
-        QCOMPARE(style.PiecesList, QLatin1String(kDefaultPiecesList));
-        QCOMPARE(style.EnglishNotation, style.PiecesList);
-        QCOMPARE(style.StartPos, QLatin1String(kDefaultStartPos));
-    }
-
     void twipToPix() {
         // A margin of 0.1 pixel: 224 twips are still 15 pixels, 223 no longer.
         const std::pair<double, int> cases[] = {
