@@ -3,6 +3,11 @@
 #include "styles/style_block.h"
 
 #include <algorithm>
+#include <condition_variable>
+#include <limits>
+#include <mutex>
+#include <thread>
+#include <utility>
 
 namespace marlith {
 
@@ -50,9 +55,84 @@ QString recordText(const QByteArray& text) {
 }
 
 namespace {
+
 // Records go out in blocks: a scan writes millions.
 constexpr qsizetype kBlockSize = 1 << 20;
+
+// All of the bytes at `at`; a short write is tried again: it goes on, or
+// tells why it can't.
+bool writeAll(QFile& file, qint64 at, const QByteArray& bytes) {
+    bool ok = file.seek(at);
+    for (qint64 done = 0; ok && done < bytes.size();) {
+        const qint64 wrote = file.write(bytes.constData() + done, bytes.size() - done);
+        ok = wrote > 0;
+        done += std::max<qint64>(wrote, 0);
+    }
+    return ok;
+}
+
 } // namespace
+
+// One block at a time on its way to the file. Whoever hands a block over
+// touches the file only after wait(), so the file is never used by two
+// threads at once.
+class BlockWriter {
+  public:
+    explicit BlockWriter(QFile& file) : file_(file), thread_([this] { run(); }) {}
+    ~BlockWriter() {
+        {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            quit_ = true;
+        }
+        changed_.notify_all();
+        thread_.join();
+    }
+
+    // Takes the block, leaving the caller an empty buffer with room.
+    void write(QByteArray& block, qint64 at) {
+        {
+            const std::lock_guard<std::mutex> lock(mutex_);
+            block_.swap(block);
+            at_ = at;
+            busy_ = true;
+        }
+        changed_.notify_all();
+        block.resize(0);
+    }
+    // False, with the reason, when the last block failed.
+    bool wait(QString& error) {
+        std::unique_lock<std::mutex> lock(mutex_);
+        changed_.wait(lock, [this] { return !busy_; });
+        if (error_.isEmpty()) return true;
+        error = std::exchange(error_, QString());
+        return false;
+    }
+
+  private:
+    void run() {
+        std::unique_lock<std::mutex> lock(mutex_);
+        for (;;) {
+            changed_.wait(lock, [this] { return busy_ || quit_; });
+            if (!busy_) return;
+            lock.unlock();
+            const bool ok = writeAll(file_, at_, block_);
+            lock.lock();
+            if (!ok) error_ = file_.errorString();
+            busy_ = false;
+            changed_.notify_all();
+        }
+    }
+
+    QFile& file_;
+    std::mutex mutex_;
+    std::condition_variable changed_;
+    QByteArray block_;
+    qint64 at_ = 0;
+    bool busy_ = false;
+    bool quit_ = false;
+    QString error_;
+    std::thread thread_; // last: it starts once the rest is there
+};
 
 WorkFile::WorkFile() : file_(std::make_unique<QFile>()) {}
 WorkFile::~WorkFile() {
@@ -63,6 +143,7 @@ WorkFile& WorkFile::operator=(WorkFile&& other) noexcept {
     if (this != &other) {
         if (file_) close();
         file_ = std::move(other.file_);
+        writer_ = std::move(other.writer_);
         pending_ = std::move(other.pending_);
         written_ = other.written_;
         error_ = std::move(other.error_);
@@ -91,14 +172,17 @@ bool WorkFile::open(const QString& path) {
 }
 
 bool WorkFile::restart() {
+    waitForWriter();
     pending_.resize(0);
     written_ = 0;
+    error_.clear();
     return isOpen() && file_->resize(0);
 }
 
 void WorkFile::close() {
     if (isOpen()) {
         flush();
+        writer_.reset();
         file_->close();
     }
 }
@@ -107,29 +191,39 @@ bool WorkFile::append(QByteArrayView record) {
     if (!isOpen() || record.size() != kRecordLength) return false;
     pending_.append(record.data(), kRecordLength);
     ++written_;
-    return pending_.size() < kBlockSize || flush();
+    if (pending_.size() < kBlockSize) return true;
+    if (!waitForWriter()) return false;
+    if (!writer_) writer_ = std::make_unique<BlockWriter>(*file_);
+    const qint64 at = static_cast<qint64>(written_) * kRecordLength - pending_.size();
+    writer_->write(pending_, at);
+    return true;
+}
+
+bool WorkFile::waitForWriter() {
+    QString error;
+    if (!writer_ || writer_->wait(error)) return true;
+    keepWhatWasWritten(error);
+    return false;
+}
+
+void WorkFile::keepWhatWasWritten(const QString& error) {
+    error_ = error;
+    pending_.resize(0);
+    // A full disk may have taken part of a block: nothing is written behind
+    // the last whole record.
+    written_ = static_cast<int32_t>(
+        std::min<qint64>(file_->size() / kRecordLength, std::numeric_limits<int32_t>::max()));
+    file_->resize(static_cast<qint64>(written_) * kRecordLength);
+    file_->unsetError();
 }
 
 bool WorkFile::flush() {
+    if (!waitForWriter()) return false;
     if (pending_.isEmpty()) return true;
     const qint64 at = static_cast<qint64>(written_) * kRecordLength - pending_.size();
-    bool ok = file_->seek(at);
-    // A short write is tried again: it goes on, or tells why it can't.
-    for (qint64 done = 0; ok && done < pending_.size();) {
-        const qint64 wrote = file_->write(pending_.constData() + done, pending_.size() - done);
-        ok = wrote > 0;
-        done += std::max<qint64>(wrote, 0);
-    }
+    const bool ok = writeAll(*file_, at, pending_);
     pending_.resize(0); // keeps its room for the next block
-    if (!ok) {
-        error_ = file_->errorString();
-        // A full disk may have taken part of the block: only whole records
-        // that reached the file count, and nothing is written behind them.
-        const qint64 held = std::max<qint64>(at, std::min(file_->size(), at + kBlockSize));
-        written_ = static_cast<int32_t>(held / kRecordLength);
-        file_->resize(static_cast<qint64>(written_) * kRecordLength);
-        file_->unsetError();
-    }
+    if (!ok) keepWhatWasWritten(file_->errorString());
     return ok;
 }
 

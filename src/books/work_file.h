@@ -42,7 +42,10 @@ Record parseRecord(const QByteArray& bytes);
 // Record text as shown: UTF-8 where it is, else Windows-1252.
 QString recordText(const QByteArray& text);
 
-// Moved to the thread that scans a book and back when the scan is over.
+class BlockWriter;
+
+// Moved to the thread that scans a book and back when the scan is over. Full
+// blocks of records go out on a thread of their own while the next fills.
 class WorkFile {
   public:
     WorkFile();
@@ -73,7 +76,13 @@ class WorkFile {
     std::optional<QByteArray> read(int32_t number);
 
   private:
+    // Waits for the block on its way; false when it failed.
+    bool waitForWriter();
+    // Only whole records that reached the file count after a failed write.
+    void keepWhatWasWritten(const QString& error);
+
     std::unique_ptr<QFile> file_;
+    std::unique_ptr<BlockWriter> writer_; // started at the first full block
     QByteArray pending_;
     int32_t written_ = 0;
     QString error_;
