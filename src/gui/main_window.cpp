@@ -310,18 +310,28 @@ void MainWindow::createMenus() {
               {"undoRecAction", "&Undo Rec", ctrl(Qt::Key_Z), false, &MainWindow::undoRec},
               {"editSeparator2", "-", {}, true, nullptr}});
     QMenu* effects = addMenu(edit, "effectsMenu", "E&ffects");
-    addItems(
-        effects,
-        {{"reverseAction", "&Reverse", ctrl(Qt::Key_R), true, &MainWindow::toggleReversed},
-         {"horizontalMirrorAction", "Hori&zontal Mirror", QKeySequence(Qt::Key_F2), true,
-          &MainWindow::mirrorHorizontally},
-         {"diagonalMirrorAction", "Dia&gonal Mirror", QKeySequence(Qt::Key_F3), true,
-          &MainWindow::mirrorDiagonally},
-         {"rotateAction", "R&otate 90°", QKeySequence(Qt::Key_F4), true, &MainWindow::rotate},
-         {"moveLeftAction", "Move L&eft", QKeySequence(Qt::Key_F5), true, &MainWindow::moveLeft},
-         {"moveRightAction", "Move R&ight", QKeySequence(Qt::Key_F6), true, &MainWindow::moveRight},
-         {"moveUpAction", "Mo&ve Up", QKeySequence(Qt::Key_F7), true, &MainWindow::moveUp},
-         {"moveDownAction", "Move &Down", QKeySequence(Qt::Key_F8), true, &MainWindow::moveDown}});
+    addItems(effects,
+             {{"reverseAction", "&Reverse", ctrl(Qt::Key_R), true, &MainWindow::toggleReversed}});
+    // Every effect is one call with its kind.
+    const struct {
+        const char* name;
+        const char* caption;
+        Qt::Key key;
+        BoardEffect effect;
+    } effectItems[] = {
+        {"horizontalMirrorAction", "Hori&zontal Mirror", Qt::Key_F2, BoardEffect::HorizontalMirror},
+        {"diagonalMirrorAction", "Dia&gonal Mirror", Qt::Key_F3, BoardEffect::DiagonalMirror},
+        {"rotateAction", "R&otate 90°", Qt::Key_F4, BoardEffect::Rotate},
+        {"moveLeftAction", "Move L&eft", Qt::Key_F5, BoardEffect::Left},
+        {"moveRightAction", "Move R&ight", Qt::Key_F6, BoardEffect::Right},
+        {"moveUpAction", "Mo&ve Up", Qt::Key_F7, BoardEffect::Up},
+        {"moveDownAction", "Move &Down", Qt::Key_F8, BoardEffect::Down}};
+    for (const auto& item : effectItems) {
+        addItems(effects, {{item.name, item.caption, QKeySequence(item.key), true, nullptr}});
+        const BoardEffect effect = item.effect;
+        connect(actions_[QLatin1String(item.name)], &QAction::triggered, this,
+                [this, effect] { applyEffect(effect); });
+    }
     addItems(edit,
              {{"graphicAction", "&Graphic", ctrl(Qt::Key_G), true, &MainWindow::showGraphicWindow},
               {"styleAction", "Styl&e", ctrl(Qt::Key_E), true, &MainWindow::editStyle}});
@@ -944,18 +954,16 @@ void MainWindow::loadBook() {
             return scanPbm(bookFile, file, style.BorderHeight, style.BorderWidth, style.PiecesList,
                            control);
         };
-    } else if (extension == QLatin1String(".EPD")) {
-        scan = [bookFile](WorkFile& file, const ScanControl& control) {
-            return scanEpd(bookFile, file, control);
-        };
     } else if (extension == QLatin1String(".PGN")) {
         scan = [bookFile, style = state_.style](WorkFile& file, const ScanControl& control) {
             StylePgnBoard board(style);
             return scanPgn(bookFile, file, board, style.StartPos.toLatin1(), control);
         };
     } else {
-        scan = [bookFile](WorkFile& file, const ScanControl& control) {
-            return scanFen(bookFile, file, control);
+        // Any other text file is read as a book of positions.
+        const auto scanText = extension == QLatin1String(".EPD") ? scanEpd : scanFen;
+        scan = [bookFile, scanText](WorkFile& file, const ScanControl& control) {
+            return scanText(bookFile, file, control);
         };
     }
     scanJob_ = std::make_unique<ScanJob>(std::move(work), std::move(scan));
@@ -966,10 +974,7 @@ void MainWindow::loadBook() {
 }
 
 void MainWindow::pollBookScan() {
-    if (!scanJob_) {
-        scanTimer_->stop();
-        return;
-    }
+    // The timer runs only while there is a scan.
     bookPanel_->showCount(scanJob_->games());
     if (scanJob_->finished()) finishBookScan();
 }
@@ -1062,34 +1067,6 @@ void MainWindow::toggleReversed() {
 void MainWindow::applyEffect(BoardEffect effect) {
     applyBoardEffect(state_.squares, state_.board(), effect);
     refreshPosition();
-}
-
-void MainWindow::mirrorHorizontally() {
-    applyEffect(BoardEffect::HorizontalMirror);
-}
-
-void MainWindow::mirrorDiagonally() {
-    applyEffect(BoardEffect::DiagonalMirror);
-}
-
-void MainWindow::rotate() {
-    applyEffect(BoardEffect::Rotate);
-}
-
-void MainWindow::moveLeft() {
-    applyEffect(BoardEffect::Left);
-}
-
-void MainWindow::moveRight() {
-    applyEffect(BoardEffect::Right);
-}
-
-void MainWindow::moveUp() {
-    applyEffect(BoardEffect::Up);
-}
-
-void MainWindow::moveDown() {
-    applyEffect(BoardEffect::Down);
 }
 
 void MainWindow::copyHtml() {

@@ -84,13 +84,6 @@ class MainWindow : public QMainWindow {
 
     // Reverse shows the board turned half round; the position stays.
     void toggleReversed();
-    void mirrorHorizontally();
-    void mirrorDiagonally();
-    void rotate();
-    void moveLeft();
-    void moveRight();
-    void moveUp();
-    void moveDown();
     void copyHtml();
     // The diagram on the default printer, or into Marlith.pdf without one.
     void printDiagram();
