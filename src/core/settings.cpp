@@ -33,10 +33,75 @@ bool renameOver(const QString& from, const QString& to) {
     return ::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
 }
 
+constexpr char16_t kFieldSeparator = u'|';
+
+void readKeptItem(const StyleItem& item, KeptSession& kept) {
+    if (item.key == u"RECENTPOSITION") {
+        kept.position = unescapeSettingsValue(item.value);
+    } else if (item.key == u"RECENTWINDOW") {
+        const QStringList numbers = item.value.split(u' ', Qt::SkipEmptyParts);
+        if (numbers.size() != 4) return;
+        int values[4];
+        for (int i = 0; i < 4; ++i) {
+            bool ok = false;
+            values[i] = numbers[i].toInt(&ok);
+            if (!ok) return;
+        }
+        kept.window = QRect(values[0], values[1], values[2], values[3]);
+    } else if (item.key == u"RECENTPOPEYE") {
+        const QStringList fields = item.value.split(kFieldSeparator);
+        for (size_t i = 0; i < kept.popeyeFields.size(); ++i)
+            kept.popeyeFields[i] =
+                i < size_t(fields.size()) ? unescapeSettingsValue(fields[qsizetype(i)]) : QString();
+    }
+}
+
+bool isKeptLine(const QString& upperTrimmed) {
+    return upperTrimmed.startsWith(u"RECENTPOSITION") || upperTrimmed.startsWith(u"RECENTWINDOW") ||
+           upperTrimmed.startsWith(u"RECENTPOPEYE");
+}
+
 } // namespace
 
+QString escapeSettingsValue(const QString& value, QStringView extra) {
+    const QByteArray bytes = value.toUtf8();
+    QString out;
+    out.reserve(bytes.size());
+    for (qsizetype i = 0; i < bytes.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        const bool atEnd = i == 0 || i == bytes.size() - 1;
+        const bool plain = byte > 0x20 && byte < 0x7F &&
+                           !QStringView(u"%,;\"=").contains(QChar(byte)) &&
+                           !extra.contains(QChar(byte));
+        if (plain || (byte == ' ' && !atEnd))
+            out += QChar(byte);
+        else
+            out += QStringLiteral("%") +
+                   QString::number(uint(byte), 16).rightJustified(2, u'0').toUpper();
+    }
+    return out;
+}
+
+QString unescapeSettingsValue(const QString& value) {
+    QByteArray bytes;
+    bytes.reserve(value.size());
+    for (qsizetype i = 0; i < value.size(); ++i) {
+        bool ok = false;
+        const int code = value[i] == u'%' && i + 2 < value.size()
+                             ? QStringView(value).mid(i + 1, 2).toInt(&ok, 16)
+                             : 0;
+        if (ok) {
+            bytes += char(code);
+            i += 2;
+        } else {
+            bytes += value.mid(i, 1).toUtf8();
+        }
+    }
+    return QString::fromUtf8(bytes);
+}
+
 SettingsRead readSettings(const QString& settingsPath, const QString& programFolder, Style& style,
-                          RecentList& recentFile, QString& recentEngine) {
+                          RecentList& recentFile, QString& recentEngine, KeptSession* kept) {
     SettingsRead result;
     resetStyle(style);
     recentEngine.clear();
@@ -59,6 +124,8 @@ SettingsRead readSettings(const QString& settingsPath, const QString& programFol
             addRecent(recentFile, item->value);
         } else if (key == u"RECENTENGINE") {
             recentEngine = item->value;
+        } else if (isKeptLine(key)) {
+            if (kept && !reReading) readKeptItem(*item, *kept);
         } else if (key == u"STYLE" || key == u"RECENTSTYLE") {
             if (!reReading) style.StyleName = item->value;
         } else if (key == u"BEGINSTYLE") {
@@ -184,7 +251,7 @@ bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& 
 
 bool writeSettings(const QString& programFolder, const RecentList& recentFile,
                    const QString& recentEngine, const QString& styleName,
-                   const SettingsWriteSeams& seams) {
+                   const SettingsWriteSeams& seams, const KeptSession* kept) {
     const std::optional<QList<QByteArray>> old = oldSettingsLines(programFolder);
     if (!old) return false;
     const bool windows1252 = usesWindows1252(*old);
@@ -194,13 +261,29 @@ bool writeSettings(const QString& programFolder, const RecentList& recentFile,
             lines.append(encodeStyleText("RecentFile = " + recentFile[i], windows1252));
     if (!recentEngine.isEmpty())
         lines.append(encodeStyleText("RecentEngine = " + recentEngine, windows1252));
+    if (kept) {
+        // Escaped to plain ASCII, so the file's encoding can't matter.
+        lines.append("RecentPosition = " + escapeSettingsValue(kept->position).toLatin1());
+        if (!kept->window.isEmpty())
+            lines.append(QStringLiteral("RecentWindow = %1 %2 %3 %4")
+                             .arg(kept->window.x())
+                             .arg(kept->window.y())
+                             .arg(kept->window.width())
+                             .arg(kept->window.height())
+                             .toLatin1());
+        QStringList fields;
+        for (const QString& field : kept->popeyeFields)
+            fields.append(escapeSettingsValue(field, QStringView(&kFieldSeparator, 1)));
+        lines.append("RecentPopeye = " + fields.join(QChar(kFieldSeparator)).toLatin1());
+    }
 
     const QByteArray styleLine = encodeStyleText("RecentStyle = " + styleName, windows1252);
     for (const QByteArray& line : *old) {
         const QString t = trimBlanks(decodeStyleText(line)).toUpper();
         if (t.startsWith(u"RECENTSTYLE") || t.startsWith(u"STYLE"))
             lines.append(styleLine);
-        else if (!t.startsWith(u"RECENTENGINE") && !t.startsWith(u"RECENTFILE"))
+        else if (!t.startsWith(u"RECENTENGINE") && !t.startsWith(u"RECENTFILE") &&
+                 !(kept && isKeptLine(t)))
             lines.append(line);
     }
     return replaceSettingsFile(programFolder, lines, seams);

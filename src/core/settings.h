@@ -7,6 +7,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QRect>
 #include <QString>
 #include <QStringList>
 #include <array>
@@ -18,6 +19,21 @@ inline constexpr const char* kSettingsFileName = "Marlith.ini";
 inline constexpr const char* kSettingsTempName = "F0000000.tmp";
 
 using RecentList = std::array<QString, 4>; // most recent first; unused entries empty
+
+// What a session leaves for the next besides the styles: the position on
+// the board, the main window's place and size, the Popeye window's fields.
+struct KeptSession {
+    QString position;
+    QRect window; // empty when none was kept
+    std::array<QString, 11> popeyeFields;
+};
+
+// A value as the settings grammar can hold it: "%", ",", ";", quotes, "=",
+// line ends and other control characters, the blanks at its ends and every
+// character of `extra` written as "%XX" (bytes of UTF-8), so that no value
+// can end an item or a line.
+QString escapeSettingsValue(const QString& value, QStringView extra = {});
+QString unescapeSettingsValue(const QString& value);
 
 struct SettingsRead {
     bool opened = false;         // the file was there and could be read
@@ -33,8 +49,11 @@ struct SettingsRead {
 // RecentStyle line or else the first block decides. Whatever happens, the
 // record holds what was read before the end or the fault. The caller empties
 // FullDictionary and draws.
+// With `kept`, the session's lines fill it; a settings file without them
+// leaves it as it was.
 SettingsRead readSettings(const QString& settingsPath, const QString& programFolder, Style& style,
-                          RecentList& recentFile, QString& recentEngine);
+                          RecentList& recentFile, QString& recentEngine,
+                          KeptSession* kept = nullptr);
 
 // Puts path at the head of the list: an entry equal to it (compared exactly)
 // moves up, else the oldest falls out.
@@ -76,9 +95,10 @@ bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& 
 // file as it stands, except that a style line carries the current name and
 // the old recent lines go. Without an old file the new one holds the recent
 // lines alone. A settings file that is there but can't be read is left alone.
+// With `kept`, the session's lines follow the engine's.
 bool writeSettings(const QString& programFolder, const RecentList& recentFile,
                    const QString& recentEngine, const QString& styleName,
-                   const SettingsWriteSeams& seams = {});
+                   const SettingsWriteSeams& seams = {}, const KeptSession* kept = nullptr);
 
 // The settings file's lines with the block of the style `styleName` taken
 // out: from its BeginStyle line up to the next block, what stands behind it

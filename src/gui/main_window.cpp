@@ -6,6 +6,7 @@
 #include "core/settings.h"
 #include "core/startup.h"
 #include "core/style_list.h"
+#include "core/text_keys.h"
 #include "editing/board_edit.h"
 #include "editing/board_effects.h"
 #include "editing/history.h"
@@ -144,6 +145,14 @@ void MainWindow::createControls() {
     positionEdit_->setObjectName(QStringLiteral("positionEdit"));
     positionEdit_->installEventFilter(this);
     connect(positionEdit_, &QLineEdit::textChanged, this, [this] { buildBoard(); });
+    typingPause_ = new QTimer(this);
+    typingPause_->setSingleShot(true);
+    typingPause_->setInterval(1000);
+    connect(typingPause_, &QTimer::timeout, this, &MainWindow::flushTyping);
+    connect(positionEdit_, &QLineEdit::textEdited, this, [this] {
+        typingPause_->start();
+        updateUndoItems();
+    });
 
     // The tool strips. A strip takes the focus while one of its buttons is held.
     firstToolStrip_ = new QWidget(central);
@@ -262,8 +271,8 @@ void MainWindow::createMenus() {
                &MainWindow::setStartPosition},
               {"fileSeparator1", "-", {}, true, nullptr},
               {"saveImageAction", "&Save Image", ctrl(Qt::Key_S), true, &MainWindow::saveImage},
-              {"saveImageAsAction", "Save Image &As...", ctrl(Qt::Key_A), true,
-               &MainWindow::saveImageAs},
+              {"saveImageAsAction", "Save Image &As...",
+               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), true, &MainWindow::saveImageAs},
               {"fileSeparator2", "-", {}, true, nullptr},
               {"openBookAction", "Open &Book", ctrl(Qt::Key_B), true, &MainWindow::openBook},
               {"searchAction", "&Criteria", ctrl(Qt::Key_F), false, &MainWindow::searchBook},
@@ -279,7 +288,7 @@ void MainWindow::createMenus() {
         actions_[recentBookActions_[i]->objectName()] = recentBookActions_[i];
     }
     addItems(file, {{"fileSeparator5", "-", {}, true, nullptr},
-                    {"exitAction", "E&xit", ctrl(Qt::Key_X), true, &MainWindow::exitProgram}});
+                    {"exitAction", "E&xit", ctrl(Qt::Key_Q), true, &MainWindow::exitProgram}});
     // Escape stops the scan of a book wherever the focus is; at other times
     // the key does what each control does with it.
     auto* stopScan = new QAction(QStringLiteral("Stop reading the book"), this);
@@ -295,7 +304,11 @@ void MainWindow::createMenus() {
 
     QMenu* edit = addMenu(nullptr, "editMenu", "&Edit");
     addItems(edit,
-             {{"refreshAction", "Refre&sh = <Enter>", {}, true, &MainWindow::refreshPosition}});
+             {{"undoAction", "&Undo", ctrl(Qt::Key_Z), false, &MainWindow::undoChange},
+              {"redoAction", "&Redo", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), false,
+               &MainWindow::redoChange},
+              {"editSeparator0", "-", {}, true, nullptr},
+              {"refreshAction", "Refre&sh = <Enter>", {}, true, &MainWindow::refreshPosition}});
     QMenu* copy = addMenu(edit, "copyMenu", "Cop&y");
     addItems(copy,
              {{"copyPositionAction", "&Marlith", ctrl(Qt::Key_C), true, &MainWindow::copyPosition},
@@ -307,7 +320,7 @@ void MainWindow::createMenus() {
               {"editSeparator1", "-", {}, true, nullptr},
               {"historyAction", "&History", ctrl(Qt::Key_H), true, &MainWindow::showHistory},
               {"recModeAction", "Rec &Mode", ctrl(Qt::Key_M), true, &MainWindow::switchRecMode},
-              {"undoRecAction", "&Undo Rec", ctrl(Qt::Key_Z), false, &MainWindow::undoRec},
+              {"undoRecAction", "Undo Re&c", {}, false, &MainWindow::undoRec},
               {"editSeparator2", "-", {}, true, nullptr}});
     QMenu* effects = addMenu(edit, "effectsMenu", "E&ffects");
     addItems(effects,
@@ -342,7 +355,8 @@ void MainWindow::createMenus() {
               {"craftyAction", "&Crafty", ctrl(Qt::Key_K), true, &MainWindow::openCrafty}});
 
     QMenu* help = addMenu(nullptr, "helpMenu", "&Help");
-    addItems(help, {{"helpContentsAction", "&Contents", {}, true, &MainWindow::showHelp},
+    addItems(help, {{"helpContentsAction", "&Contents", QKeySequence(Qt::Key_F1), true,
+                     &MainWindow::showHelp},
                     {"helpSeparator", "-", {}, true, nullptr},
                     {"aboutAction", "&About...", {}, true, &MainWindow::showAbout}});
 
@@ -443,6 +457,7 @@ void MainWindow::start(const QStringList& arguments) {
 
     invalidatePainted(state_.squares, state_.board());
     buildBoard();
+    restoreSession();
 
     const CommandLine line = splitCommandLine(arguments);
     if (!line.rest.isEmpty() && startInstance) startInstance(line.rest);
@@ -468,6 +483,8 @@ void MainWindow::closeChildWindows() {
 void MainWindow::shutDown() {
     if (unloaded_) return;
     unloaded_ = true;
+    // The poll would find no scan: both go.
+    scanTimer_->stop();
     scanJob_.reset(); // its work file is deleted below
     if (state_.programFolder.isEmpty()) return;
     writeSettings();
@@ -506,8 +523,12 @@ void MainWindow::buildBoard() {
 }
 
 void MainWindow::commitBoardEdit() {
-    positionEdit_->setText(squaresToFen(state_.squares, state_.board(), state_.style.PiecesList));
-    if (action(QStringLiteral("recModeAction"))->isChecked()) copyPosition();
+    setPositionText(squaresToFen(state_.squares, state_.board(), state_.style.PiecesList));
+    if (action(QStringLiteral("recModeAction"))->isChecked()) {
+        copyPosition();
+        // Undoing this edit takes its row away as well.
+        positionUndo_.noteHistoryRow(historyWindow()->rows().constLast());
+    }
 }
 
 AddToBookWindow* MainWindow::addToBookWindow() {
@@ -561,7 +582,7 @@ HistoryWindow* MainWindow::historyWindow() {
     historyWindow_ = new HistoryWindow(state_, this);
     setChildWindow(ChildWindow::History, historyWindow_);
     connect(historyWindow_, &HistoryWindow::rowSent, this, [this](const QString& board) {
-        positionEdit_->setText(board);
+        setPositionText(board);
         positionEdit_->end(false);
         bookPanel_->showMoveControls();
         activateWindow();
@@ -594,7 +615,7 @@ void MainWindow::switchRecMode() {
 void MainWindow::undoRec() {
     HistoryWindow* history = historyWindow();
     if (history->rowCount() > 1) {
-        positionEdit_->setText(rowForUndo(history->dropLastRow()));
+        setPositionText(rowForUndo(history->dropLastRow()));
     }
     positionEdit_->end(false);
 }
@@ -607,17 +628,17 @@ void MainWindow::updateAddToBook() {
 }
 
 void MainWindow::newPosition() {
-    positionEdit_->clear();
+    setPositionText(QString());
     positionEdit_->setFocus();
 }
 
 void MainWindow::setStartPosition() {
-    positionEdit_->setText(state_.style.StartPos);
+    setPositionText(state_.style.StartPos);
     positionEdit_->end(false);
 }
 
 void MainWindow::refreshPosition() {
-    positionEdit_->setText(squaresToFen(state_.squares, state_.board(), state_.style.PiecesList));
+    setPositionText(squaresToFen(state_.squares, state_.board(), state_.style.PiecesList));
     positionEdit_->end(false);
 }
 
@@ -734,6 +755,9 @@ void MainWindow::chooseStyle() {
     invalidatePainted(state_.squares, state_.board());
     const QString w = squaresToFen(state_.squares, state_.board(), state_.style.PiecesList);
     state_.fullDictionary = state_.style.PyDictionary + state_.pyDatDictionary;
+    // The same position in the new style's letters and rows: no step of its own.
+    flushTyping();
+    positionUndo_.replaceCurrent(w);
     if (w != positionEdit_->text())
         positionEdit_->setText(w);
     else
@@ -779,7 +803,7 @@ void MainWindow::restoreStyleText() {
 void MainWindow::readSettings() {
     const SettingsRead reading = marlith::readSettings(
         state_.programFolder + QLatin1String(kSettingsFileName), state_.programFolder, state_.style,
-        state_.recentFile, state_.recentEngine);
+        state_.recentFile, state_.recentEngine, &keptSession_);
     state_.fullDictionary.clear();
     for (const QString& name : reading.styleNames)
         styleBox_->addItem(name);
@@ -798,8 +822,14 @@ void MainWindow::showStyleName() {
 }
 
 void MainWindow::writeSettings() {
+    flushTyping();
+    KeptSession kept;
+    kept.position = positionUndo_.current();
+    const QRect place = isNormalState(*this) ? QRect(pos(), size()) : normalGeometry();
+    kept.window = place;
+    kept.popeyeFields = state_.popeyeParams;
     marlith::writeSettings(state_.programFolder, state_.recentFile, state_.recentEngine,
-                           state_.style.StyleName);
+                           state_.style.StyleName, {}, &kept);
 }
 
 void MainWindow::addRecent(const QString& path) {
@@ -1043,7 +1073,7 @@ void MainWindow::openRecentBook(int index) {
 }
 
 void MainWindow::showPosition(const QString& board) {
-    positionEdit_->setText(fillRows(board, state_.style.BorderWidth, state_.style.PiecesList));
+    setPositionText(fillRows(board, state_.style.BorderWidth, state_.style.PiecesList));
 }
 
 void MainWindow::chooseStyleByName(const QString& name) {
@@ -1117,9 +1147,9 @@ void MainWindow::copyPosition() {
 }
 
 void MainWindow::pastePosition() {
-    positionEdit_->setText(pastedPositionText(QGuiApplication::clipboard()->text(),
-                                              state_.style.BorderWidth, state_.style.PiecesList,
-                                              positionEdit_->maxLength()));
+    setPositionText(pastedPositionText(QGuiApplication::clipboard()->text(),
+                                       state_.style.BorderWidth, state_.style.PiecesList,
+                                       positionEdit_->maxLength()));
 }
 
 bool MainWindow::showChooser(ChooserMode mode, QString& path) {
@@ -1165,9 +1195,11 @@ void MainWindow::takeChildWindowsAlong() {
     }
 }
 
-bool MainWindow::menuShortcutWins(QKeyEvent* key) const {
-    // As in the menus of old, an enabled menu shortcut goes before the text
-    // boxes' own use of the key (Ctrl+C copies the position, not the text).
+bool MainWindow::menuShortcutWins(QKeyEvent* key, bool boxHasSelection) const {
+    // An enabled menu shortcut goes before the text boxes' own use of the key
+    // (Ctrl+C without a selection copies the position), but the editing keys
+    // stay with the box.
+    if (textBoxKeepsKey(key->keyCombination(), boxHasSelection)) return false;
     const QKeySequence pressed(key->keyCombination());
     for (const auto& [name, item] : actions_)
         if (item->isEnabled() && !item->shortcut().isEmpty() && item->shortcut() == pressed)
@@ -1178,10 +1210,19 @@ bool MainWindow::menuShortcutWins(QKeyEvent* key) const {
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == styleBox_ && event->type() == QEvent::Wheel && !styleBox_->hasFocus())
         return true;
+    // The style list hands the key to its line edit by a direct call, past
+    // the line edit's filters: both are watched.
     if (event->type() == QEvent::ShortcutOverride &&
-        (watched == positionEdit_ || watched == styleBox_->lineEdit()) &&
-        menuShortcutWins(static_cast<QKeyEvent*>(event)))
-        return true;
+        (watched == positionEdit_ || watched == styleBox_ || watched == styleBox_->lineEdit())) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        const QLineEdit* box = watched == positionEdit_ ? positionEdit_ : styleBox_->lineEdit();
+        if (menuShortcutWins(key, box->hasSelectedText())) return true;
+    }
+    // The position box's own undo would fight the program's.
+    if (watched == positionEdit_ && event->type() == QEvent::KeyPress) {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (key->matches(QKeySequence::Undo) || key->matches(QKeySequence::Redo)) return true;
+    }
     if (watched == styleBox_->lineEdit() && event->type() == QEvent::KeyPress)
         return handleStyleKey(static_cast<QKeyEvent*>(event)->key());
     if (watched == positionEdit_) {
@@ -1212,11 +1253,13 @@ void MainWindow::handlePositionKeyDown(int key) {
 
 bool MainWindow::handlePositionKey(const QString& typed, int key) {
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        // The typed text and its canonical form are one step.
+        typingPause_->stop();
         refreshPosition();
         return true;
     }
     if (key == Qt::Key_Escape) {
-        positionEdit_->clear();
+        setPositionText(QString());
         return true;
     }
     if (typed == QLatin1String("/")) {
@@ -1229,6 +1272,7 @@ bool MainWindow::handlePositionKey(const QString& typed, int key) {
 void MainWindow::cutAfterLastPiece() {
     positionEdit_->setText(
         marlith::cutAfterLastPiece(positionEdit_->text(), state_.style.PiecesList));
+    typingPause_->start(); // part of the typing
 }
 
 void MainWindow::completeRow() {
@@ -1238,6 +1282,7 @@ void MainWindow::completeRow() {
         positionEdit_->text(), caret, state_.style.BorderWidth, state_.style.PiecesList);
     positionEdit_->setText(completed.text);
     positionEdit_->setCursorPosition(completed.caret);
+    typingPause_->start(); // part of the typing
 }
 
 } // namespace marlith

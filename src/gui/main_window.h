@@ -3,8 +3,10 @@
 #pragma once
 
 #include "core/app_state.h"
+#include "core/settings.h"
 #include "drawing/diagram.h"
 #include "editing/board_effects.h"
+#include "editing/position_undo.h"
 
 #include <QMainWindow>
 #include <QPixmap>
@@ -126,6 +128,9 @@ class MainWindow : public QMainWindow {
     void switchRecMode();
     // Back to the row before the last one of the history.
     void undoRec();
+    // Takes back the last change of the position, or brings it again.
+    void undoChange();
+    void redoChange();
     // The Style window, created at first use and hidden between uses.
     StyleWindow* styleWindow();
     CraftyWindow* craftyWindow();
@@ -194,7 +199,15 @@ class MainWindow : public QMainWindow {
     // Add to Book follows whether a .FEN or .PGN book is open.
     void updateAddToBook();
     void showStyleName();
-    bool menuShortcutWins(QKeyEvent* key) const;
+    bool menuShortcutWins(QKeyEvent* key, bool boxHasSelection) const;
+    // A change of the position that Undo can take back.
+    void setPositionText(const QString& text);
+    // Typed text becomes a step at Enter, at a pause or before another change.
+    void flushTyping();
+    void showUndoneText(const QString& text);
+    void updateUndoItems();
+    // The position, the window's place and the Popeye fields of the last session.
+    void restoreSession();
     // Shows the file chooser for a purpose; true and the path after Ok.
     bool showChooser(ChooserMode mode, QString& path);
     // Looks for the engines and Py.dat at start; the clean-up at the end.
@@ -236,6 +249,10 @@ class MainWindow : public QMainWindow {
     // The scan of the book being opened, and the timer that shows its count.
     std::unique_ptr<ScanJob> scanJob_;
     QTimer* scanTimer_ = nullptr;
+    PositionUndo positionUndo_;
+    KeptSession keptSession_;
+    // Runs while typed text waits to become a step of its own.
+    QTimer* typingPause_ = nullptr;
 };
 
 } // namespace marlith

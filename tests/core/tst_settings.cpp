@@ -59,6 +59,25 @@ const QByteArray kLibrary =
 class TstSettings : public QObject {
     Q_OBJECT
   private Q_SLOTS:
+    // A kept value can't end its item or line, and comes back whole.
+    void escapedValues_data() {
+        QTest::addColumn<QString>("value");
+        QTest::newRow("separators") << QStringLiteral("a,b;c=\"d\"%e");
+        QTest::newRow("blanks at the ends") << QStringLiteral("  k7/8 w  ");
+        QTest::newRow("line ends") << QStringLiteral("a\r\nb\tc");
+        QTest::newRow("beyond ASCII") << QStringLiteral("T\u00e9te \u265a");
+        QTest::newRow("field separator") << QStringLiteral("h#|2");
+    }
+    void escapedValues() {
+        QFETCH(QString, value);
+        const QString escaped = escapeSettingsValue(value, u"|");
+        for (const char16_t c : {u',', u';', u'"', u'=', u'\r', u'\n', u'|'})
+            QVERIFY(!escaped.contains(c));
+        QVERIFY(escaped == escaped.trimmed());
+        QVERIFY(escaped.toLatin1() == escaped.toUtf8());
+        QCOMPARE(unescapeSettingsValue(escaped), value);
+    }
+
     void cutName() {
         // Cut at folder boundaries from the left, the root kept in front; with
         // no folder left, the last characters.

@@ -1,4 +1,5 @@
 #include "editing/history.h"
+#include "editing/position_undo.h"
 
 #include <QTest>
 
@@ -76,6 +77,36 @@ class TstHistory : public QObject {
         for (qsizetype i = 0; i + 1 < lines.size(); ++i)
             QVERIFY(lines[i].size() > 70 && lines[i].size() <= 82);
         QVERIFY(lines[0].startsWith(QLatin1String("1. Nf3 Nf6 2. Ng1 Ng8 3. Nf3 ")));
+    }
+    // Undo walks back to where it began and Redo forward again; a change
+    // after an undo drops what was undone; the oldest steps fall out past
+    // the limit; a step's History row comes back with the step.
+    void undoAndRedoSteps() {
+        PositionUndo steps(1000);
+        steps.reset(QStringLiteral("start"));
+        QVERIFY(!steps.record(QStringLiteral("start")));
+        for (const char* text : {"a", "b", "c"})
+            QVERIFY(steps.record(QLatin1String(text)));
+        steps.noteHistoryRow(QStringLiteral("(1x0)c"));
+        QCOMPARE(steps.undo()->historyRow, "(1x0)c");
+        QCOMPARE(steps.current(), "b");
+        QVERIFY(steps.undo()->historyRow.isEmpty());
+        QCOMPARE(steps.redo()->text, "b");
+        QVERIFY(steps.record(QStringLiteral("d")));
+        QVERIFY(!steps.canRedo());
+        QCOMPARE(steps.undo()->text, "d");
+        QCOMPARE(steps.undo()->text, "b");
+        QCOMPARE(steps.undo()->text, "a");
+        QVERIFY(!steps.undo());
+        QCOMPARE(steps.current(), "start");
+
+        for (int i = 0; i < 1005; ++i)
+            steps.record(QString::number(i));
+        int undone = 0;
+        while (steps.undo())
+            ++undone;
+        QCOMPARE(undone, 1000);
+        QCOMPARE(steps.current(), "4");
     }
 };
 

@@ -65,6 +65,31 @@ class TstBoardWindow : public QObject {
         drag(f.diagramView(), square(1, 1), square(3, 3), Qt::ShiftModifier);
         QCOMPARE(f.positionEdit->text(), "8/1K6/8/8/8/8/8/8");
         QVERIFY(!f.window->viewWindow()->isVisible());
+
+        // Undo takes back each change, effects and pastes too; Redo brings
+        // them again; a new change forgets what was undone.
+        f.action("moveRightAction")->trigger();
+        QGuiApplication::clipboard()->setText(QStringLiteral("q"));
+        f.action("pastePositionAction")->trigger();
+        const QStringList steps{f.positionEdit->text(),
+                                "8/2K5/8/8/8/8/8/8",
+                                "8/1K6/8/8/8/8/8/8",
+                                "8/1K6/2K5/8/8/8/8/8",
+                                "8/1K6/8/8/8/8/8/8",
+                                "K",
+                                ""};
+        for (const QString& step : steps.mid(1)) {
+            f.action("undoAction")->trigger();
+            QCOMPARE(f.positionEdit->text(), step);
+        }
+        QVERIFY(!f.action("undoAction")->isEnabled());
+        f.action("redoAction")->trigger();
+        f.action("redoAction")->trigger();
+        QCOMPARE(f.positionEdit->text(), "8/1K6/8/8/8/8/8/8");
+        click(f.diagramView(), square(1, 1), Qt::RightButton);
+        QVERIFY(!f.action("redoAction")->isEnabled());
+        f.action("undoAction")->trigger();
+        QCOMPARE(f.positionEdit->text(), "8/1K6/8/8/8/8/8/8");
     }
 
     void aClickWithoutPieceOpensThePaletteForThatSquare() {

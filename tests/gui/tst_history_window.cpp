@@ -96,7 +96,17 @@ class TstHistoryWindow : public QObject {
                                "8/8/2k5/8/8/8/K7/8"};
         QCOMPARE(h.history->rows(), rows);
         QCOMPARE(clipboardText(), rows[3]);
-        for (int undo = 0; undo < 4; ++undo)
+        // Undo takes each recorded edit back with its row, Redo brings both
+        // again; Undo Rec steps back through the rows alone.
+        for (int undo = 0; undo < 3; ++undo)
+            h.action("undoAction")->trigger();
+        QCOMPARE(h.history->rows(), QStringList{rows[0]});
+        QCOMPARE(h.positionEdit->text(), rows[0]);
+        h.action("redoAction")->trigger();
+        h.action("redoAction")->trigger();
+        QCOMPARE(h.history->rows(), rows.mid(0, 3));
+        QCOMPARE(h.positionEdit->text(), rows[2]);
+        for (int undo = 0; undo < 3; ++undo)
             h.action("undoRecAction")->trigger();
         QCOMPARE(h.history->rows(), QStringList{rows[0]});
         QCOMPARE(h.positionEdit->text(), rows[0]);

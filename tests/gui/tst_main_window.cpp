@@ -1,7 +1,9 @@
 #include "drawing/piece_sheet.h"
+#include "gui/style_window.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
+#include <QClipboard>
 #include <QSignalSpy>
 #include <QWheelEvent>
 
@@ -62,16 +64,51 @@ class TstMainWindow : public QObject {
         QTest::keyClick(f.positionEdit, Qt::Key_T, Qt::ControlModifier);
         QCOMPARE(f.positionEdit->text(), f.state.style.StartPos);
         QCOMPARE(f.pieceCounterLabel->text(), "(16x16)");
-        // Menu keys go before the text box's own: Ctrl+A selects nothing.
-        QTest::keyClick(f.positionEdit, Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(saveAs.count(), 1);
-        QVERIFY(!f.positionEdit->hasSelectedText());
         QTest::keyClick(f.positionEdit, Qt::Key_N, Qt::ControlModifier);
         QVERIFY(f.positionEdit->text().isEmpty());
-        // A disabled item leaves the key to the text box, which undoes the typing.
-        f.type(QStringLiteral("K"));
-        QTest::keyClick(f.positionEdit, Qt::Key_Z, Qt::ControlModifier);
+        // The editing keys stay with the box: select all, copy the selection,
+        // cut, paste; with nothing selected Ctrl+C copies the position.
+        f.type(QStringLiteral("kK"));
+        QTest::keyClick(f.positionEdit, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(f.positionEdit->selectedText(), "kK");
+        QTest::keyClick(f.positionEdit, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), "kK");
+        QTest::keyClick(f.positionEdit, Qt::Key_X, Qt::ControlModifier);
         QVERIFY(f.positionEdit->text().isEmpty());
+        QVERIFY(f.window->isVisible());
+        QTest::keyClick(f.positionEdit, Qt::Key_V, Qt::ControlModifier);
+        QTest::keyClick(f.positionEdit, Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(f.positionEdit->text(), "kKkK");
+        QTest::keyClick(f.positionEdit, Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), "kKkK4/8/8/8/8/8/8/8");
+        QTest::keyClick(f.positionEdit, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(saveAs.count(), 1);
+        // Undo takes back the typing, the paste-less copy's rewrite included.
+        QTest::keyClick(f.positionEdit, Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(f.positionEdit->text(), "kKkK");
+        QTest::keyClick(f.positionEdit, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(f.positionEdit->text(), "kKkK4/8/8/8/8/8/8/8");
+    }
+
+    // Menu keys that no box keeps work from the style list, whose line edit
+    // gets them past its filters, and the editing keys work there too.
+    void menuKeysFromTheStyleList() {
+        Fixture f({}, kTwoStyles);
+        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
+        int styleWindows = 0;
+        f.window->runStyleWindow = [&styleWindows](StyleWindow& window) {
+            ++styleWindows;
+            window.reject();
+        };
+        auto* box = f.child<QComboBox>("styleBox");
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_E, Qt::ControlModifier);
+        QCOMPARE(styleWindows, 1);
+        box->setFocus();
+        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
+        QCOMPARE(box->lineEdit()->selectedText(), "Small");
+        QTest::keyClick(box, Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(f.positionEdit->text(), f.state.style.StartPos);
     }
 
     // The items that need a book, a recording or an engine start disabled.
@@ -168,11 +205,23 @@ class TstMainWindow : public QObject {
             combo->setCurrentIndex(combo->findText(QStringLiteral("Wide")));
             first.window->chooseStyle();
             writeFile(work);
+            // The position, the place and the Popeye fields come back, also
+            // with the characters that end an item or a line.
+            first.positionEdit->clear();
+            first.type(QStringLiteral("sS, \"x;y\" %41"));
+            first.window->move(40, 30);
+            first.state.popeyeParams[0] = QStringLiteral("h#|\n;");
+            first.state.popeyeParams[10] = QStringLiteral("twin=1");
             first.window->close();
         }
         QVERIFY(!QFile::exists(work));
         Fixture second({}, {}, shared.path());
         QCOMPARE(second.child<QComboBox>("styleBox")->currentText(), "Wide");
+        QCOMPARE(second.positionEdit->text(), "sS, \"x;y\" %41");
+        QCOMPARE(second.pieceCounterLabel->text(), "(1x1)");
+        QCOMPARE(second.window->pos(), QPoint(40, 30));
+        QCOMPARE(second.state.popeyeParams[0], "h#|\n;");
+        QCOMPARE(second.state.popeyeParams[10], "twin=1");
     }
 
     // The style list matches whole names: nothing completes typing, and the
