@@ -1,5 +1,10 @@
 #include "books/book_search.h"
 
+#include "position/fen.h"
+
+#include <algorithm>
+#include <bitset>
+
 namespace marlith {
 
 namespace {
@@ -73,6 +78,11 @@ std::optional<QString> expandRanges(const QString& text) {
     int from = 0;
     QString num;
     QString result;
+    // No board holds more men than squares: larger numbers can match
+    // nothing, and each number is listed once, so that a long text of wide
+    // ranges stays a short list.
+    constexpr int kMostMen = kSquareCount - 1;
+    std::bitset<kMostMen + 1> listed;
     for (const QChar c : t) {
         if (c == u' ' || c == u',') {
             if (num.isEmpty()) continue;
@@ -83,8 +93,11 @@ std::optional<QString> expandRanges(const QString& text) {
             int low = from < 1 ? *to : from;
             int high = *to;
             if (low > high) std::swap(low, high);
-            for (int n = low; n <= high; ++n)
+            for (int n = low; n <= std::min(high, kMostMen); ++n) {
+                if (listed[size_t(n)]) continue;
+                listed[size_t(n)] = true;
                 result += numberForm(n);
+            }
             from = 0;
         } else if (c == u'-') {
             const std::optional<int> value = leadingNumber(num);
