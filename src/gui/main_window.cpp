@@ -1119,8 +1119,10 @@ void MainWindow::saveImage() {
     setCursor(Qt::WaitCursor);
     repaint();
     state_.imageFile = settleImageName(state_.imageFile);
-    // A name that can't be written is no error: the caption still follows.
-    saveBitmap(diagram_.image(), state_.imageFile);
+    // The caption follows the name even when it can't be written, but the
+    // user learns that the picture isn't there.
+    if (!saveBitmap(diagram_.image(), state_.imageFile))
+        warn(QStringLiteral("The picture could not be written to %1.").arg(state_.imageFile));
     setWindowTitle(QStringLiteral("Marlith - ") + state_.imageFile);
     unsetCursor();
 }

@@ -1,5 +1,7 @@
 #include "output/image_output.h"
 
+#include <QSaveFile>
+
 #include "position/fen.h"
 
 namespace marlith {
@@ -11,7 +13,11 @@ QString settleImageName(const QString& imageFile) {
 }
 
 bool saveBitmap(const QImage& image, const QString& path) {
-    return !image.isNull() && image.save(path, "BMP");
+    if (image.isNull()) return false;
+    // Written whole under a new name, then renamed over the old picture: a
+    // full disk leaves the old picture, never a torn one.
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && image.save(&file, "BMP") && file.commit();
 }
 
 QString copiedPositionText(const QString& canonical, const QString& counter, int copyCounter) {

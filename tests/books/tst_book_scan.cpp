@@ -1,14 +1,14 @@
 #include "books/book_scan.h"
 #include "support/book_records.h"
+#include "support/file_bytes.h"
 
 #include <QTemporaryDir>
 #include <QTest>
 #include <atomic>
-#include <csignal>
 #include <functional>
-#include <sys/resource.h>
 
 using namespace marlith;
+using testing::FileSizeLimit;
 using testing::scanSummary;
 
 namespace {
@@ -117,16 +117,8 @@ class TstBookScan : public QObject {
         const Case cases[] = {
             {[&] { return scanFen(games, book.work, stopAt5000); }, ScanEnd::Stopped, 5'000, 9'999},
             {[&] {
-                 // Writes past the limit fail with EFBIG instead of killing the process.
-                 std::signal(SIGXFSZ, SIG_IGN);
-                 rlimit old{};
-                 getrlimit(RLIMIT_FSIZE, &old);
-                 rlimit small = old;
-                 small.rlim_cur = 1'000'000;
-                 setrlimit(RLIMIT_FSIZE, &small);
-                 const BookScan scan = scanFen(games, book.work, {});
-                 setrlimit(RLIMIT_FSIZE, &old);
-                 return scan;
+                 const FileSizeLimit full(1'000'000);
+                 return scanFen(games, book.work, {});
              },
              ScanEnd::WriteFault, 3'788, 7'575},
             {[&] {

@@ -160,6 +160,16 @@ class TstBoardWindow : public QObject {
             QCOMPARE(QImageReader(f.folder() + c.written).format(), QByteArray("bmp"));
         }
         QCOMPARE(f.window->windowTitle(), "Marlith - picture.gif");
+        // A picture that can't be written whole leaves the old one and says so.
+        const QByteArray old = readFile(f.folder() + "picture.gif");
+        f.window->newPosition();
+        {
+            const FileSizeLimit full(old.size() / 2);
+            f.window->saveImage();
+        }
+        QCOMPARE(readFile(f.folder() + "picture.gif"), old);
+        QCOMPARE(f.warnings.size(), 1);
+        QVERIFY(f.warnings[0].contains(u"picture.gif"));
     }
 
     void clipboardTextAndPicture() {

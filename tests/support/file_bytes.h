@@ -3,6 +3,8 @@
 
 #include <QFile>
 #include <QTest>
+#include <csignal>
+#include <sys/resource.h>
 
 namespace marlith::testing {
 
@@ -22,5 +24,25 @@ inline QByteArray readFile(const QString& path) {
 inline QByteArray crlf(QByteArray text) {
     return text.replace("\n", "\r\n");
 }
+
+// A full disk, as far as this process goes: while it lives, a write that
+// would make a file larger than `bytes` fails with EFBIG instead of
+// ending the process.
+class FileSizeLimit {
+  public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &old_);
+        rlimit small = old_;
+        small.rlim_cur = bytes;
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &old_); }
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
+  private:
+    rlimit old_{};
+};
 
 } // namespace marlith::testing
