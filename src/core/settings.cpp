@@ -2,8 +2,11 @@
 
 #include "styles/style_block.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 
 #include <algorithm>
 #include <cstdio>
@@ -214,15 +217,40 @@ bool usesWindows1252(const QList<QByteArray>& lines) {
                        [](const QByteArray& line) { return !isValidUtf8(line); });
 }
 
+// Copies of the program that share a folder rewrite the settings file one
+// at a time, each reading the file as the other left it.
+class SettingsLock {
+  public:
+    explicit SettingsLock(const QString& programFolder)
+        : lock_(inFolder(programFolder, kSettingsFileName) + QStringLiteral(".lock")) {
+        lock_.setStaleLockTime(0); // stale only when its copy is gone
+        held_ = lock_.tryLock(10'000);
+    }
+    bool held() const { return held_; }
+
+  private:
+    QLockFile lock_;
+    bool held_ = false;
+};
+
 } // namespace
+
+QString settingsTempName() {
+    return QStringLiteral("Marlith.ini.%1.tmp").arg(QCoreApplication::applicationPid());
+}
 
 bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,
                          const SettingsWriteSeams& seams) {
-    const QString tempPath = inFolder(programFolder, kSettingsTempName);
+    const QString tempPath = inFolder(programFolder, "") + settingsTempName();
     const QString settingsPath = inFolder(programFolder, kSettingsFileName);
 
-    // A left-over temporary file goes first, so that nothing is written
-    // through a link that happens to stand under that name.
+    // Left-over temporary files go first (the caller holds the lock, so no
+    // other copy is writing one), and nothing is written through a link that
+    // happens to stand under the name.
+    QDir folder(programFolder.isEmpty() ? QStringLiteral(".") : programFolder);
+    for (const QString& name :
+         folder.entryList({QStringLiteral("Marlith.ini.*.tmp")}, QDir::Files | QDir::System))
+        folder.remove(name);
     QFile::remove(tempPath);
     QFile temp(tempPath);
     if (!temp.open(QIODevice::WriteOnly | QIODevice::NewOnly)) return false;
@@ -252,6 +280,8 @@ bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& 
 bool writeSettings(const QString& programFolder, const RecentList& recentFile,
                    const QString& recentEngine, const QString& styleName,
                    const SettingsWriteSeams& seams, const KeptSession* kept) {
+    const SettingsLock lock(programFolder);
+    if (!lock.held()) return false;
     const std::optional<QList<QByteArray>> old = oldSettingsLines(programFolder);
     if (!old) return false;
     const bool windows1252 = usesWindows1252(*old);
@@ -326,6 +356,8 @@ QList<QByteArray> replaceStyleBlock(const QList<QByteArray>& lines, const QStrin
 
 bool writeStyles(const QString& programFolder, Style& style, bool store,
                  const SettingsWriteSeams& seams) {
+    const SettingsLock lock(programFolder);
+    if (!lock.held()) return false;
     const std::optional<QList<QByteArray>> old = oldSettingsLines(programFolder);
     if (!old) return false;
     const QList<QByteArray> block =

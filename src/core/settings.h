@@ -16,7 +16,9 @@
 namespace marlith {
 
 inline constexpr const char* kSettingsFileName = "Marlith.ini";
-inline constexpr const char* kSettingsTempName = "F0000000.tmp";
+// The temporary name through which this copy of the program replaces the
+// settings file: its own, so that two copies never write the same file.
+QString settingsTempName();
 
 using RecentList = std::array<QString, 4>; // most recent first; unused entries empty
 
@@ -84,8 +86,8 @@ struct SettingsWriteSeams {
 // The lines of a text file, split at CR LF, LF or CR, without the line ends.
 QList<QByteArray> splitLines(const QByteArray& bytes);
 
-// Writes the lines, each ended by CR LF, into "F0000000.tmp" in the program
-// folder, puts it on disk and renames it over "Marlith.ini". On any failure
+// Writes the lines, each ended by CR LF, into the temporary file in the
+// program folder, puts it on disk and renames it over "Marlith.ini". On any failure
 // the temporary file is removed, the settings file stays as it was, and the
 // result is false.
 bool replaceSettingsFile(const QString& programFolder, const QList<QByteArray>& lines,

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLockFile>
 #include <QStandardPaths>
 
 namespace marlith {
@@ -128,17 +129,68 @@ CommandLine splitCommandLine(const QStringList& arguments) {
     return line;
 }
 
-int deleteTempFiles(const QString& folder) {
+namespace {
+
+// The seed at the start of a temporary name, "F" and six digits, or empty.
+QString seedOf(const QString& name) {
+    if (name.size() < 7 || name[0].toUpper() != u'F') return {};
+    for (int i = 1; i < 7; ++i)
+        if (!name[i].isDigit()) return {};
+    return u'F' + name.mid(1, 6);
+}
+
+bool isTempName(const QString& name) {
+    return name.size() >= 5 && name.startsWith(QLatin1Char('f'), Qt::CaseInsensitive) &&
+           name.endsWith(QLatin1String(".tmp"), Qt::CaseInsensitive);
+}
+
+template <typename Doomed> int deleteFilesWhere(const QString& folder, Doomed doomed) {
     int deleted = 0;
     const QDir dir(folder);
-    const QStringList names = dir.entryList(QDir::Files | QDir::Hidden | QDir::System);
-    for (const QString& name : names) {
-        if (name.size() >= 5 && name.startsWith(QLatin1Char('f'), Qt::CaseInsensitive) &&
-            name.endsWith(QLatin1String(".tmp"), Qt::CaseInsensitive) &&
-            QFile::remove(dir.filePath(name)))
-            ++deleted;
-    }
+    for (const QString& name : dir.entryList(QDir::Files | QDir::Hidden | QDir::System))
+        if (isTempName(name) && doomed(name) && QFile::remove(dir.filePath(name))) ++deleted;
     return deleted;
+}
+
+QString seedLockPath(const QString& folder, const QString& seed) {
+    return folder + seed + QStringLiteral(".lock");
+}
+
+} // namespace
+
+QString nextTempSeed(const QString& seed) {
+    const int number = seedOf(seed).mid(1).toInt();
+    return makeTempSeed((number + 1) % 1'000'000 * 10);
+}
+
+std::unique_ptr<QLockFile> takeTempSeed(const QString& folder, QString& seed) {
+    for (int tries = 0; tries < 1000; ++tries, seed = nextTempSeed(seed)) {
+        auto lock = std::make_unique<QLockFile>(seedLockPath(folder, seed));
+        lock->setStaleLockTime(0); // stale only when its copy is gone
+        if (lock->tryLock(0)) return lock;
+    }
+    return nullptr;
+}
+
+bool seedHeld(const QString& folder, const QString& seed) {
+    QLockFile lock(seedLockPath(folder, seed));
+    lock.setStaleLockTime(0);
+    if (!lock.tryLock(0)) return true;
+    lock.unlock();
+    return false;
+}
+
+int deleteTempFiles(const QString& folder, const QString& seed) {
+    return deleteFilesWhere(
+        folder, [&seed](const QString& name) { return !seed.isEmpty() && seedOf(name) == seed; });
+}
+
+int deleteOrphanedTempFiles(const QString& folder,
+                            const std::function<bool(const QString&)>& held) {
+    return deleteFilesWhere(folder, [&](const QString& name) {
+        const QString seed = seedOf(name);
+        return seed.isEmpty() || !held(seed);
+    });
 }
 
 } // namespace marlith

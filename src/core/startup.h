@@ -5,6 +5,10 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
+#include <memory>
+
+class QLockFile;
 
 namespace marlith {
 
@@ -47,7 +51,26 @@ struct CommandLine {
 };
 CommandLine splitCommandLine(const QStringList& arguments);
 
-// Deletes the files "f*.tmp" (either case) in the folder; returns how many.
-int deleteTempFiles(const QString& folder);
+// Copies of the program that share a folder keep their temporary files
+// apart: each holds a lock on its seed ("<seed>.lock") while it runs, and
+// removes only the files of its seed. The seed after `seed`: "F999999" is
+// followed by "F000000".
+QString nextTempSeed(const QString& seed);
+
+// Takes the first seed from `seed` on that no running copy holds, and holds
+// it while the lock lives; `seed` comes back as the one taken. Null when
+// none could be had.
+std::unique_ptr<QLockFile> takeTempSeed(const QString& folder, QString& seed);
+
+// A running copy holds the seed.
+bool seedHeld(const QString& folder, const QString& seed);
+
+// Deletes this copy's temporary files, "<seed>*.tmp" in either case;
+// returns how many.
+int deleteTempFiles(const QString& folder, const QString& seed);
+
+// Deletes the files "f*.tmp" left by copies that no longer run: those whose
+// seed `held` denies, and those without a seed.
+int deleteOrphanedTempFiles(const QString& folder, const std::function<bool(const QString&)>& held);
 
 } // namespace marlith

@@ -428,6 +428,10 @@ void MainWindow::start(const QStringList& arguments) {
     state_.otherInstanceRunning = !instanceLock_->tryLock(0);
 
     state_.tempSeed = makeTempSeed(QTime::currentTime().msecsSinceStartOfDay());
+    seedLock_ = takeTempSeed(folder, state_.tempSeed);
+    // What copies that ended without cleaning up left behind.
+    deleteOrphanedTempFiles(folder,
+                            [&folder](const QString& seed) { return seedHeld(folder, seed); });
     state_.programFolder = folder;
     QDir::setCurrent(folder);
 
@@ -488,7 +492,8 @@ void MainWindow::shutDown() {
     scanJob_.reset(); // its work file is deleted below
     if (state_.programFolder.isEmpty()) return;
     writeSettings();
-    deleteTempFiles(state_.programFolder);
+    deleteTempFiles(state_.programFolder, state_.tempSeed);
+    seedLock_.reset();
     cleanUpEngines();
     if (instanceLock_) instanceLock_->unlock();
 }

@@ -245,6 +245,7 @@ class MainWindow : public QMainWindow {
     bool bookNarrowed_ = false;
     std::array<QPixmap, 2> recModeFaces_;
     std::unique_ptr<QLockFile> instanceLock_;
+    std::unique_ptr<QLockFile> seedLock_;
     bool unloaded_ = false;
     // The scan of the book being opened, and the timer that shows its count.
     std::unique_ptr<ScanJob> scanJob_;

@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QLockFile>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -127,17 +128,33 @@ class TstStartup : public QObject {
                  QStringList({"a1", "Alpha", "ALPHA", "alpha", "beta", "Zeta", "_x"}));
     }
 
-    void temporaryFilesInEitherCase() {
+    // A copy removes the files of its own seed at its end; at its start,
+    // those of copies that no longer run and those without a seed.
+    void temporaryFilesOfEachCopy() {
         QTemporaryDir dir;
-        const QStringList doomed{"F123456.tmp", "f1.tmp", "FOO.TMP", "F0000000.tmp", "F.tmp"};
-        const QStringList kept{"keep.tmp", "F1.txt", "Marlith.lock", "xf1.tmp", "F1.tmpx"};
-        for (const QString& name : doomed + kept)
-            writeFile(QDir(dir.path()).filePath(name));
-        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("f9.tmp"))); // a folder is no file
-        QCOMPARE(deleteTempFiles(dir.path() + QLatin1Char('/')), int(doomed.size()));
-        for (const QString& name : kept)
-            QVERIFY2(QFile::exists(QDir(dir.path()).filePath(name)), qPrintable(name));
-        QCOMPARE(deleteTempFiles(QStringLiteral("/no/such/folder/")), 0);
+        const QString folder = dir.path() + QLatin1Char('/');
+        const QStringList mine{"F123456.tmp", "f123456o.TMP", "F123456i.tmp"};
+        const QStringList orphans{"F654321.tmp", "f1.tmp", "FOO.TMP", "F0000000.tmp"};
+        const QStringList others{"F111111.tmp", "keep.tmp", "F123456.txt", "xF123456.tmp"};
+        for (const QString& name : mine + orphans + others)
+            writeFile(folder + name);
+        QVERIFY(QDir(folder).mkdir(QStringLiteral("f9.tmp"))); // a folder is no file
+        QCOMPARE(deleteTempFiles(folder, QStringLiteral("F123456")), int(mine.size()));
+        const auto held = [](const QString& seed) { return seed == u"F111111"; };
+        QCOMPARE(deleteOrphanedTempFiles(folder, held), int(orphans.size()));
+        for (const QString& name : others)
+            QVERIFY2(QFile::exists(folder + name), qPrintable(name));
+        QCOMPARE(deleteTempFiles(QStringLiteral("/no/such/folder/"), QStringLiteral("F1")), 0);
+
+        // A seed that a copy holds is passed over, and free again when it ends.
+        QString seed = QStringLiteral("F999999");
+        const auto first = takeTempSeed(folder, seed);
+        QVERIFY(first && seedHeld(folder, QStringLiteral("F999999")));
+        QString next = QStringLiteral("F999999");
+        auto second = takeTempSeed(folder, next);
+        QCOMPARE(next, QStringLiteral("F000000"));
+        second.reset();
+        QVERIFY(!seedHeld(folder, next));
     }
 };
 

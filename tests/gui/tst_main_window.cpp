@@ -214,8 +214,8 @@ class TstMainWindow : public QObject {
             first.state.popeyeParams[10] = QStringLiteral("twin=1");
             first.window->close();
         }
-        QVERIFY(!QFile::exists(work));
         Fixture second({}, {}, shared.path());
+        QVERIFY(!QFile::exists(work)); // no copy held its seed
         QCOMPARE(second.child<QComboBox>("styleBox")->currentText(), "Wide");
         QCOMPARE(second.positionEdit->text(), "sS, \"x;y\" %41");
         QCOMPARE(second.pieceCounterLabel->text(), "(1x1)");
@@ -237,6 +237,22 @@ class TstMainWindow : public QObject {
                           Qt::NoButton, {}, Qt::NoScrollPhase, false);
         QApplication::sendEvent(box, &wheel);
         QCOMPARE(f.state.style.StyleName, "Small");
+    }
+
+    // Two copies on one folder: each removes only its own temporary files.
+    void copiesKeepApart() {
+        Fixture first;
+        AppState state;
+        MainWindow second(state);
+        second.startInstance = [](const QStringList&) {};
+        second.start({});
+        QVERIFY(state.tempSeed != first.state.tempSeed);
+        const QString others = first.folder() + state.tempSeed + QStringLiteral(".tmp");
+        const QString own = first.folder() + first.state.tempSeed + QStringLiteral("o.tmp");
+        writeFile(others);
+        writeFile(own);
+        first.window->close();
+        QVERIFY(QFile::exists(others) && !QFile::exists(own));
     }
 
     // A press whose release was lost doesn't turn the next click into a
