@@ -14,19 +14,19 @@ int main(int argc, char* argv[]) {
     // The first start gets the shipped styles before the window reads them.
     const QString executableFolder = QCoreApplication::applicationDirPath();
     const QString shipped = marlith::shippedDataFolder(executableFolder);
-    marlith::installShippedSettings(
-        marlith::programFolder(),
-        shipped);
+    marlith::installShippedSettings(marlith::programFolder(), shipped);
 
     marlith::AppState state;
     state.shippedFolder = shipped;
     marlith::MainWindow window(state);
+    // Closing the window runs the stop sequence; so do the signals that end a
+    // program, from the first moment on: a signal during the start is taken
+    // once the window's loop runs.
+    marlith::closeOnSignals(window);
     // Paths typed in a shell are meant from the folder it is in.
     window.start(marlith::absoluteArguments(QApplication::arguments().mid(1), QDir::currentPath()));
     window.show();
-    // Closing the window runs the stop sequence; so do the signals that end a
-    // program, and the end of the session writes the settings beforehand.
-    marlith::closeOnSignals(window);
+    // The end of the session writes the settings beforehand.
     QObject::connect(&app, &QGuiApplication::commitDataRequest, &window,
                      [&window] { window.writeSettings(); });
     QObject::connect(&app, &QCoreApplication::aboutToQuit, &window, [&window] {

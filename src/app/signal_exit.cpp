@@ -1,5 +1,6 @@
 #include "app/signal_exit.h"
 
+#include <QCoreApplication>
 #include <QSocketNotifier>
 #include <QWidget>
 
@@ -31,6 +32,8 @@ void closeOnSignals(QWidget& mainWindow) {
         [[maybe_unused]] const auto got = ::read(signalSockets[1], &byte, 1);
         notifier->setEnabled(false);
         mainWindow.close();
+        // A modal window's own loop, and any other, ends too.
+        QCoreApplication::quit();
     });
     struct sigaction action = {};
     action.sa_handler = onSignal;

@@ -9,11 +9,20 @@
 class TstSignals : public QObject {
     Q_OBJECT
   private Q_SLOTS:
+    // A book read in full, and one still being read when the signal comes.
+    void terminatedLikeClosed_data() {
+        QTest::addColumn<int>("games");
+        QTest::newRow("book open") << 1;
+        QTest::newRow("book being read") << 400'000;
+    }
     void terminatedLikeClosed() {
+        QFETCH(int, games);
         QTemporaryDir home;
         QTemporaryDir books;
         QFile book(books.path() + QStringLiteral("/b.pgn"));
-        QVERIFY(book.open(QIODevice::WriteOnly) && book.write("[Event \"x\"]\n\n1. e4 *\n") > 0);
+        QVERIFY(book.open(QIODevice::WriteOnly) &&
+                book.write(QByteArray("[Event \"x\"]\n\n1. e4 e5 2. Nf3 *\n\n").repeated(games)) >
+                    0);
         book.close();
 
         QProcess program;
