@@ -31,18 +31,34 @@ class TstStartup : public QObject {
         QCOMPARE(makeTempSeed(12345670), QStringLiteral("F234567"));
     }
 
+    void programFolder_data() {
+        QTest::addColumn<bool>("home");      // MARLITH_HOME set
+        QTest::addColumn<bool>("shipped");   // ../share/marlith/Marlith.ini
+        QTest::addColumn<bool>("buildTree"); // ../CMakeCache.txt
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("home wins") << true << true << false << "home";
+        QTest::newRow("installed copy, bin writable") << false << true << false << "data";
+        QTest::newRow("build tree") << false << true << true << "bin";
+        QTest::newRow("portable copy") << false << false << false << "bin";
+    }
+
     void programFolder() {
-        // The home folder, else the program's, always with a slash behind.
-        QCOMPARE(programFolderFrom(QStringLiteral("/opt/m"), QStringLiteral("/usr/bin")),
-                 QStringLiteral("/opt/m/"));
-        QCOMPARE(programFolderFrom(QString(), QStringLiteral("/usr/bin/")),
-                 QStringLiteral("/usr/bin/"));
-        // An executable's folder that can't be written gives way to the
-        // user's data folder, which is made.
-        QTemporaryDir data;
-        const QString mine = data.path() + QStringLiteral("/marlith");
-        QCOMPARE(programFolderFrom(QString(), QStringLiteral("/no/such/bin"), mine), mine + u'/');
-        QVERIFY(QDir(mine).exists());
+        QFETCH(bool, home);
+        QFETCH(bool, shipped);
+        QFETCH(bool, buildTree);
+        QFETCH(QString, expected);
+        QTemporaryDir dir;
+        const QString root = dir.path() + u'/';
+        QVERIFY(QDir().mkpath(root + QStringLiteral("bin")) &&
+                QDir().mkpath(root + QStringLiteral("share/marlith")));
+        if (shipped) writeFile(root + QStringLiteral("share/marlith/Marlith.ini"), "");
+        if (buildTree) writeFile(root + QStringLiteral("CMakeCache.txt"), "");
+        const QString folder =
+            programFolderFrom(home ? root + QStringLiteral("home") : QString(),
+                              root + QStringLiteral("bin"), root + QStringLiteral("data"));
+        // Always with a slash behind; the data folder is made.
+        QCOMPARE(folder, root + expected + u'/');
+        QCOMPARE(QDir(root + QStringLiteral("data")).exists(), expected == QLatin1String("data"));
     }
 
     void shippedFolder() {
