@@ -626,7 +626,7 @@ void MainWindow::exitProgram() {
 }
 
 void MainWindow::showAbout() {
-    AboutWindow about(this);
+    AboutWindow about(state_.programFolder, this);
     about.exec();
 }
 

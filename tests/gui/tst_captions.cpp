@@ -74,8 +74,11 @@ class TstCaptions : public QObject {
                                 f.window->craftyWindow(),
                                 f.window->searchWindow(),
                                 f.window->addToBookWindow()};
-        AboutWindow about(f.window.get());
+        AboutWindow about(f.state.programFolder, f.window.get());
         windows << &about;
+        // About tells where the program keeps its files.
+        QCOMPARE(about.findChild<QLabel*>(QStringLiteral("folderLabel"))->toolTip(),
+                 f.state.programFolder);
         FileChooser chooser(f.state, f.window.get());
         windows << &chooser;
         QStringList cut;
