@@ -1,5 +1,6 @@
 #include "core/startup.h"
 #include "core/style_list.h"
+#include "core/window_place.h"
 #include "support/file_bytes.h"
 
 #include <QDir>
@@ -120,6 +121,47 @@ class TstStartup : public QObject {
         QStringList expected = present + fromLibrary;
         expected.sort();
         QCOMPARE(QDir(program).entryList(QDir::Files, QDir::Name), expected);
+    }
+
+    // Screen 1000 x 700 at (0, 0) unless told.
+    void windowPlace_data() {
+        QTest::addColumn<QRect>("screen");
+        QTest::addColumn<QRect>("mainFrame");
+        QTest::addColumn<QRect>("diagram");
+        QTest::addColumn<QSize>("window");
+        QTest::addColumn<QPoint>("expected");
+        const QRect screen(0, 0, 1000, 700);
+        QTest::newRow("room on the right")
+            << screen << QRect(0, 0, 500, 400) << QRect(200, 50, 250, 250) << QSize(300, 200)
+            << QPoint(500, 0);
+        QTest::newRow("only on the left")
+            << screen << QRect(400, 100, 500, 400) << QRect(600, 150, 250, 250) << QSize(300, 200)
+            << QPoint(100, 100);
+        QTest::newRow("only below") << screen << QRect(100, 0, 800, 400) << QRect(400, 50, 300, 300)
+                                    << QSize(300, 200) << QPoint(100, 400);
+        QTest::newRow("only above")
+            << screen << QRect(100, 450, 800, 250) << QRect(400, 460, 200, 200) << QSize(300, 300)
+            << QPoint(100, 150);
+        // A maximised main window: the left part, beside the diagram.
+        QTest::newRow("no room, diagram kept free")
+            << screen << screen << QRect(300, 50, 600, 600) << QSize(250, 300) << QPoint(0, 0);
+        QTest::newRow("no room anywhere, least hidden")
+            << screen << screen << QRect(100, 100, 850, 500) << QSize(400, 300) << QPoint(0, 0);
+        QTest::newRow("larger than the screen")
+            << screen << QRect(0, 0, 500, 400) << QRect(200, 50, 250, 250) << QSize(1200, 900)
+            << QPoint(0, 0);
+        QTest::newRow("second screen")
+            << QRect(1000, 0, 800, 600) << QRect(1500, 0, 250, 300) << QRect(1600, 40, 120, 120)
+            << QSize(200, 200) << QPoint(1300, 0);
+    }
+
+    void windowPlace() {
+        QFETCH(QRect, screen);
+        QFETCH(QRect, mainFrame);
+        QFETCH(QRect, diagram);
+        QFETCH(QSize, window);
+        QFETCH(QPoint, expected);
+        QCOMPARE(placeBeside(screen, mainFrame, diagram, window), expected);
     }
 
     void pathsFromTheShell() {
