@@ -34,8 +34,7 @@ class TstInstall : public QObject {
         program.setProcessEnvironment(env);
         program.start(prefix + QStringLiteral("/bin/marlith"), {});
         QVERIFY(program.waitForStarted(10000));
-        // Whatever the rights on bin, the superuser's too, the files go to the
-        // user's data folder.
+        // Whatever the rights on bin, root's too.
         const QString folder = home + QStringLiteral("/.local/share/marlith");
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder + QStringLiteral("/Marlith.lock")), 20000);
         // The first start brought the shipped styles along.

@@ -76,7 +76,6 @@ class TstCaptions : public QObject {
                                 f.window->addToBookWindow()};
         AboutWindow about(f.state.programFolder, f.window.get());
         windows << &about;
-        // About tells where the program keeps its files.
         QCOMPARE(about.findChild<QLabel*>(QStringLiteral("folderLabel"))->toolTip(),
                  f.state.programFolder);
         FileChooser chooser(f.state, f.window.get());

@@ -1,14 +1,9 @@
 #include "drawing/piece_sheet.h"
-#include "gui/crafty_window.h"
-#include "gui/graphic_window.h"
-#include "gui/history_window.h"
-#include "gui/popeye_window.h"
-#include "gui/search_window.h"
 #include "gui/style_window.h"
-#include "gui/view_window.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
+#include <QApplication>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QWheelEvent>
@@ -228,40 +223,28 @@ class TstMainWindow : public QObject {
     }
 
     void childWindowsBesideTheDiagram_data() {
-        QTest::addColumn<QString>("command");
-        QTest::addColumn<bool>("room"); // the screen has room for it beside the diagram
-        for (const char* command :
-             {"view", "history", "graphic", "popeye", "crafty", "help", "search"})
-            QTest::newRow(command) << QString::fromLatin1(command) << true;
-        // Taller than the screen below the diagram: it hides only a sliver.
-        QTest::newRow("style") << QStringLiteral("style") << false;
+        QTest::addColumn<int>("command"); // in the list of the test
+        QTest::addColumn<bool>("room");   // else, taller than the room below, it hides a sliver
+        const char* names[] = {"view", "history", "graphic", "popeye", "crafty", "style"};
+        for (int i = 0; i < 6; ++i)
+            QTest::newRow(names[i]) << i << (i < 5);
     }
 
-    // A child window opens wholly on the screen and clear of the diagram;
-    // the main window stays where it is.
+    // Wholly on the screen, clear of the diagram; the main window stays put.
     void childWindowsBesideTheDiagram() {
-        QFETCH(QString, command);
+        QFETCH(int, command);
         QFETCH(bool, room);
         Fixture f;
         f.window->move(0, 0);
         QRect opened;
         f.window->runStyleWindow = [&](QWidget& w) { opened = w.frameGeometry(); };
-        f.window->runSearchWindow = [&](QWidget& w) { opened = w.frameGeometry(); };
-        const std::map<QString, std::function<QWidget*()>> commands{
-            {"view", [&] { return f.window->showViewWindow(), f.window->viewWindow(); }},
-            {"history", [&] { return f.window->showHistory(), f.window->historyWindow(); }},
-            {"graphic", [&] { return f.window->showGraphicWindow(), f.window->graphicWindow(); }},
-            {"popeye", [&] { return f.window->openPopeye(), f.window->popeyeWindow(); }},
-            {"crafty", [&] { return f.window->openCrafty(), f.window->craftyWindow(); }},
-            {"help",
-             [&] {
-                 f.window->showHelp();
-                 return f.window->findChild<QWidget*>(QStringLiteral("helpWindow"));
-             }},
-            {"style", [&] { return f.window->editStyle(), nullptr; }},
-            {"search", [&] { return f.window->searchBook(), nullptr; }},
-        };
-        if (QWidget* window = commands.at(command)()) opened = window->frameGeometry();
+        using Command = void (MainWindow::*)();
+        const Command commands[] = {&MainWindow::showViewWindow,    &MainWindow::showHistory,
+                                    &MainWindow::showGraphicWindow, &MainWindow::openPopeye,
+                                    &MainWindow::openCrafty,        &MainWindow::editStyle};
+        (f.window.get()->*commands[command])();
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->isVisible() && window != f.window.get()) opened = window->frameGeometry();
         QCOMPARE(f.window->pos(), QPoint(0, 0));
         const QRect diagram(f.diagramView()->mapToGlobal(QPoint(0, 0)), f.diagramView()->size());
         QVERIFY(!opened.isEmpty());
