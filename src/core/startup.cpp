@@ -17,13 +17,23 @@ QString makeTempSeed(int msecsSinceMidnight) {
     return QLatin1Char('F') + (QStringLiteral("000000") + digits).right(6);
 }
 
+bool isInstalledCopy(const QString& executableFolder) {
+    if (executableFolder.isEmpty()) return false;
+    const QDir executable(executableFolder);
+    return QFileInfo(executable.absoluteFilePath(QStringLiteral("../share/marlith/")) +
+                     QLatin1String(kSettingsFileName))
+               .isFile() &&
+           !QFileInfo::exists(executable.absoluteFilePath(QStringLiteral("../CMakeCache.txt")));
+}
+
 QString programFolderFrom(const QString& marlithHome, const QString& executableFolder,
                           const QString& dataFolder) {
     QString folder = marlithHome;
     if (folder.isEmpty()) {
         folder = executableFolder;
-        // An installed executable's folder belongs to the system.
-        if (!dataFolder.isEmpty() && !QFileInfo(executableFolder).isWritable()) {
+        // An installed executable's folder belongs to the system, even to a
+        // user who may write it (root, a prefix in the home folder).
+        if (!dataFolder.isEmpty() && isInstalledCopy(executableFolder)) {
             folder = dataFolder;
             QDir().mkpath(folder);
         }

@@ -15,10 +15,15 @@ namespace marlith {
 // "F" and the last six digits of the hundredths of a second since midnight.
 QString makeTempSeed(int msecsSinceMidnight);
 
+// An installed copy: its shipped files stand in "../share/marlith" of the
+// executable's folder. A build tree has them there too, but keeps CMake's
+// cache beside its bin folder, and its files in bin.
+bool isInstalledCopy(const QString& executableFolder);
+
 // The folder of the program, ending in "/": MARLITH_HOME when it is set;
-// else the folder of the executable when it can be written (a build tree, a
-// portable copy); else the user's data folder, made when missing (an
-// installed copy).
+// else, for an installed copy, the user's data folder, made when missing,
+// whatever the rights on the executable's folder; else the folder of the
+// executable (a build tree, a portable copy).
 QString programFolderFrom(const QString& marlithHome, const QString& executableFolder,
                           const QString& dataFolder = {});
 

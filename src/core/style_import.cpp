@@ -238,7 +238,7 @@ QString importedFileName(const QString& value) {
 
 QString replaceStyleQuestion(const QString& styleName) {
     return QStringLiteral("This file already contains a style called ") + styleName +
-           QStringLiteral(".\nWhould you like to replace the existing style?");
+           QStringLiteral(".\nWould you like to replace the existing style?");
 }
 
 QStringList importStyles(const QString& styleFilePath, const QString& programFolder,

@@ -139,6 +139,8 @@ void CraftyRun::cancel() {
     stage_ = 0;
     active_ = false;
     clock_.reset();
+    // The command file serves one run only; none is left in the user's folder.
+    if (!folder_.isEmpty()) QFile::remove(folder_ + QLatin1String(kCraftyRc));
 }
 
 CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool()>& start,
@@ -181,9 +183,7 @@ CraftyRun::Step CraftyRun::advance(bool engineRunning, const std::function<bool(
         // The game file of the log the engine opened first and put away.
         if (firstExtension_ != logExtension_)
             QFile::remove(folder_ + QStringLiteral("game.") + firstExtension_);
-        stage_ = 0;
-        active_ = false;
-        clock_.reset();
+        cancel();
         return Step::Finished;
     }
     }

@@ -43,15 +43,15 @@ QString craftyFen(const QString& text, const QString& piecesList, const QString&
 QString elapsedText(int32_t elapsed);
 
 // The stages of one run: 0 start the engine once the command file is there,
-// 1 wait for the log, 2 read it, 3 remove it, 4 remove the game file. One
-// step per tick; a step that fails is tried again at the next.
+// 1 wait for the log, 2 read it, 3 remove it, 4 remove the game file and the
+// command file. One step per tick; a step that fails is tried again at the next.
 class CraftyRun {
   public:
     // Ended: the engine is gone and left no log of the run.
     enum class Step { Waiting, Rows, Finished, Ended };
 
     void begin(const QString& folder, const QString& logExtension);
-    // The run is given up (stopped by the user).
+    // The run is over or given up (stopped by the user); the command file goes.
     void cancel();
     bool active() const { return active_; }
     int16_t stage() const { return stage_; }

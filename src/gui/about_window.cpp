@@ -5,7 +5,9 @@
 #include <QFrame>
 #include <QLabel>
 #include <QPushButton>
+#include <QSysInfo>
 #include <QVersionNumber>
+#include <algorithm>
 
 namespace marlith {
 
@@ -13,11 +15,10 @@ QString versionCaption(int major, int minor, int revision) {
     return QStringLiteral("Marlith v%1.%2%3").arg(major).arg(minor).arg(revision);
 }
 
-AboutWindow::AboutWindow(QWidget* parent) : QDialog(parent) {
+AboutWindow::AboutWindow(const QString& programFolder, QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("aboutWindow"));
     setWindowTitle(QStringLiteral("About Marlith"));
     setModal(true);
-    setFixedSize(300, 150);
 
     auto* iconLabel = new QLabel(this);
     iconLabel->setObjectName(QStringLiteral("iconLabel"));
@@ -29,14 +30,18 @@ AboutWindow::AboutWindow(QWidget* parent) : QDialog(parent) {
     QFont bold = titleLabel->font();
     bold.setBold(true);
     titleLabel->setFont(bold);
-    auto* platformLabel = new QLabel(QStringLiteral("for Windows 32 bits"), this);
+#ifdef Q_OS_LINUX
+    const QString platform = QStringLiteral("for Linux");
+#else
+    const QString platform = QStringLiteral("for ") + QSysInfo::prettyProductName();
+#endif
+    auto* platformLabel = new QLabel(platform, this);
     platformLabel->setObjectName(QStringLiteral("platformLabel"));
     platformLabel->setGeometry(64, 34, 220, 20);
     auto* separatorLine = new QFrame(this);
     separatorLine->setObjectName(QStringLiteral("separatorLine"));
     separatorLine->setFrameShape(QFrame::HLine);
     separatorLine->setFrameShadow(QFrame::Sunken);
-    separatorLine->setGeometry(16, 62, 268, 4);
 
     const QVersionNumber version = QVersionNumber::fromString(QStringLiteral(MARLITH_VERSION));
     auto* versionLabel = new QLabel(
@@ -45,9 +50,25 @@ AboutWindow::AboutWindow(QWidget* parent) : QDialog(parent) {
     versionLabel->setObjectName(QStringLiteral("versionLabel"));
     versionLabel->setGeometry(64, 74, 220, 20);
 
+    // The window grows with a long folder up to a width that fits any
+    // screen; beyond it the middle of the path gives way.
+    auto* folderLabel = new QLabel(this);
+    folderLabel->setObjectName(QStringLiteral("folderLabel"));
+    const QString folderText = QStringLiteral("Files: ") + programFolder;
+    folderLabel->setToolTip(programFolder);
+    folderLabel->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    const int folderWidth =
+        std::clamp(folderLabel->fontMetrics().horizontalAdvance(folderText) + 4, 220, 560);
+    folderLabel->setText(
+        folderLabel->fontMetrics().elidedText(folderText, Qt::ElideMiddle, folderWidth - 4));
+    folderLabel->setGeometry(64, 96, folderWidth, 20);
+    const int width = folderWidth + 80;
+    setFixedSize(width, 172);
+    separatorLine->setGeometry(16, 62, width - 32, 4);
+
     auto* okButton = new QPushButton(QStringLiteral("O&k"), this);
     okButton->setObjectName(QStringLiteral("okButton"));
-    okButton->setGeometry(110, 110, 80, 26);
+    okButton->setGeometry((width - 80) / 2, 132, 80, 26);
     okButton->setDefault(true);
     // Ok and Escape both close the window.
     connect(okButton, &QPushButton::clicked, this, &QDialog::accept);

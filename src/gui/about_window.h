@@ -1,4 +1,5 @@
-// The About window, a fixed modal window with the version.
+// The About window, a fixed modal window with the version and the folder
+// where the program keeps its files.
 #pragma once
 
 #include <QDialog>
@@ -11,7 +12,7 @@ QString versionCaption(int major, int minor, int revision);
 class AboutWindow : public QDialog {
     Q_OBJECT
   public:
-    explicit AboutWindow(QWidget* parent = nullptr);
+    explicit AboutWindow(const QString& programFolder, QWidget* parent = nullptr);
 };
 
 } // namespace marlith

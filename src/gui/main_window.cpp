@@ -13,6 +13,7 @@
 #include "gui/about_window.h"
 #include "gui/add_to_book_window.h"
 #include "gui/book_panel.h"
+#include "gui/child_window_place.h"
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
 #include "gui/graphic_window.h"
@@ -553,6 +554,7 @@ AddToBookWindow* MainWindow::addToBookWindow() {
 void MainWindow::showAddToBookWindow() {
     AddToBookWindow* window = addToBookWindow();
     window->setRows(historyWindow()->rows());
+    placeBesideDiagram(*window, *this, *diagramView_);
     if (runAddToBookWindow)
         runAddToBookWindow(*window);
     else
@@ -566,6 +568,7 @@ SearchWindow* MainWindow::searchWindow() {
 
 void MainWindow::searchBook() {
     SearchWindow* window = searchWindow();
+    placeBesideDiagram(*window, *this, *diagramView_);
     if (runSearchWindow)
         runSearchWindow(*window);
     else
@@ -602,6 +605,7 @@ HistoryWindow* MainWindow::historyWindow() {
 
 void MainWindow::showHistory() {
     HistoryWindow* window = historyWindow();
+    placeBesideDiagram(*window, *this, *diagramView_);
     window->show();
     window->raise();
     window->activateWindow();
@@ -652,7 +656,7 @@ void MainWindow::exitProgram() {
 }
 
 void MainWindow::showAbout() {
-    AboutWindow about(this);
+    AboutWindow about(state_.programFolder, this);
     about.exec();
 }
 
@@ -673,6 +677,7 @@ void MainWindow::showHelp() {
         warn(QStringLiteral("Help not available!"));
         return;
     }
+    placeBesideDiagram(*helpWindow_, *this, *diagramView_);
     helpWindow_->show();
     helpWindow_->raise();
     helpWindow_->activateWindow();
@@ -682,10 +687,8 @@ void MainWindow::editStyle() {
     setCursor(Qt::WaitCursor);
     state_.savedStyle = state_.style;
     StyleWindow* window = styleWindow();
-    // The Style window sits at the top left, the main window beside it so
-    // that the preview stays in sight.
-    window->adjustSize();
-    if (isNormalState(*this)) move(window->frameGeometry().width(), 0);
+    // The preview stays in sight, and the main window where the user put it.
+    placeBesideDiagram(*window, *this, *diagramView_);
     if (runStyleWindow)
         runStyleWindow(*window);
     else
@@ -868,10 +871,7 @@ void MainWindow::drawPalette() {
 
 void MainWindow::showViewWindow() {
     ViewWindow* view = viewWindow();
-    if (!view->isVisible()) {
-        // A small floating window beside the main one.
-        view->move(frameGeometry().topRight() + QPoint(8, 0));
-    }
+    placeBesideDiagram(*view, *this, *diagramView_);
     view->show();
     view->raise();
 }
@@ -906,6 +906,7 @@ GraphicWindow* MainWindow::graphicWindow() {
 
 void MainWindow::showGraphicWindow() {
     GraphicWindow* window = graphicWindow();
+    placeBesideDiagram(*window, *this, *diagramView_);
     window->show();
     window->raise();
     window->activateWindow();

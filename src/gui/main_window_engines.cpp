@@ -4,7 +4,9 @@
 
 #include "engines/crafty.h"
 #include "engines/engine_files.h"
+#include "gui/child_window_place.h"
 #include "gui/crafty_window.h"
+#include "gui/diagram_view.h"
 #include "gui/popeye_window.h"
 #include "gui/tool_button.h"
 #include "position/piece_listing.h"
@@ -77,6 +79,7 @@ void MainWindow::openPopeye() {
     state_.recentEngine = QStringLiteral("Popeye");
     action(QStringLiteral("craftyAction"))->setChecked(false);
     action(QStringLiteral("popeyeAction"))->setChecked(true);
+    placeBesideDiagram(*popeyeWindow_, *this, *diagramView_);
     popeyeWindow_->show();
     popeyeWindow_->raise();
     popeyeWindow_->activateWindow();
@@ -90,6 +93,7 @@ void MainWindow::openCrafty() {
     action(QStringLiteral("craftyAction"))->setChecked(true);
     action(QStringLiteral("popeyeAction"))->setChecked(false);
     craftyWindow()->positionEdit()->setText(fen);
+    placeBesideDiagram(*craftyWindow_, *this, *diagramView_);
     craftyWindow_->show();
     craftyWindow_->raise();
     craftyWindow_->activateWindow();

@@ -56,7 +56,7 @@ SearchWindow::SearchWindow(AppState& state, QWidget* parent) : QDialog(parent), 
                             "Enter words separated by commas or plus signs. For example: "
                             "Paul, 2000",
                             0, 0));
-    column->addWidget(group("menGroup", "Mens", "menHintLabel",
+    column->addWidget(group("menGroup", "Men", "menHintLabel",
                             "Enter numbers and/or ranges separated by commas. For example: 1-6, 9",
                             1, 3));
     column->addWidget(group("piecesGroup", "Pieces and Positions", "piecesHintLabel",

@@ -143,7 +143,7 @@ void StyleWindow::createMenu() {
     add("deleteStyleAction", "&Delete style", Qt::Key_D, &StyleWindow::deleteStyle);
     add("importStylesAction", "&Import styles", Qt::Key_I, &StyleWindow::chooseStyleFile);
     file->addSeparator()->setObjectName(QStringLiteral("fileSeparator1"));
-    add("restoreDefaultsAction", "&Restor defaults", Qt::Key_R, &StyleWindow::restoreDefaults);
+    add("restoreDefaultsAction", "&Restore defaults", Qt::Key_R, &StyleWindow::restoreDefaults);
     file->addSeparator()->setObjectName(QStringLiteral("fileSeparator2"));
     add("exitAction", "E&xit", Qt::Key_X, &StyleWindow::reject);
     layout()->setMenuBar(bar);
@@ -807,12 +807,12 @@ void StyleWindow::saveStyle() {
     controlsToStyle();
     Style& style = state_.style;
     if (style.PiecesFile.isEmpty()) {
-        warnAbout(QStringLiteral("There's no a valid pieces file!"));
+        warnAbout(QStringLiteral("There's no valid pieces file!"));
         return;
     }
     const QString name = style.StyleName.toUpper();
     if (name.isEmpty() || name == u"CUSTOM") {
-        warnAbout(QStringLiteral("There's no a valid style name!"));
+        warnAbout(QStringLiteral("There's no valid style name!"));
         return;
     }
     if (styleNameBox_->findText(style.StyleName, Qt::MatchFixedString) >= 0) {

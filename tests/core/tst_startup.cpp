@@ -1,5 +1,6 @@
 #include "core/startup.h"
 #include "core/style_list.h"
+#include "core/window_place.h"
 #include "support/file_bytes.h"
 
 #include <QDir>
@@ -32,18 +33,32 @@ class TstStartup : public QObject {
         QCOMPARE(makeTempSeed(12345670), QStringLiteral("F234567"));
     }
 
+    // The files made in a folder with bin/ and share/marlith/, MARLITH_HOME
+    // set or not, and the program folder that comes of it.
+    void programFolder_data() {
+        QTest::addColumn<QStringList>("files");
+        QTest::addColumn<bool>("home");
+        QTest::addColumn<QString>("expected");
+        const QString shipped = QStringLiteral("share/marlith/Marlith.ini");
+        QTest::newRow("home wins") << QStringList{shipped} << true << "home";
+        QTest::newRow("installed, bin writable") << QStringList{shipped} << false << "data";
+        QTest::newRow("build tree") << QStringList{shipped, "CMakeCache.txt"} << false << "bin";
+        QTest::newRow("portable copy") << QStringList() << false << "bin";
+    }
+
     void programFolder() {
-        // The home folder, else the program's, always with a slash behind.
-        QCOMPARE(programFolderFrom(QStringLiteral("/opt/m"), QStringLiteral("/usr/bin")),
-                 QStringLiteral("/opt/m/"));
-        QCOMPARE(programFolderFrom(QString(), QStringLiteral("/usr/bin/")),
-                 QStringLiteral("/usr/bin/"));
-        // An executable's folder that can't be written gives way to the
-        // user's data folder, which is made.
-        QTemporaryDir data;
-        const QString mine = data.path() + QStringLiteral("/marlith");
-        QCOMPARE(programFolderFrom(QString(), QStringLiteral("/no/such/bin"), mine), mine + u'/');
-        QVERIFY(QDir(mine).exists());
+        QFETCH(QStringList, files);
+        QFETCH(bool, home);
+        QFETCH(QString, expected);
+        QTemporaryDir dir;
+        const QString root = dir.path() + u'/';
+        QVERIFY(QDir().mkpath(root + "bin") && QDir().mkpath(root + "share/marlith"));
+        for (const QString& file : files)
+            writeFile(root + file);
+        // Always with a slash behind; the data folder is made.
+        QCOMPARE(programFolderFrom(home ? root + "home" : QString(), root + "bin", root + "data"),
+                 root + expected + u'/');
+        QCOMPARE(QDir(root + "data").exists(), expected == QLatin1String("data"));
     }
 
     void shippedFolder() {
@@ -105,6 +120,34 @@ class TstStartup : public QObject {
         QStringList expected = present + fromLibrary;
         expected.sort();
         QCOMPARE(QDir(program).entryList(QDir::Files, QDir::Name), expected);
+    }
+
+    // A screen of 1000 x 700.
+    void windowPlace_data() {
+        QTest::addColumn<QRect>("mainFrame");
+        QTest::addColumn<QRect>("diagram");
+        QTest::addColumn<QSize>("window");
+        QTest::addColumn<QPoint>("expected");
+        const QRect screen(0, 0, 1000, 700);
+        QTest::newRow("room on the right") << QRect(0, 0, 500, 400) << QRect(200, 50, 250, 250)
+                                           << QSize(300, 200) << QPoint(500, 0);
+        QTest::newRow("only on the left") << QRect(400, 100, 500, 400) << QRect(600, 150, 250, 250)
+                                          << QSize(300, 200) << QPoint(100, 100);
+        // A maximised main window: its left part, beside the diagram.
+        QTest::newRow("no room, diagram kept free")
+            << screen << QRect(300, 50, 600, 600) << QSize(250, 300) << QPoint(0, 0);
+        QTest::newRow("no room anywhere, least hidden")
+            << screen << QRect(100, 100, 850, 500) << QSize(400, 300) << QPoint(0, 0);
+        QTest::newRow("larger than the screen") << QRect(0, 0, 500, 400) << QRect(200, 50, 250, 250)
+                                                << QSize(1200, 900) << QPoint(0, 0);
+    }
+
+    void windowPlace() {
+        QFETCH(QRect, mainFrame);
+        QFETCH(QRect, diagram);
+        QFETCH(QSize, window);
+        QFETCH(QPoint, expected);
+        QCOMPARE(placeBeside(QRect(0, 0, 1000, 700), mainFrame, diagram, window), expected);
     }
 
     void pathsFromTheShell() {

@@ -74,8 +74,10 @@ class TstCaptions : public QObject {
                                 f.window->craftyWindow(),
                                 f.window->searchWindow(),
                                 f.window->addToBookWindow()};
-        AboutWindow about(f.window.get());
+        AboutWindow about(f.state.programFolder, f.window.get());
         windows << &about;
+        QCOMPARE(about.findChild<QLabel*>(QStringLiteral("folderLabel"))->toolTip(),
+                 f.state.programFolder);
         FileChooser chooser(f.state, f.window.get());
         windows << &chooser;
         QStringList cut;

@@ -3,7 +3,9 @@
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
+#include <QApplication>
 #include <QClipboard>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QWheelEvent>
 
@@ -282,6 +284,37 @@ class TstMainWindow : public QObject {
         f.action("helpContentsAction")->trigger();
         QVERIFY(f.warnings.isEmpty());
         QVERIFY(f.window->findChild<QWidget*>(QStringLiteral("helpWindow"))->isVisible());
+    }
+
+    void childWindowsBesideTheDiagram_data() {
+        QTest::addColumn<int>("command"); // in the list of the test
+        QTest::addColumn<bool>("room");   // else, taller than the room below, it hides a sliver
+        const char* names[] = {"view", "history", "graphic", "popeye", "crafty", "style"};
+        for (int i = 0; i < 6; ++i)
+            QTest::newRow(names[i]) << i << (i < 5);
+    }
+
+    // Wholly on the screen, clear of the diagram; the main window stays put.
+    void childWindowsBesideTheDiagram() {
+        QFETCH(int, command);
+        QFETCH(bool, room);
+        Fixture f;
+        f.window->move(0, 0);
+        QRect opened;
+        f.window->runStyleWindow = [&](QWidget& w) { opened = w.frameGeometry(); };
+        using Command = void (MainWindow::*)();
+        const Command commands[] = {&MainWindow::showViewWindow,    &MainWindow::showHistory,
+                                    &MainWindow::showGraphicWindow, &MainWindow::openPopeye,
+                                    &MainWindow::openCrafty,        &MainWindow::editStyle};
+        (f.window.get()->*commands[command])();
+        for (QWidget* window : QApplication::topLevelWidgets())
+            if (window->isVisible() && window != f.window.get()) opened = window->frameGeometry();
+        QCOMPARE(f.window->pos(), QPoint(0, 0));
+        const QRect diagram(f.diagramView()->mapToGlobal(QPoint(0, 0)), f.diagramView()->size());
+        QVERIFY(!opened.isEmpty());
+        QVERIFY(room ? !opened.intersects(diagram)
+                     : opened.intersected(diagram).height() < diagram.height() / 8);
+        QVERIFY(f.window->screen()->availableGeometry().contains(opened));
     }
 };
 

@@ -165,7 +165,7 @@ class TstStyleWindow : public QObject {
             StyleSession::run(w, "exitAction");
         });
         QCOMPARE(s.questions, QStringList({"This file already contains a style called Beta.\n"
-                                           "Whould you like to replace the existing style?"}));
+                                           "Would you like to replace the existing style?"}));
         QCOMPARE(s.state.style.FrameWidth, 2);
         QCOMPARE(readFile(s.folder() + "Marlith.ini"), expected);
     }
@@ -189,7 +189,7 @@ class TstStyleWindow : public QObject {
             w.reject();
         });
         QCOMPARE(s.questions,
-                 QStringList({"There's no a valid style name!", "There's no a valid pieces file!",
+                 QStringList({"There's no valid style name!", "There's no valid pieces file!",
                               "Are you sure you want to delete Alpha?"}));
         QCOMPARE(readFile(s.folder() + "Marlith.ini"),
                  QByteArray("RecentStyle = Alpha\r\n\r\n"
