@@ -1,5 +1,7 @@
 #include "gui/crafty_window.h"
 
+#include "core/new_file.h"
+
 #include "engines/engine_files.h"
 
 #include "core/app_state.h"
@@ -92,13 +94,10 @@ void CraftyWindow::solve() {
         warn(QStringLiteral("Enter the FEN position!"));
         return;
     }
-    {
-        QFile rc(state_.programFolder + QLatin1String(kCraftyRc));
-        if (!rc.open(QIODevice::WriteOnly | QIODevice::Truncate)) return;
-        const QByteArray text = craftyRcText(depthBox_->currentText(), positionEdit_->text(),
-                                             whiteOption_->isChecked());
-        if (rc.write(text) != text.size()) return;
-    }
+    if (!writeNewFile(state_.programFolder + QLatin1String(kCraftyRc),
+                      craftyRcText(depthBox_->currentText(), positionEdit_->text(),
+                                   whiteOption_->isChecked())))
+        return;
     state_.logExtension = firstFreeLogExtension(state_.programFolder);
     solutionList_->addItem(QStringLiteral("Calculating..."));
     solutionList_->addItem(

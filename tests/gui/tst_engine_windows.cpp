@@ -280,6 +280,10 @@ class TstEngineWindows : public QObject {
         QCOMPARE(craftyWindow->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
         childOf<QRadioButton>(craftyWindow, "blackOption")->setChecked(true);
         childOf<QComboBox>(craftyWindow, "depthBox")->setEditText(QStringLiteral("9"));
+        // A link under the command file's name is replaced, never followed.
+        writeFile(e.path + QStringLiteral("victim.txt"), "keep");
+        QVERIFY(QFile::link(e.path + QStringLiteral("victim.txt"),
+                            e.path + QStringLiteral("Crafty.rc")));
         e.solve(craftyWindow);
         QTRY_COMPARE(childOf<QLabel>(craftyWindow, "clockLabel")->text(), QStringLiteral("00:01"));
         e.awaitEnd(craftyWindow);
@@ -287,6 +291,7 @@ class TstEngineWindows : public QObject {
                  QStringList(
                      {"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -", "  depth 9 done"}));
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
+        QCOMPARE(readFile(e.path + QStringLiteral("victim.txt")), "keep");
         QVERIFY(readFile(e.path + QStringLiteral("received.txt"))
                     .startsWith("log off\nponder off\nsd 9\nsetboard 4k3/8/8/8/8/8/8/4K3 b - -\n"));
         // With no position nothing runs.

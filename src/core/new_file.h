@@ -1,0 +1,39 @@
+// Files of fixed names in the program folder (an engine's command file, a
+// work file) are made anew for each use: whatever stood under the name goes
+// first, and a link that appears there meanwhile is never followed, so that
+// no other file is ever written through such a name.
+#pragma once
+
+#include <QByteArray>
+#include <QFile>
+#include <QString>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace marlith {
+
+// An open descriptor of the new, empty file, or -1.
+inline int createNewFile(const QString& path) {
+    QFile::remove(path);
+    return ::open(QFile::encodeName(path).constData(),
+                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+}
+
+// The file made anew with these bytes; false (and no file) when it can't be
+// written whole.
+inline bool writeNewFile(const QString& path, const QByteArray& bytes) {
+    const int fd = createNewFile(path);
+    if (fd < 0) return false;
+    qsizetype done = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::write(fd, bytes.constData() + done, size_t(bytes.size() - done));
+        if (n <= 0) break;
+        done += n;
+    }
+    const bool ok = ::close(fd) == 0 && done == bytes.size();
+    if (!ok) QFile::remove(path);
+    return ok;
+}
+
+} // namespace marlith
