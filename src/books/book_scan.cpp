@@ -525,9 +525,9 @@ class PgnScanner {
     // else, the empty word included, is tried as a move.
     bool endWord() {
         const bool numbered = !word_.empty() && word_.front() >= '1' && word_.front() <= '9';
-        if (numbered) moveNumber_ = word_; // for the note of a cut game
-        // A game cut at a move it can't play reads nothing more.
-        else if (!cut_ && !tryMove())
+        if (numbered)
+            moveNumber_ = word_;      // for the note of a cut game
+        else if (!cut_ && !tryMove()) // a cut game plays no more moves
             return false;
         word_.clear();
         return true;
