@@ -2,11 +2,14 @@
 
 #include "position/fen.h"
 
+#include <QDir>
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <fcntl.h>
 #include <limits>
 #include <string>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace marlith {
@@ -48,6 +51,7 @@ class ScanSink {
             std::memcpy(record_ + 2, sixCharacters(game_).constData(), 6);
         }
         record_[1] = kind;
+        anyPosition_ = anyPosition_ || kind == kPositionKind;
         const qsizetype size = std::min<qsizetype>(text.size(), kRecordTextLength);
         if (size > 0) std::memcpy(record_ + 8, text.data(), static_cast<size_t>(size));
         std::memset(record_ + 8 + size, ' ', static_cast<size_t>(kRecordTextLength - size));
@@ -63,6 +67,7 @@ class ScanSink {
     bool stopped() const { return control_.stop && control_.stop->load(std::memory_order_relaxed); }
 
     void finish(ScanEnd end) {
+        if (end == ScanEnd::Complete && !anyPosition_) end = ScanEnd::NoGame;
         if (end == ScanEnd::Complete && !work_.append(endMark())) end = ScanEnd::WriteFault;
         if (!work_.flush()) end = ScanEnd::WriteFault;
         scan_.recordCount = end == ScanEnd::Complete ? work_.written() - 1 : work_.written();
@@ -89,21 +94,39 @@ class ScanSink {
     char record_[kRecordLength];
     int32_t fieldGame_ = -1;
     ScanEnd failure_ = ScanEnd::WriteFault;
+    bool anyPosition_ = false;
 };
+
+// Opens the book only when it is a regular file. The open itself does not
+// wait, so that a pipe put in the book's place holds no thread.
+bool openBookFile(QFile& file, const QString& bookFile) {
+    const int fd =
+        ::open(QFile::encodeName(bookFile).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) return false;
+    struct stat info {};
+    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode) ||
+        ::fcntl(fd, F_SETFL, ::fcntl(fd, F_GETFL) & ~O_NONBLOCK) != 0 ||
+        !file.open(fd, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        ::close(fd);
+        return false;
+    }
+    return true;
+}
 
 // Hands each line of the book, trimmed, to handle(line), which refuses a
 // line only when the sink refused a record.
 template <typename Handle>
 ScanEnd readTextLines(const QString& bookFile, const WorkFile& work, const ScanSink& sink,
                       Handle handle) {
-    QFile file(bookFile);
-    if (!work.isOpen() || !file.open(QIODevice::ReadOnly)) return ScanEnd::ReadFault;
+    QFile file;
+    if (!work.isOpen() || !openBookFile(file, bookFile)) return ScanEnd::ReadFault;
     LineReader reader(file);
     QByteArrayView raw;
     while (reader.next(raw)) {
         if (sink.stopped()) return ScanEnd::Stopped;
         if (!handle(trimBlanks(raw))) return sink.failure();
     }
+    if (reader.binary()) return ScanEnd::NotABook;
     return reader.error() ? ScanEnd::ReadFault : ScanEnd::Complete;
 }
 
@@ -137,6 +160,10 @@ bool LineReader::fill() {
     if (got <= 0) {
         eof_ = true;
         error_ = got < 0;
+        return false;
+    }
+    if (std::memchr(buffer_.constData() + end_, '\0', static_cast<size_t>(got))) {
+        eof_ = binary_ = true;
         return false;
     }
     end_ += got;
@@ -227,6 +254,41 @@ char pbmPieceLetter(unsigned char byte) {
     return found ? kLetters[static_cast<const char*>(found) - kCodes] : 0;
 }
 
+QString bookFileRefusal(const QString& bookFile) {
+    const QString shown = QDir::toNativeSeparators(bookFile);
+    struct stat info {};
+    if (::stat(QFile::encodeName(bookFile).constData(), &info) != 0)
+        return errno == ENOENT || errno == ENOTDIR
+                   ? QStringLiteral("The book %1 doesn't exist.").arg(shown)
+                   : QStringLiteral("The book %1 can't be read.").arg(shown);
+    if (!S_ISREG(info.st_mode))
+        return QStringLiteral("%1 is no book: a folder, a pipe or a device can't be opened "
+                              "as a book.")
+            .arg(shown);
+    QFile file;
+    if (!openBookFile(file, bookFile))
+        return QStringLiteral("The book %1 can't be read.").arg(shown);
+    return {};
+}
+
+QString bookScanRefusal(const QString& bookFile, ScanEnd end) {
+    const QString shown = QDir::toNativeSeparators(bookFile);
+    switch (end) {
+    case ScanEnd::ReadFault:
+        return QStringLiteral("The book %1 can't be read.").arg(shown);
+    case ScanEnd::NotABook:
+        return bookFile.endsWith(QLatin1String(".PBM"), Qt::CaseInsensitive)
+                   ? QStringLiteral("The book %1 is damaged: its count, its text pointers "
+                                    "or its squares can't be true.")
+                         .arg(shown)
+                   : QStringLiteral("The book %1 is not a text file.").arg(shown);
+    case ScanEnd::NoGame:
+        return QStringLiteral("The book %1 holds no game.").arg(shown);
+    default:
+        return {};
+    }
+}
+
 BookScan scanFen(const QString& bookFile, WorkFile& work, const ScanControl& control) {
     BookScan scan;
     ScanSink sink(work, scan, control);
@@ -301,8 +363,8 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
     // length 16: nothing behind this reach can be named, so the file is read
     // at once as far as it goes.
     constexpr qint64 kReach = 2 + 65'536LL * kEntrySize + (1LL << 24) + 2 + 65'535;
-    QFile file(bookFile);
-    if (!work.isOpen() || !file.open(QIODevice::ReadOnly)) return fail();
+    QFile file;
+    if (!work.isOpen() || !openBookFile(file, bookFile)) return fail();
     const qint64 fileSize = file.size();
     const QByteArray book = file.read(std::min(fileSize, kReach));
     if (book.size() != std::min(fileSize, kReach)) return fail();
@@ -314,7 +376,9 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
     };
     auto u16 = [](const unsigned char* b) { return b[0] | (b[1] << 8); };
     const unsigned char* count = bytesAt(0, 2);
-    if (!count) return fail();
+    // A count or a pointer that the file's size can't hold: no such book.
+    const auto damaged = [&] { return fail(ScanEnd::NotABook); };
+    if (!count || !bytesAt(2, (u16(count) + 1LL) * kEntrySize)) return damaged();
     scan.gameCount = u16(count) + 1;
     static constexpr const char* kTags[7] = {"White", "Site",  "Result", "ECO",
                                              "Comm1", "Comm2", "Comm3"};
@@ -324,10 +388,9 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
     for (int32_t n = 1; n <= scan.gameCount; ++n) {
         if (sink.stopped()) return fail(ScanEnd::Stopped);
         sink.startGame(n, 100); // the count has 16 bits: far below the last game number
-        // An entry promised by the count but not in the file ends the scan.
         const unsigned char* entry =
             bytesAt(2 + static_cast<qint64>(n - 1) * kEntrySize, kEntrySize);
-        if (!entry) return fail();
+        if (!entry) return damaged();
         if (!sink.write(kHeaderKind, "[Event \"" + stipulationText(entry[2], entry[3]) + "\"]"))
             return fail(sink.failure());
         for (int t = 0; t < 7; ++t) {
@@ -335,11 +398,11 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
             const qint64 offset = u16(pointer) | (static_cast<qint64>(pointer[2]) << 16);
             // Offset 0 is the count, never a text: a damaged entry.
             const unsigned char* length = offset < 2 ? nullptr : bytesAt(offset, 2);
-            if (!length) return fail();
+            if (!length) return damaged();
             const int size = u16(length);
             if (size == 0) continue;
             const unsigned char* text = bytesAt(offset + 2, size);
-            if (!text) return fail();
+            if (!text) return damaged();
             tag.resize(0);
             tag.append('[').append(kTags[t]).append(" \"");
             tag.append(reinterpret_cast<const char*>(text), size).append("\"]");
@@ -347,7 +410,7 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
         }
         for (int square = 0; square < 64; ++square) {
             const char letter = pbmPieceLetter(entry[32 + square]);
-            if (!letter) return fail();
+            if (!letter) return damaged();
             const qsizetype at = piecesList.indexOf(QLatin1Char(letter));
             squareVector[square][1] = static_cast<int16_t>(at < 0 ? 0 : at + 1);
         }
@@ -402,6 +465,8 @@ class PgnScanner {
 
     bool tagLine(QByteArrayView line) {
         seen_ = 1;
+        cut_ = false;
+        moveNumber_.clear();
         // Games cost more to read than positions: the count is told more often.
         if (last_ == 1 && !sink_.startGame(++scan_.gameCount, 10)) return false;
         if (line.size() < 4 || qstrnicmp(line.data(), "[FEN", 4) != 0) {
@@ -422,7 +487,7 @@ class PgnScanner {
         }
         last_ = 2;
         side_ = fen_.toLower().contains(" b") ? 1 : 0;
-        board_.setUp(fen_);
+        setUp(fen_);
         return true;
     }
 
@@ -460,7 +525,10 @@ class PgnScanner {
     // else, the empty word included, is tried as a move.
     bool endWord() {
         const bool numbered = !word_.empty() && word_.front() >= '1' && word_.front() <= '9';
-        if (!numbered && !tryMove()) return false;
+        if (numbered)
+            moveNumber_ = word_;      // for the note of a cut game
+        else if (!cut_ && !tryMove()) // a cut game plays no more moves
+            return false;
         word_.clear();
         return true;
     }
@@ -471,15 +539,41 @@ class PgnScanner {
             if (!sink_.write(kPositionKind, startPos_)) return false;
             side_ = 0;
             fen_ = startPos_;
-            board_.setUp(fen_);
+            setUp(fen_);
         }
-        if (word_.empty() ||
-            !board_.play(QByteArrayView(word_.data(), static_cast<qsizetype>(word_.size())), side_))
+        if (word_.empty()) return true;
+        switch (board_.play(QByteArrayView(word_.data(), static_cast<qsizetype>(word_.size())),
+                            side_)) {
+        case MovePlay::NotAMove:
             return true;
+        case MovePlay::NoSource:
+            return cutGame();
+        case MovePlay::Played:
+            break;
+        }
+        played_ = true;
         board_.boardText(position_);
         position_ += side_ != 0 ? " w - - 0 0" : " b - - 0 0";
         side_ = 1 - side_;
         return sink_.write(kPositionKind, position_);
+    }
+
+    void setUp(const QByteArray& fen) {
+        board_.setUp(fen);
+        setUpText_ = fen;
+        played_ = false;
+    }
+
+    // The game ends at the last position it reached, which is written once
+    // more with a note of the move; the rest of the game is passed over.
+    bool cutGame() {
+        cut_ = true;
+        QByteArray note = played_ ? position_ : setUpText_;
+        note += kCutNote;
+        note.append(moveNumber_.data(), static_cast<qsizetype>(moveNumber_.size()));
+        if (!moveNumber_.empty()) note += side_ == 0 ? "." : "...";
+        note.append(word_.data(), static_cast<qsizetype>(word_.size())).append('}');
+        return sink_.write(kPositionKind, note);
     }
 
     BookScan& scan_;
@@ -489,6 +583,10 @@ class PgnScanner {
     QByteArray fen_;
     std::string word_;
     QByteArray position_;
+    QByteArray setUpText_;   // the position of the last setup
+    std::string moveNumber_; // the last move number read
+    bool played_ = false;    // position_ holds a move played since the setup
+    bool cut_ = false;
     int side_ = -1;
     int seen_ = 0;
     int last_ = 0;

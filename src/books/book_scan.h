@@ -3,6 +3,7 @@
 #pragma once
 
 #include "books/work_file.h"
+#include "position/move_reader.h"
 
 #include <QByteArray>
 #include <QByteArrayView>
@@ -21,6 +22,9 @@ enum class ScanEnd {
     Stopped,    // the user stopped it
     WriteFault, // the work file took no more records: a full disk
     GameLimit,  // more games than the six digits of the game number can tell
+    NotABook,   // bytes no book of its kind holds: a text book with a NUL byte,
+                // a binary book whose entries or texts lie outside the file
+    NoGame,     // read to its end without one position
 };
 
 struct BookScan {
@@ -31,6 +35,14 @@ struct BookScan {
     QString writeError;               // why the work file refused more
     bool complete() const { return end == ScanEnd::Complete; }
 };
+
+// Why a file can't be opened as a book before it is read, or an empty text
+// when it can: it must exist, be a regular file (a pipe or a device would
+// hold the reading thread) and open for reading. The text names the file.
+QString bookFileRefusal(const QString& bookFile);
+// Why a scan that ended so opens no book, or an empty text when what was
+// read can be shown.
+QString bookScanRefusal(const QString& bookFile, ScanEnd end);
 
 // Told the running count of games now and then, for the label of the panel.
 using ScanProgress = std::function<void(int32_t games)>;
@@ -50,6 +62,8 @@ class LineReader {
     // end of the file or on a read error (error() tells which).
     bool next(QByteArrayView& line);
     bool error() const { return error_; }
+    // A NUL byte was read: no text book holds one.
+    bool binary() const { return binary_; }
 
   private:
     bool fill();
@@ -59,6 +73,7 @@ class LineReader {
     qsizetype end_ = 0; // bytes of the buffer that were read
     bool eof_ = false;
     bool error_ = false;
+    bool binary_ = false;
 };
 
 // Blanks trimmed at both ends.
@@ -87,13 +102,15 @@ class PgnBoard {
     // The position's pieces into the wanted slots; fields behind the board are
     // read as the board text reader reads them.
     virtual void setUp(const QByteArray& fen) = 0;
-    // side 0 White, 1 Black; false when the word is no move on this board.
-    virtual bool play(QByteArrayView word, int side) = 0;
+    // side 0 White, 1 Black.
+    virtual MovePlay play(QByteArrayView word, int side) = 0;
     // The board field of the position, into out.
     virtual void boardText(QByteArray& out) = 0;
 };
 
 // Games with their tags: each half-move played becomes one position record.
+// A game whose move can't be played ends at the last position reached: that
+// position is written once more, with the move in a cut note behind it.
 BookScan scanPgn(const QString& bookFile, WorkFile& work, PgnBoard& board,
                  const QByteArray& startPos, const ScanControl& control);
 

@@ -1,5 +1,7 @@
 #include "books/book_walk.h"
 
+#include <algorithm>
+
 namespace marlith {
 
 namespace {
@@ -49,6 +51,21 @@ bool previousRecord(OpenBook& book) {
     book.currentRecord = *record;
     book.currentRecordNumber = r;
     return true;
+}
+
+QByteArray cutMoveOfGame(OpenBook& book, int32_t first) {
+    // The whole book's index is in record order: the next game's first
+    // record follows this game's last.
+    const auto next = std::upper_bound(book.fullIndex.begin(), book.fullIndex.end(), first);
+    const int32_t last = next == book.fullIndex.end() ? book.recordCount : *next - 1;
+    if (last < first || !inRange(book, last)) return {};
+    const auto record = book.workFile.read(last);
+    if (!record || record->at(1) != kPositionKind) return {};
+    const qsizetype note = record->indexOf(kCutNote);
+    if (note < 0) return {};
+    const qsizetype from = note + qsizetype(sizeof kCutNote) - 1;
+    const qsizetype close = record->indexOf('}', from);
+    return record->mid(from, close < 0 ? -1 : close - from).trimmed();
 }
 
 QByteArray stripComment(const QByteArray& record) {

@@ -36,6 +36,11 @@ bool nextRecord(OpenBook& book, char& kind);
 // One step back within the game, onto position records only.
 bool previousRecord(OpenBook& book);
 
+// The move at which the scan cut the game that begins at record `first`, as
+// the book wrote it ("2.Ke3"), or an empty text for a game read to its end.
+// One record read: the game's last.
+QByteArray cutMoveOfGame(OpenBook& book, int32_t first);
+
 // The text of a record without its comment: a tag line stays whole, a
 // position line is cut at its first ";" or "{".
 QByteArray stripComment(const QByteArray& record);

@@ -28,8 +28,8 @@ void StylePgnBoard::setUp(const QByteArray& fen) {
     std::fill(rowLengths_.begin(), rowLengths_.end(), 0);
 }
 
-bool StylePgnBoard::play(QByteArrayView word, int side) {
-    return playMove(side, word, squareVector_, board_, notation_);
+MovePlay StylePgnBoard::play(QByteArrayView word, int side) {
+    return playMoveWord(side, word, squareVector_, board_, notation_);
 }
 
 namespace {

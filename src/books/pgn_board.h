@@ -15,7 +15,7 @@ class StylePgnBoard final : public PgnBoard {
     explicit StylePgnBoard(const Style& style);
 
     void setUp(const QByteArray& fen) override;
-    bool play(QByteArrayView word, int side) override;
+    MovePlay play(QByteArrayView word, int side) override;
     void boardText(QByteArray& out) override;
 
   private:

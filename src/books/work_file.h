@@ -20,6 +20,10 @@ inline constexpr int32_t kMaxGameNumber = 999'999;
 inline constexpr char kHeaderKind = '[';
 inline constexpr char kPositionKind = 'E';
 
+// Behind the last position of a game that was cut, before the move that
+// could not be played and a closing brace: a comment of the position record.
+inline constexpr char kCutNote[] = " {cut at ";
+
 // A number in six characters: blanks in front, the last six kept.
 QByteArray sixCharacters(int64_t number);
 

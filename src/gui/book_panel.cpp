@@ -116,6 +116,7 @@ void BookPanel::firstPosition() {
     char kind = 0;
     headerList_->clear();
     bool found = goToGame(book, std::max(1, gameScrollBar_->value()));
+    const int32_t firstRecord = found ? book.currentRecordNumber : 0;
     while (found && book.currentRecord.at(1) != kPositionKind) {
         const QString t = recordText(stripComment(book.currentRecord));
         if (const auto style = styleTag(t)) {
@@ -128,6 +129,10 @@ void BookPanel::firstPosition() {
         }
         found = nextRecord(book, kind);
     }
+    const QByteArray cutMove = cutMoveOfGame(book, firstRecord);
+    if (!cutMove.isEmpty())
+        headerList_->addItems(
+            wrapHeader(QStringLiteral("Cut at %1 (can't be played)").arg(recordText(cutMove))));
     stepStrip_->setVisible(kind == kPositionKind);
     finishStep(true); // even a game that can't be read shows its (blank) record
 }

@@ -970,6 +970,11 @@ void MainWindow::releaseOnBoard(int button, int, double x, double y) {
 }
 
 void MainWindow::loadBook() {
+    // A file that can't be a book leaves the open book as it is.
+    if (const QString refusal = bookFileRefusal(state_.bookFile); !refusal.isEmpty()) {
+        warn(refusal);
+        return;
+    }
     if (scanJob_ || state_.book.isOpen()) closeBook();
     if (state_.style.WndHeight + 1350 < 5580 && isNormalState(*this))
         resize(width(), twipsToWholePixels(5580));
@@ -1002,6 +1007,7 @@ void MainWindow::loadBook() {
             return scanText(bookFile, file, control);
         };
     }
+    if (holdBookScan) scan = holdBookScan(std::move(scan));
     scanJob_ = std::make_unique<ScanJob>(std::move(work), std::move(scan));
     action(QStringLiteral("searchAction"))->setEnabled(false);
     action(QStringLiteral("closeBookAction"))->setEnabled(true);
@@ -1029,6 +1035,12 @@ void MainWindow::endBookScan() {
 void MainWindow::finishBookScan() {
     auto [scan, work] = scanJob_->take();
     endBookScan();
+    // No empty or made-up book opens.
+    if (const QString refusal = bookScanRefusal(state_.bookFile, scan.end); !refusal.isEmpty()) {
+        closeBook();
+        warn(refusal);
+        return;
+    }
     OpenBook& book = state_.book;
     book.workFile = std::move(work);
     book.gameCount = scan.gameCount;

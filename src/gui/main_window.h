@@ -2,6 +2,7 @@
 // list, the book panel, the diagram and the menus.
 #pragma once
 
+#include "books/scan_job.h"
 #include "core/app_state.h"
 #include "core/settings.h"
 #include "drawing/diagram.h"
@@ -28,7 +29,6 @@ class QTimer;
 namespace marlith {
 
 class BookPanel;
-class ScanJob;
 class DiagramView;
 class ViewWindow;
 class PopeyeWindow;
@@ -148,6 +148,9 @@ class MainWindow : public QMainWindow {
     std::function<void(const QStringList&)> startInstance;
     // Shows the "Warning" message box (replaced by tests).
     std::function<void(const QString&)> warn;
+    // Wraps the scan of a book that is opened (set by tests, to hold a scan
+    // halfway).
+    std::function<ScanJob::Scan(ScanJob::Scan)> holdBookScan;
     // Tells where something went (replaced by tests).
     std::function<void(const QString&)> inform;
     // Runs the file chooser modally (replaced by tests, which drive it).

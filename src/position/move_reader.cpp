@@ -12,7 +12,7 @@ namespace {
 
 constexpr char16_t kBlank = u' ';
 
-enum class Outcome { NoMove, Moved, Castled };
+enum class Outcome { NoMove, Moved, Castled, NoSource };
 
 // Place of ch in list, counting from 1; 0 when absent, -1 when the place does
 // not fit in a square of the vector.
@@ -262,7 +262,12 @@ Outcome playCleanWord(bool black, char16_t* w, qsizetype size, SquareVector& squ
         }
     }
     searchInOrder(search, kind);
-    if (search.failed() || search.source() < 0 || !insideVector(target)) return Outcome::NoMove;
+    if (search.failed() || search.source() < 0 || !insideVector(target)) {
+        // A file letter and a rank digit name a square: the word is a move
+        // that this board can't play.
+        const bool namesSquare = w[end] >= u'a' && w[end] <= u'z' && isDigit(w[end + 1]);
+        return namesSquare ? Outcome::NoSource : Outcome::NoMove;
+    }
     squareVector[target][1] = static_cast<int16_t>(result);
     squareVector[search.source()][1] = 0;
     return Outcome::Moved;
@@ -329,6 +334,7 @@ void playMove(int side, QString& word, SquareVector& squareVector, const Board& 
     const QStringView units(word);
     switch (playWord(side, units.utf16(), units.size(), squareVector, board, notation)) {
     case Outcome::NoMove:
+    case Outcome::NoSource:
         word.clear();
         break;
     case Outcome::Moved:
@@ -341,9 +347,22 @@ void playMove(int side, QString& word, SquareVector& squareVector, const Board& 
 
 bool playMove(int side, QByteArrayView latin1Word, SquareVector& squareVector, const Board& board,
               const Notation& notation) {
+    return playMoveWord(side, latin1Word, squareVector, board, notation) == MovePlay::Played;
+}
+
+MovePlay playMoveWord(int side, QByteArrayView latin1Word, SquareVector& squareVector,
+                      const Board& board, const Notation& notation) {
     const auto* const bytes = reinterpret_cast<const unsigned char*>(latin1Word.data());
-    return playWord(side, bytes, latin1Word.size(), squareVector, board, notation) !=
-           Outcome::NoMove;
+    switch (playWord(side, bytes, latin1Word.size(), squareVector, board, notation)) {
+    case Outcome::Moved:
+    case Outcome::Castled:
+        return MovePlay::Played;
+    case Outcome::NoSource:
+        return MovePlay::NoSource;
+    case Outcome::NoMove:
+        break;
+    }
+    return MovePlay::NotAMove;
 }
 
 } // namespace marlith

@@ -22,4 +22,15 @@ void playMove(int side, QString& word, SquareVector& squareVector, const Board& 
 bool playMove(int side, QByteArrayView latin1Word, SquareVector& squareVector, const Board& board,
               const Notation& notation);
 
+// What a word of move text did to the board.
+enum class MovePlay {
+    NotAMove, // no move at all: a result, a glyph, a mark, a letter of no piece
+    Played,
+    // A piece and a square such as Ke3, but no piece of that kind can come
+    // there: the move text and the board part ways.
+    NoSource,
+};
+MovePlay playMoveWord(int side, QByteArrayView latin1Word, SquareVector& squareVector,
+                      const Board& board, const Notation& notation);
+
 } // namespace marlith

@@ -78,6 +78,21 @@ class TstPgnScan : public QObject {
                                            "[1|[Event \"b\"]", pos(1)}));
     }
 
+    // A move no piece can make ends its game at the last position reached,
+    // written once more with the move; the next game reads as ever, and a
+    // word that names no square is passed over as before.
+    void aMoveThatCantBePlayedCutsTheGame() {
+        const QString afterD4 =
+            QStringLiteral("rnbqkbnr/pppppppp/8/8/3P4/8/PPP1PPPP/RNBQKBNR b - - 0 0");
+        Pgn p("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6 3.Nf3\n\n[Event \"b\"]\n\n1.d4 Qh4 2.c4\n\n"
+              "[Event \"c\"]\n\n1.e4 e5 Resigns\n");
+        QCOMPARE(p.records(),
+                 QStringList({"[1|[Event \"a\"]", pos(1), pos(1, kAfterE4), pos(1, kAfterE5),
+                              pos(1, kAfterE5 + " {cut at 2.Ke3}"), "[2|[Event \"b\"]", pos(2),
+                              pos(2, afterD4), pos(2, afterD4 + " {cut at 1...Qh4}"),
+                              "[3|[Event \"c\"]", pos(3), pos(3, kAfterE4), pos(3, kAfterE5)}));
+    }
+
     void lineEndsOfAnyPlatform() {
         const QByteArray crlf = "[Event \"a\"]\r\n\r\n1.e4 e5 2.Nf3\r\n\r\n[Event \"b\"]\r\n\r\n"
                                 "1.d4 d5\r\n";

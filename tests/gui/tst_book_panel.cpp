@@ -1,16 +1,24 @@
 // The book panel beside the board, driven as a user drives it; the walking
 // rules themselves are tst_book_walk's.
+#include "books/scan_job.h"
 #include "gui/book_panel.h"
+#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
+#include <QDir>
 #include <QListWidget>
+#include <QRandomGenerator>
 #include <QScrollBar>
+#include <chrono>
 #include <csignal>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 using namespace marlith;
 using marlith::testing::Fixture;
+using marlith::testing::writeFile;
 
 namespace {
 
@@ -82,7 +90,6 @@ class TstBookPanel : public QObject {
         QTest::addColumn<QString>("caption");
         QTest::addColumn<QStringList>("headers");
         QTest::addColumn<QString>("position");
-        QTest::newRow("empty") << QByteArray() << "Game . (1 of 1)" << QStringList() << rank1("8");
         QTest::newRow("headers") << kTwoGames << "Game 1. (1 of 2)"
                                  << QStringList{"[Event \"first\"]"} << rank1("K7");
         QTest::newRow("no headers") << QByteArray("k7/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/8\n")
@@ -97,6 +104,60 @@ class TstBookPanel : public QObject {
         QTEST(b.lines(), "headers");
         QTEST(b.positionEdit->text(), "position");
         QVERIFY(!b.stepStrip()->isVisible()); // no move buttons in any of these games
+    }
+
+    // A file that can't be a book gets a Warning that names it, and no book
+    // opens; a pipe never holds the window.
+    void badBooksAreRefused_data() {
+        QTest::addColumn<QString>("file"); // how it is made, and its name
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("says");
+        QByteArray noise;
+        for (QRandomGenerator random(7); noise.size() < 5'000;)
+            noise += static_cast<char>(random.bounded(256));
+        const QByteArray none;
+        QTest::newRow("missing") << "none nosuch.pgn" << none << "doesn't exist";
+        QTest::newRow("unreadable") << "locked b.fen" << kTwoGames << "can't be read";
+        QTest::newRow("link to itself") << "loop b.fen" << none << "can't be read";
+        QTest::newRow("folder") << "folder b.pgn" << none << "no book";
+        QTest::newRow("pipe") << "fifo b.pgn" << none << "no book";
+        QTest::newRow("empty") << "file b.pgn" << none << "holds no game";
+        QTest::newRow("no position")
+            << "file b.fen" << QByteArray("[Event \"x\"]\n") << "holds no game";
+        QTest::newRow("random bytes as .pbm") << "file b.pbm" << noise << "damaged";
+        QTest::newRow("random bytes as .pgn") << "file b.pgn" << noise << "not a text file";
+    }
+    void badBooksAreRefused() {
+        QFETCH(QString, file);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, says);
+        Fixture f;
+        const QString made = file.section(u' ', 0, 0), path = f.folder() + file.section(u' ', 1);
+        if (made == "file" || made == "locked") writeFile(path, bytes);
+        if (made == "locked" && ::geteuid() == 0) QSKIP("the superuser reads any file");
+        if (made == "locked") QVERIFY(QFile::setPermissions(path, {}));
+        if (made == "loop") QVERIFY(QFile::link(path, path));
+        if (made == "folder") QVERIFY(QDir().mkdir(path));
+        if (made == "fifo") QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
+        f.state.bookFile = path;
+        f.window->loadBook();
+        f.waitForScan();
+        QCOMPARE(f.warnings.size(), 1);
+        QVERIFY2(f.warnings[0].contains(QDir::toNativeSeparators(path)) &&
+                     f.warnings[0].contains(says),
+                 qPrintable(f.warnings[0]));
+        QVERIFY(!f.window->bookPanel()->isVisible());
+    }
+
+    // The panel names the move at which a game was cut.
+    void aCutGameNamesItsMove() {
+        Fixture f;
+        f.state.bookFile = f.folder() + QStringLiteral("b.pgn");
+        writeFile(f.state.bookFile, "[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n");
+        f.window->loadBook();
+        f.waitForScan();
+        QCOMPARE(f.window->bookPanel()->headerList()->item(1)->text(),
+                 "Cut at 2.Ke3 (can't be played)");
     }
 
     void walksGamesAndPositions() {
@@ -147,28 +208,30 @@ class TstBookPanel : public QObject {
     }
 
     // The window lives while a book is read: the count runs, Escape stops the
-    // scan, and what was read can be walked. A pipe hands the book over in
-    // two parts, so the stop comes halfway whatever the machine's speed.
+    // scan, and what was read can be walked. The scan is held at game 6000
+    // until the stop, so that it ends halfway whatever the machine's speed.
     void escapeStopsTheScanHalfway() {
         Fixture f;
-        const QString path = f.folder() + QStringLiteral("book.fen");
-        QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
-        f.state.bookFile = path;
+        f.state.bookFile = f.folder() + QStringLiteral("book.fen");
+        writeFile(f.state.bookFile, smallGames(1, 12'000));
+        f.window->holdBookScan = [](ScanJob::Scan scan) {
+            return [scan](WorkFile& work, const ScanControl& control) {
+                ScanControl held = control;
+                held.progress = [&control](int32_t games) {
+                    control.progress(games);
+                    while (games == 6'000 && !control.stop->load())
+                        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+                };
+                return scan(work, held);
+            };
+        };
         f.window->loadBook();
-        QFile writer(path);
-        QVERIFY(writer.open(QIODevice::WriteOnly));
-        writer.write(smallGames(1, 6'000));
-        writer.flush();
         auto* label = f.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"));
         QTRY_COMPARE_WITH_TIMEOUT(label->text(), "6000 games", 60'000);
         QVERIFY(!f.window->bookPanel()->gameScrollBar()->isEnabled());
         f.type(QStringLiteral("K"));
         QTest::keyClick(f.positionEdit, Qt::Key_Escape);
         QCOMPARE(f.positionEdit->text(), "K"); // the key went to the scan, not to the box
-        // The scan ends at the first line of more; the rest finds the pipe closed.
-        std::signal(SIGPIPE, SIG_IGN);
-        writer.write(smallGames(6'001, 12'000));
-        writer.close();
         f.waitForScan();
         QCOMPARE(f.state.book.gameCount, 6'000);
         QScrollBar* scroll = f.window->bookPanel()->gameScrollBar();

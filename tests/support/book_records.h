@@ -32,8 +32,13 @@ inline QString scanSummary(const BookScan& scan) {
     QStringList index;
     for (const int32_t first : scan.gameIndex)
         index << QString::number(first);
-    static const char* const kEnds[] = {"", ", cut short", ", stopped", ", work file full",
-                                        ", too many games"};
+    static const char* const kEnds[] = {"",
+                                        ", cut short",
+                                        ", stopped",
+                                        ", work file full",
+                                        ", too many games",
+                                        ", not a book",
+                                        ", no game"};
     return QStringLiteral("%1 games, %2 records, index (%3)%4")
         .arg(scan.gameCount)
         .arg(scan.recordCount)
