@@ -5,6 +5,7 @@
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QDir>
@@ -168,6 +169,40 @@ class TstStyleWindow : public QObject {
                                            "Whould you like to replace the existing style?"}));
         QCOMPARE(s.state.style.FrameWidth, 2);
         QCOMPARE(readFile(s.folder() + "Marlith.ini"), expected);
+    }
+
+    // The name box takes the name of another stored style without loading
+    // it, whether the box then loses the focus, gets Enter or gives way to
+    // the File menu; only a choice in its list loads a style.
+    void typingAStoredNameKeepsTheEdits() {
+        StyleSession s;
+        s.open([&](StyleWindow& w) {
+            QApplication::setActiveWindow(&w);
+            auto* name = StyleSession::in<QComboBox>(w, "styleNameBox");
+            auto* frame = StyleSession::in<QLineEdit>(w, "frameWidthEdit");
+            StyleSession::enter(w, "frameWidthEdit", QStringLiteral("2"));
+            name->setFocus();
+            name->lineEdit()->selectAll();
+            QTest::keyClicks(name->lineEdit(), QStringLiteral("Gamma"));
+            frame->setFocus();
+            name->setFocus();
+            QTest::keyClick(name->lineEdit(), Qt::Key_Return);
+            auto* menu = StyleSession::in<QMenu>(w, "fileMenu");
+            menu->popup(w.mapToGlobal(QPoint(0, 0)));
+            menu->close();
+            QCOMPARE(frame->text(), "2");
+            QCOMPARE(name->currentText(), "Gamma");
+            QVERIFY(w.isVisible());
+            name->showPopup();
+            QTest::keyClick(name->view(), Qt::Key_Return);
+            QCOMPARE(frame->text(), "0");
+            QCOMPARE(s.state.style.SqrWidth, 15 * 15);
+            name->showPopup();
+            const QRect alpha = name->view()->visualRect(name->model()->index(0, 0));
+            QTest::mouseClick(name->view()->viewport(), Qt::LeftButton, {}, alpha.center());
+            QCOMPARE(s.state.style.SqrWidth, 20 * 15);
+            w.reject();
+        });
     }
 
     // What the Save command refuses, and Delete, and Restore defaults.
