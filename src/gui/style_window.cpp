@@ -9,6 +9,7 @@
 #include "gui/tool_button.h"
 #include "gui/tool_faces.h"
 #include "gui/widget_geometry.h"
+#include "styles/style_block.h"
 #include "styles/style_form.h"
 
 #include <QAbstractItemView>
@@ -840,6 +841,12 @@ void StyleWindow::saveStyle() {
     const QString name = style.StyleName.toUpper();
     if (name.isEmpty() || name == u"CUSTOM") {
         warnAbout(QStringLiteral("There's no a valid style name!"));
+        return;
+    }
+    // A name that the settings file would give back changed would be saved
+    // and then never found again.
+    if (const QString refusal = styleNameRefusal(style.StyleName); !refusal.isEmpty()) {
+        warnAbout(refusal);
         return;
     }
     if (styleNameBox_->findText(style.StyleName, Qt::MatchFixedString) >= 0) {

@@ -198,6 +198,11 @@ class TstStyleWindow : public QObject {
     void refusalsDeleteAndRestore() {
         StyleSession s;
         s.open([&](StyleWindow& w) {
+            // Names the settings file wouldn't give back as they are.
+            for (const char* name : {"Smith, John", "Smith\nJohn"}) {
+                StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(name);
+                StyleSession::run(w, "saveStyleAction");
+            }
             StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("custom"));
             StyleSession::run(w, "saveStyleAction");
             StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Alpha"));
@@ -213,7 +218,9 @@ class TstStyleWindow : public QObject {
             w.reject();
         });
         QCOMPARE(s.questions,
-                 QStringList({"There's no a valid style name!", "There's no a valid pieces file!",
+                 QStringList({"The style name can't hold \",\"!",
+                              "The style name can't hold a line break!",
+                              "There's no a valid style name!", "There's no a valid pieces file!",
                               "Are you sure you want to delete Alpha?"}));
         QCOMPARE(readFile(s.folder() + "Marlith.ini"),
                  QByteArray("RecentStyle = Alpha\r\n\r\n"
