@@ -112,6 +112,10 @@ class Importer {
         if (hooks_.blockStarted) hooks_.blockStarted(style.StyleName);
         const QString name = upper(style.StyleName);
         if (name.isEmpty() || name == u"CUSTOM") return Flow::Next;
+        // A quoted item can bring a name with a comma or a line break, which
+        // the settings file would not give back.
+        if (const QString refusal = styleNameRefusal(style.StyleName); !refusal.isEmpty())
+            return missing(refusal);
 
         const QString pieces = importedFileName(style.PiecesFile);
         const std::optional<QString> piecesSource = fileInFolder(sourceFolder_, pieces);

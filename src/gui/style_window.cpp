@@ -9,8 +9,10 @@
 #include "gui/tool_button.h"
 #include "gui/tool_faces.h"
 #include "gui/widget_geometry.h"
+#include "styles/style_block.h"
 #include "styles/style_form.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QEvent>
@@ -19,6 +21,7 @@
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -160,6 +163,7 @@ void StyleWindow::createControls() {
     auto* styleNameLabel = label(this, "styleNameLabel", "Style: ");
     styleNameBox_ = editableBox(this, "styleNameBox");
     watch(styleNameBox_, styleNameLabel);
+    watchStyleList();
     connect(styleNameBox_, &QComboBox::activated, this, &StyleWindow::chooseStyle);
 
     auto* pieces = new QGroupBox(this);
@@ -450,12 +454,36 @@ void StyleWindow::createControls() {
     connect(padlockButton_, &ToolButton::clicked, this, &StyleWindow::togglePadlock);
 }
 
+void StyleWindow::watchStyleList() {
+    // The pop-up filters its own view's events and activates the entry from
+    // there; these filters, installed after its own, see each event first.
+    styleList_ = styleNameBox_->view();
+    styleList_->installEventFilter(this);
+    styleList_->viewport()->installEventFilter(this);
+}
+
 void StyleWindow::setStyleNames(const QStringList& names) {
     styleNameBox_->clear();
     styleNameBox_->addItems(names);
 }
 
 bool StyleWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (styleList_ && (watched == styleList_ || watched == styleList_->viewport())) {
+        const bool released = event->type() == QEvent::MouseButtonRelease;
+        // The pop-up takes Enter already as a shortcut, before the key press.
+        const bool confirmed =
+            (event->type() == QEvent::ShortcutOverride || event->type() == QEvent::KeyPress) &&
+            (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Return ||
+             static_cast<QKeyEvent*>(event)->key() == Qt::Key_Enter);
+        if ((released || confirmed) && styleList_->isVisible() &&
+            styleList_->currentIndex().isValid()) {
+            listChoicePending_ = true;
+            // A release or key that chose nothing must not leave the way open
+            // for the next activation by typing.
+            QTimer::singleShot(0, this, [this] { listChoicePending_ = false; });
+        }
+        return QDialog::eventFilter(watched, event);
+    }
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
         const bool in = event->type() == QEvent::FocusIn;
         if (auto* shownBy =
@@ -648,10 +676,10 @@ void StyleWindow::keepStyle() {
     accept();
 }
 
-void StyleWindow::chooseStyle() {
-    const QString name = styleNameBox_->currentText();
-    if (styleNameBox_->findText(name, Qt::MatchFixedString) < 0) return;
-    Q_EMIT styleChosen(name);
+void StyleWindow::chooseStyle(int index) {
+    if (!listChoicePending_ || index < 0 || index >= styleNameBox_->count()) return;
+    listChoicePending_ = false;
+    Q_EMIT styleChosen(styleNameBox_->itemText(index));
     styleToControls();
     setStatus(QStringLiteral("View mode..."));
 }
@@ -813,6 +841,12 @@ void StyleWindow::saveStyle() {
     const QString name = style.StyleName.toUpper();
     if (name.isEmpty() || name == u"CUSTOM") {
         warnAbout(QStringLiteral("There's no valid style name!"));
+        return;
+    }
+    // A name that the settings file would give back changed would be saved
+    // and then never found again.
+    if (const QString refusal = styleNameRefusal(style.StyleName); !refusal.isEmpty()) {
+        warnAbout(refusal);
         return;
     }
     if (styleNameBox_->findText(style.StyleName, Qt::MatchFixedString) >= 0) {

@@ -9,9 +9,11 @@
 #include <QImage>
 #include <QMessageBox>
 #include <QPixmap>
+#include <QPointer>
 #include <array>
 #include <functional>
 
+class QAbstractItemView;
 class QCheckBox;
 class QComboBox;
 class QLabel;
@@ -41,7 +43,9 @@ class StyleWindow : public QDialog {
     void controlsToStyle();
     void preview();
     void keepStyle();
-    void chooseStyle();
+    // Loads the stored style of the list's entry `index`, when the user chose
+    // it in the list's pop-up; any other activation of the box is ignored.
+    void chooseStyle(int index);
     void togglePadlock();
     void autoSizePicture();
     void autoSizeAndPreview();
@@ -90,6 +94,7 @@ class StyleWindow : public QDialog {
 
   private:
     void createMenu();
+    void watchStyleList();
     void createControls();
     StyleForm formFromControls() const;
     void setSwatch(QPushButton* swatch, int32_t color);
@@ -113,6 +118,8 @@ class StyleWindow : public QDialog {
     std::array<QPixmap, 2> padlockFaces_;
 
     QComboBox* styleNameBox_ = nullptr;
+    // The pop-up list of the name box, whose choices alone load a style.
+    QPointer<QAbstractItemView> styleList_;
     QLineEdit* piecesFileEdit_ = nullptr;
     QLineEdit* borderFileEdit_ = nullptr;
     QLineEdit* piecesListEdit_ = nullptr;
@@ -166,6 +173,10 @@ class StyleWindow : public QDialog {
     int pendingFarEdgeX_ = 0;
     // While set, a preview does nothing: the controls are being loaded.
     bool previewBlocked_ = false;
+    // Set from a choice in the pop-up of the name box until the activation
+    // it leads to has run: the box also activates an entry when a typed name
+    // matches one, on Enter, focus loss or a menu opening.
+    bool listChoicePending_ = false;
     QString styleFilePath_;
 };
 

@@ -2,11 +2,13 @@
 
 #include <QStringDecoder>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <limits>
 #include <string>
+#include <utility>
 
 namespace marlith {
 
@@ -275,6 +277,54 @@ QString trimBlanks(QStringView text) {
 
 QString trimSpaces(QStringView text) {
     return trimWhile(text, [](QChar c) { return c == u' '; });
+}
+
+ValueFault settingsValueFault(QStringView value) {
+    const auto holds = [value](auto&& test) {
+        return std::any_of(value.begin(), value.end(), test);
+    };
+    // Unicode's own line and paragraph separators end a line for an editor,
+    // if not for the reader.
+    if (holds([](QChar c) {
+            return c.category() == QChar::Other_Control || c == QChar::LineSeparator ||
+                   c == QChar::ParagraphSeparator;
+        }))
+        return ValueFault::LineBreak;
+    const std::pair<QChar, ValueFault> signs[] = {{u',', ValueFault::ItemSeparator},
+                                                  {u';', ValueFault::Comment},
+                                                  {u'=', ValueFault::KeySeparator},
+                                                  {u'"', ValueFault::Quote}};
+    for (const auto& [sign, fault] : signs)
+        if (value.contains(sign)) return fault;
+    if (!value.isEmpty() && (isBlank(value.front()) || isBlank(value.back())))
+        return ValueFault::OuterBlank;
+    return ValueFault::None;
+}
+
+QString valueFaultText(ValueFault fault) {
+    switch (fault) {
+    case ValueFault::LineBreak:
+        return QStringLiteral("a line break");
+    case ValueFault::ItemSeparator:
+        return QStringLiteral("\",\"");
+    case ValueFault::Comment:
+        return QStringLiteral("\";\"");
+    case ValueFault::KeySeparator:
+        return QStringLiteral("\"=\"");
+    case ValueFault::Quote:
+        return QStringLiteral("a double quote");
+    case ValueFault::OuterBlank:
+        return QStringLiteral("a blank at its start or end");
+    case ValueFault::None:
+        break;
+    }
+    return {};
+}
+
+QString styleNameRefusal(QStringView name) {
+    const ValueFault fault = settingsValueFault(name);
+    if (fault == ValueFault::None) return {};
+    return QStringLiteral("The style name can't hold %1!").arg(valueFaultText(fault));
 }
 
 std::optional<StyleItem> parseItem(QStringView item, KeylessItems keyless) {

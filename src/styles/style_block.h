@@ -64,6 +64,27 @@ QString trimBlanks(QStringView text);
 // Spaces alone off both ends; a tab stays.
 QString trimSpaces(QStringView text);
 
+// What keeps a value from coming back from a settings or style file as it was
+// written: the item reader would end it, cut it or trim it. "=" and double
+// quotes, the marks of keys and of quoted items, are kept out as well.
+enum class ValueFault {
+    None,
+    LineBreak,     // a line end or any other control character
+    ItemSeparator, // ","
+    Comment,       // ";"
+    KeySeparator,  // "="
+    Quote,         // a double quote
+    OuterBlank,    // a blank at either end
+};
+
+// The first fault of a value, in the order of the enum, or None.
+ValueFault settingsValueFault(QStringView value);
+// The fault as words for a message: "a line break", "\",\"", ...
+QString valueFaultText(ValueFault fault);
+// Why a style name can't be stored, as the message that refuses it; empty
+// for a name the settings file gives back as it is.
+QString styleNameRefusal(QStringView name);
+
 // The leading numeric text of a value, read as a number the way the old
 // files were written: decimal with sign, point and exponent (E or D), or
 // hexadecimal after "&H"; blanks anywhere inside are passed over; text that

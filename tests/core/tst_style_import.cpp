@@ -53,10 +53,11 @@ class TstStyleImport : public QObject {
             "BeginStyle = custom\n  PiecesFile = a.bmp\nEndStyle\n"
             "BeginStyle = Dropped\n  PiecesFile = a.bmp\n"
             "BeginStyle = Beta\n  PiecesFile = a.bmp\nEndStyle\n"
+            "\"BeginStyle = Smith, John\"\n  PiecesFile = a.bmp\nEndStyle\n"
             "BeginStyle = Unended\n  PiecesFile = a.bmp\n");
         QCOMPARE(added, QStringList({"Alpha", "Beta"}));
         QCOMPARE(run.known, added);
-        QVERIFY(run.questions.isEmpty());
+        QCOMPARE(run.questions, QStringList({"The style name can't hold \",\"!"}));
         QCOMPARE(readFile(run.home("a.bmp")), QByteArray("sheet"));
         QCOMPARE(readFile(run.home("b.bmp")), QByteArray("border"));
         // Lengths that no draw has filled in are stored as 0.

@@ -5,6 +5,7 @@
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QDir>
@@ -170,10 +171,38 @@ class TstStyleWindow : public QObject {
         QCOMPARE(readFile(s.folder() + "Marlith.ini"), expected);
     }
 
+    // Only a choice in the pop-up loads the style of a name that is typed.
+    void onlyTheListLoadsAStyle() {
+        StyleSession s;
+        s.open([&](StyleWindow& w) {
+            w.activateWindow();
+            auto* name = StyleSession::in<QComboBox>(w, "styleNameBox");
+            StyleSession::enter(w, "frameWidthEdit", QStringLiteral("2"));
+            name->setFocus();
+            name->setEditText(QStringLiteral("Gamma"));
+            StyleSession::in<QLineEdit>(w, "frameWidthEdit")->setFocus();
+            name->setFocus();
+            QTest::keyClick(name, Qt::Key_Return);
+            StyleSession::in<QMenu>(w, "fileMenu")->popup(w.pos());
+            StyleSession::in<QMenu>(w, "fileMenu")->close();
+            QCOMPARE(s.state.style.FrameWidth, 2);
+            name->showPopup();
+            QTest::mouseClick(name->view()->viewport(), Qt::LeftButton, {},
+                              name->view()->visualRect(name->model()->index(1, 0)).center());
+            QCOMPARE(s.state.style.SqrWidth, 15 * 15);
+            w.reject();
+        });
+    }
+
     // What the Save command refuses, and Delete, and Restore defaults.
     void refusalsDeleteAndRestore() {
         StyleSession s;
         s.open([&](StyleWindow& w) {
+            // Names the settings file wouldn't give back as they are.
+            for (const char* name : {"Smith, John", "Smith\nJohn"}) {
+                StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(name);
+                StyleSession::run(w, "saveStyleAction");
+            }
             StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("custom"));
             StyleSession::run(w, "saveStyleAction");
             StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Alpha"));
@@ -189,7 +218,9 @@ class TstStyleWindow : public QObject {
             w.reject();
         });
         QCOMPARE(s.questions,
-                 QStringList({"There's no valid style name!", "There's no valid pieces file!",
+                 QStringList({"The style name can't hold \",\"!",
+                              "The style name can't hold a line break!",
+                              "There's no valid style name!", "There's no valid pieces file!",
                               "Are you sure you want to delete Alpha?"}));
         QCOMPARE(readFile(s.folder() + "Marlith.ini"),
                  QByteArray("RecentStyle = Alpha\r\n\r\n"

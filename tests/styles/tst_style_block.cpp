@@ -76,6 +76,23 @@ class TstStyleBlock : public QObject {
         }
     }
 
+    // Refused for what the reader would do to it, else read back unchanged.
+    void valuesTheFileCanHold() {
+        const std::pair<const char*, ValueFault> cases[] = {
+            {"Ärger (2) & Co.", ValueFault::None}, {"Smith, John", ValueFault::ItemSeparator},
+            {"a;b", ValueFault::Comment},          {"a=b", ValueFault::KeySeparator},
+            {"\"a\"", ValueFault::Quote},          {"a\nb, c", ValueFault::LineBreak},
+            {"a\u2029b", ValueFault::LineBreak},   {" a", ValueFault::OuterBlank},
+            {"a ", ValueFault::OuterBlank}};
+        for (const auto& [text, fault] : cases) {
+            Style style = drawnSample();
+            style.StyleName = QString::fromUtf8(text);
+            QVERIFY2(settingsValueFault(style.StyleName) == fault, text);
+            const auto read = parseItem(splitItems(writeStyleBlock(style))[0], KeylessItems::Skip);
+            if (fault == ValueFault::None) QCOMPARE(read->value, style.StyleName);
+        }
+    }
+
     void numbersAndColours() {
         // Leading numeric text, blanks passed over, ties to the even whole;
         // hex of up to four significant digits is 16-bit, more is 32-bit;
