@@ -1,12 +1,14 @@
 #include "gui/add_to_book_window.h"
 #include "gui/book_panel.h"
 #include "gui/history_window.h"
+#include "gui/search_window.h"
 #include "gui/tool_faces.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollBar>
@@ -69,6 +71,15 @@ struct History : Fixture {
             w.hide();
         };
         click("addToBookButton");
+    }
+    void search(const QString& words) {
+        window->runSearchWindow = [&](SearchWindow& w) {
+            w.show();
+            w.fieldEdit(0)->setText(words);
+            QTest::keyClick(w.fieldEdit(0), Qt::Key_Return);
+            w.hide();
+        };
+        action("searchAction")->trigger();
     }
     void click(const char* button) {
         history->findChild<QPushButton*>(QLatin1String(button))->click();
@@ -199,6 +210,33 @@ class TstHistoryWindow : public QObject {
             h.window->bookPanel()->gameScrollBar()->setValue(2);
         }
         QVERIFY(readFile(h.state.bookFile).startsWith(book));
+    }
+
+    // Added while a search shows all games but the second: the new game is
+    // the narrowed list's last, and with the search cleared every game,
+    // numbered on its own, walks to its own last position and no further.
+    void addedUnderASearch() {
+        History h;
+        h.openBook("b.pgn", "[Event \"A\"]\n\n1. d4 *\n\n[Event \"B\"]\n\n1. e4 e5 *\n\n"
+                            "[Event \"C\"]\n\n1. c4 *\n");
+        h.search(QStringLiteral("A,C"));
+        h.copy(QStringLiteral("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR"));
+        h.copy(QStringLiteral("rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R"));
+        h.addToBook();
+        QCOMPARE(h.window->bookPanel()->gameScrollBar()->value(), 3);
+        h.search(QString());
+        const char* const lastPositions[] = {"rnbqkbnr/pppppppp/8/8/3P4/8/PPP1PPPP/RNBQKBNR",
+                                             "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR",
+                                             "rnbqkbnr/pppppppp/8/8/2P5/8/PP1PPPPP/RNBQKBNR",
+                                             "rnbqkbnr/pppppppp/8/8/8/5N2/PPPPPPPP/RNBQKB1R"};
+        for (int game = 1; game <= 4; ++game) {
+            h.window->bookPanel()->gameScrollBar()->setValue(game);
+            QVERIFY(h.window->findChild<QLabel*>(QStringLiteral("gameLabel"))
+                        ->text()
+                        .startsWith(QStringLiteral("Game %1. (%1 of 4)").arg(game)));
+            h.window->bookPanel()->lastPosition();
+            QCOMPARE(h.positionEdit->text(), lastPositions[game - 1]);
+        }
     }
 
     // A book deleted or made unwritable while open is left alone and the
