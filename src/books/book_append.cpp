@@ -65,6 +65,19 @@ QString fullFen(const QString& row) {
     return fields.join(u' ');
 }
 
+// The line end that the book's first line has: CR LF, CR or LF; LF for a book
+// with no line end at all.
+QByteArray lineEndOf(QIODevice& book) {
+    // A first line longer than this is no line of a book.
+    constexpr qint64 kHead = 64 * 1024;
+    const QByteArray head = book.read(kHead + 1);
+    for (qsizetype i = 0; i < std::min<qsizetype>(head.size(), kHead); ++i) {
+        if (head[i] == '\n') return "\n";
+        if (head[i] == '\r') return i + 1 < head.size() && head[i + 1] == '\n' ? "\r\n" : "\r";
+    }
+    return "\n";
+}
+
 } // namespace
 
 AddedGame fenGame(const GameTags& tags, const QStringList& rows) {
@@ -110,17 +123,6 @@ AddedGame pgnGame(const GameTags& tags, const QStringList& allRows, const Board&
     const QString& result = tags[6].isEmpty() ? QStringLiteral("*") : tags[6];
     printLine(game, moves + u' ' + result);
     return game;
-}
-
-QByteArray lineEndOf(QIODevice& book) {
-    // A first line longer than this is no line of a book.
-    constexpr qint64 kHead = 64 * 1024;
-    const QByteArray head = book.read(kHead + 1);
-    for (qsizetype i = 0; i < std::min<qsizetype>(head.size(), kHead); ++i) {
-        if (head[i] == '\n') return "\n";
-        if (head[i] == '\r') return i + 1 < head.size() && head[i + 1] == '\n' ? "\r\n" : "\r";
-    }
-    return "\n";
 }
 
 bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QString& error) {

@@ -8,7 +8,6 @@
 #include "position/notation.h"
 
 #include <QByteArray>
-#include <QIODevice>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -34,10 +33,6 @@ AddedGame fenGame(const GameTags& tags, const QStringList& rows);
 // left out.
 AddedGame pgnGame(const GameTags& tags, const QStringList& rows, const Board& board,
                   const Notation& notation);
-
-// The line end that the book's first line has: CR LF, CR or LF; LF for a book
-// with no line end at all.
-QByteArray lineEndOf(QIODevice& book);
 
 // Appends the game to the book file, in the book's own line ends, and then to
 // the work file and both indexes. The game is numbered after the whole book's
