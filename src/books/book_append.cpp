@@ -5,9 +5,13 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
+
 #include <unistd.h>
 
 namespace marlith {
+
+using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -16,7 +20,7 @@ constexpr const char* kTagNames[8] = {"Event", "Site", "White",  "Black",
 constexpr const char* kStandardStart = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 0";
 
 void printLine(AddedGame& game, const QString& line) {
-    game.bookText += line.toUtf8() + "\r\n";
+    game.bookLines.append(line);
 }
 
 // A blank line, then the tag lines, each also a header record.
@@ -31,23 +35,69 @@ void printTags(AddedGame& game, const GameTags& tags) {
     }
 }
 
+// The board field of a history row: behind its piece counter, up to a blank.
+QString boardOfRow(const QString& row) {
+    const QString text = row.mid(row.indexOf(u')') + 1).trimmed();
+    return text.left(text.indexOf(u' '));
+}
+
+// A position copied twice in a row is one position. Only the first row's
+// copies go unless every repeat is to go.
+QStringList withoutRepeats(const QStringList& rows, bool everyRepeat) {
+    QStringList kept;
+    for (const QString& row : rows) {
+        if (!kept.isEmpty() && (everyRepeat || kept.size() == 1) &&
+            boardOfRow(row) == boardOfRow(kept.back()))
+            continue;
+        kept.append(row);
+    }
+    return kept;
+}
+
+// Readers of game files refuse a FEN of fewer than six fields: the row's own
+// fields where it has them, else White to move and "- - 0 1".
+QString fullFen(const QString& row) {
+    static const char* const kDefaults[6] = {"", "w", "-", "-", "0", "1"};
+    QStringList fields = row.split(u' ', Qt::SkipEmptyParts).mid(0, 6);
+    if (fields.size() > 1 && fields[1] != u"w" && fields[1] != u"b") fields[1] = u"w"_s;
+    for (qsizetype i = fields.size(); i < 6; ++i)
+        fields.append(QLatin1String(kDefaults[i]));
+    return fields.join(u' ');
+}
+
+// The line end that the book's first line has: CR LF, CR or LF; LF for a book
+// with no line end at all.
+QByteArray lineEndOf(QIODevice& book) {
+    // A first line longer than this is no line of a book.
+    constexpr qint64 kHead = 64 * 1024;
+    const QByteArray head = book.read(kHead + 1);
+    for (qsizetype i = 0; i < std::min<qsizetype>(head.size(), kHead); ++i) {
+        if (head[i] == '\n') return "\n";
+        if (head[i] == '\r') return i + 1 < head.size() && head[i + 1] == '\n' ? "\r\n" : "\r";
+    }
+    return "\n";
+}
+
 } // namespace
 
 AddedGame fenGame(const GameTags& tags, const QStringList& rows) {
     AddedGame game;
     printTags(game, tags);
     printLine(game, QString());
-    for (const QString& row : rows) {
+    for (const QString& row : withoutRepeats(rows, false)) {
         printLine(game, row);
         game.records.append({kPositionKind, row.toUtf8()});
     }
     return game;
 }
 
-AddedGame pgnGame(const GameTags& tags, const QStringList& rows, const Board& board,
+AddedGame pgnGame(const GameTags& tags, const QStringList& allRows, const Board& board,
                   const Notation& notation) {
     AddedGame game;
     printTags(game, tags);
+    // A board that didn't change is no move: left in, it would shift the
+    // numbers of all the moves behind it to the other side.
+    const QStringList rows = withoutRepeats(allRows, true);
     // Loading the first row drops its counter from it.
     RowGame play(rows, board, notation);
     const QString& first = play.first();
@@ -55,7 +105,7 @@ AddedGame pgnGame(const GameTags& tags, const QStringList& rows, const Board& bo
     int moveNumber = play.blackFirst() ? 1 : 0;
     if (first != QLatin1String(kStandardStart)) {
         printLine(game, QStringLiteral("[SetUp \"1\"]"));
-        printLine(game, QStringLiteral("[FEN \"") + first + QStringLiteral("\"]"));
+        printLine(game, QStringLiteral("[FEN \"") + fullFen(first) + QStringLiteral("\"]"));
     }
     printLine(game, QString());
     game.records.append({kPositionKind, first.toUtf8()});
@@ -83,13 +133,31 @@ bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QSt
             QStringLiteral("The book %1 is no longer there. The game was not added.").arg(bookFile);
         return false;
     }
-    if (book.gameCount >= kMaxGameNumber) {
+    // The new game's number follows the whole book's last game.
+    const int32_t gameNumber = static_cast<int32_t>(book.fullIndex.size()) + 1;
+    if (gameNumber > kMaxGameNumber) {
         error = QStringLiteral("The book %1 holds %2 games, as many as can be shown. The game was "
                                "not added.")
                     .arg(bookFile)
                     .arg(kMaxGameNumber);
         return false;
     }
+    QByteArray lineEnd = "\n";
+    QByteArray bookText;
+    {
+        QFile reader(bookFile);
+        if (reader.open(QIODevice::ReadOnly)) {
+            lineEnd = lineEndOf(reader);
+            // A last line with no end is ended first, so that the game still
+            // opens with an empty line.
+            char last = '\n';
+            if (reader.size() > 0 && reader.seek(reader.size() - 1)) reader.getChar(&last);
+            if (last != '\n' && last != '\r') bookText = lineEnd;
+        }
+    }
+    for (const QString& line : game.bookLines)
+        bookText += line.toUtf8() + lineEnd;
+
     QFile file(bookFile);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::ExistingOnly)) {
         error = QStringLiteral("The book %1 can't be written: %2. The game was not added.")
@@ -97,8 +165,8 @@ bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QSt
         return false;
     }
     const qint64 oldSize = file.size();
-    const bool written = file.write(game.bookText) == game.bookText.size() && file.flush() &&
-                         ::fsync(file.handle()) == 0;
+    const bool written =
+        file.write(bookText) == bookText.size() && file.flush() && ::fsync(file.handle()) == 0;
     if (!written) {
         // What went out of the game goes again; the old bytes were never touched.
         error = QStringLiteral("The book %1 can't be written: %2. The game was not added.")
@@ -108,12 +176,9 @@ bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QSt
     }
     file.close();
 
-    if (book.fullIndex.empty()) {
-        book.recordCount = 0;
-        book.gameCount = 0;
-    }
+    // An empty book starts over at record 1.
+    if (book.fullIndex.empty()) book.recordCount = 0;
     const int32_t firstRecord = book.recordCount + 1;
-    const int32_t gameNumber = book.gameCount + 1;
     bool ok = book.workFile.truncateTo(book.recordCount);
     for (const auto& [kind, text] : game.records)
         ok = ok && book.workFile.append(makeRecord(kind, gameNumber, text));
@@ -125,10 +190,11 @@ bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QSt
                     .arg(bookFile);
         return true;
     }
-    book.gameCount = gameNumber;
     book.recordCount = firstRecord - 1 + static_cast<int32_t>(game.records.size());
     book.gameIndex.push_back(firstRecord);
     book.fullIndex.push_back(firstRecord);
+    // The list on show, narrowed or not, ends with the new game.
+    book.gameCount = static_cast<int32_t>(book.gameIndex.size());
     return true;
 }
 

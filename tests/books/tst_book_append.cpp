@@ -26,23 +26,24 @@ class TstBookAppend : public QObject {
         const QStringList fromStart{"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 0",
                                     "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b - - 0 0",
                                     "rnbqkbnr/pppp1ppp/8/4p3/4P3/8/PPPP1PPP/RNBQKBNR"};
-        const std::tuple<AddedGame, QByteArray, int> cases[] = {
-            {fenGame(tags("E", ""), {"k7/8 w", "(2x1)K7/8"}),
-             "\r\n[Event \"E\"]\r\n\r\nk7/8 w\r\n(2x1)K7/8\r\n", 3},
-            {fenGame(tags("", ""), {"k7/8"}), "\r\n\r\nk7/8\r\n", 1},
+        const std::tuple<AddedGame, QString, int> cases[] = {
+            {fenGame(tags("E", ""), {"k7/8 w", "(2x1)k7/8", "(2x1)K7/8"}),
+             "|[Event \"E\"]||k7/8 w|(2x1)K7/8", 3},
+            {fenGame(tags("", ""), {"k7/8"}), "||k7/8", 1},
             {pgnGame(tags("", "1-0"), fromStart, kBoard, kNotation),
-             "\r\n[Result \"1-0\"]\r\n\r\n1.e4 e5  1-0\r\n", 4},
+             "|[Result \"1-0\"]||1.e4 e5  1-0", 4},
+            // A doubled first row: Black's moves stay Black's.
             {pgnGame(tags("E", ""),
-                     {"(1x1)k7/8/8/8/8/8/8/K7 b", "8/k7/8/8/8/8/8/K7", "8/k7/8/8/8/8/K7/8"}, kBoard,
-                     kNotation),
-             "\r\n[Event \"E\"]\r\n[SetUp \"1\"]\r\n[FEN \"k7/8/8/8/8/8/8/K7 b\"]\r\n\r\n"
-             "1...Ka7 2.Ka2  *\r\n",
+                     {"(1x1)k7/8/8/8/8/8/8/K7 b", "k7/8/8/8/8/8/8/K7", "8/k7/8/8/8/8/8/K7",
+                      "8/k7/8/8/8/8/K7/8"},
+                     kBoard, kNotation),
+             "|[Event \"E\"]|[SetUp \"1\"]|[FEN \"k7/8/8/8/8/8/8/K7 b - - 0 1\"]||1...Ka7 2.Ka2  *",
              4},
-            {pgnGame(tags("", ""), {"k7/8/8/8/8/8/8/K7"}, kBoard, kNotation),
-             "\r\n[SetUp \"1\"]\r\n[FEN \"k7/8/8/8/8/8/8/K7\"]\r\n\r\n *\r\n", 1},
+            {pgnGame(tags("", ""), {"k7/8/8/8/8/8/8/K7 - Kq e3 4 9"}, kBoard, kNotation),
+             "|[SetUp \"1\"]|[FEN \"k7/8/8/8/8/8/8/K7 w Kq e3 4 9\"]|| *", 1},
         };
-        for (const auto& [game, text, records] : cases) {
-            QCOMPARE(game.bookText, text);
+        for (const auto& [game, lines, records] : cases) {
+            QCOMPARE(game.bookLines.join(u'|'), lines);
             QCOMPARE(game.records.size(), records);
         }
     }
