@@ -286,8 +286,15 @@ bool writeSettings(const QString& programFolder, const RecentList& recentFile,
     if (!old) return false;
     const bool windows1252 = usesWindows1252(*old);
     QList<QByteArray> lines;
+    // A path that the file would not give back, or that would make lines of
+    // its own, is not kept.
+    const auto keptPath = [](const QString& path) {
+        const ValueFault fault = settingsValueFault(path);
+        return !path.isEmpty() && fault != ValueFault::LineBreak &&
+               fault != ValueFault::ItemSeparator && fault != ValueFault::Comment;
+    };
     for (size_t i = recentFile.size(); i-- > 0;)
-        if (!recentFile[i].isEmpty())
+        if (keptPath(recentFile[i]))
             lines.append(encodeStyleText("RecentFile = " + recentFile[i], windows1252));
     if (!recentEngine.isEmpty())
         lines.append(encodeStyleText("RecentEngine = " + recentEngine, windows1252));
@@ -356,6 +363,7 @@ QList<QByteArray> replaceStyleBlock(const QList<QByteArray>& lines, const QStrin
 
 bool writeStyles(const QString& programFolder, Style& style, bool store,
                  const SettingsWriteSeams& seams) {
+    if (store && !styleRefusal(style).isEmpty()) return false;
     const SettingsLock lock(programFolder);
     if (!lock.held()) return false;
     const std::optional<QList<QByteArray>> old = oldSettingsLines(programFolder);

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QImageReader>
 #include <QSaveFile>
 #include <QSet>
 
@@ -34,6 +35,23 @@ std::optional<QString> fileInFolder(const QString& folder, const QString& name) 
         QFileInfo(real).absolutePath() != QDir(file.absolutePath()).canonicalPath())
         return std::nullopt;
     return file.absoluteFilePath();
+}
+
+// A picture that the diagram can draw, judged by its content.
+bool isPicture(const QString& path) {
+    QImageReader reader(path);
+    reader.setDecideFormatFromContent(true);
+    return reader.canRead();
+}
+
+// Names of the program's own files in its folder, which no imported bitmap
+// may take: the settings and the saved picture, the engines and their
+// table, and the temporary and lock files.
+bool isProgramFileName(const QString& name) {
+    const QString upper = name.toUpper();
+    for (const char* own : {"PY", "PY.EXE", "PY.DAT", "CRAFTY", "CRAFTY.EXE", "CRAFTY.RC"})
+        if (upper == QLatin1String(own)) return true;
+    return upper.startsWith(u"MARLITH.") || upper.endsWith(u".TMP") || upper.endsWith(u".LOCK");
 }
 
 bool sameContent(const QString& a, const QString& b) {
@@ -91,15 +109,31 @@ class Importer {
 
     void run() {
         QFile file(path_);
-        if (!file.open(QIODevice::ReadOnly)) return;
+        if (!file.open(QIODevice::ReadOnly)) {
+            complete = false;
+            return;
+        }
         const QByteArray bytes = file.read(kMaxStyleFileBytes + 1);
         if (file.error() != QFileDevice::NoError || bytes.size() > kMaxStyleFileBytes) {
             ask(QStringLiteral("Error reading ") + path_, ImportButtons::Ok);
+            complete = false;
             return;
         }
-        for (Style& style : readStyleFile(bytes).blocks)
-            if (take(style) == Flow::Stop) return;
+        StyleFileBlocks read = readStyleFile(bytes);
+        for (Style& style : read.blocks)
+            if (take(style) == Flow::Stop) {
+                complete = false;
+                return;
+            }
+        if (read.stoppedAtFault) {
+            complete = false;
+            ask(QStringLiteral("A value in ") + path_ +
+                    QStringLiteral(" doesn't fit its field: the styles behind it were not read."),
+                ImportButtons::Ok);
+        }
     }
+
+    bool complete = true;
 
     QStringList added;
 
@@ -114,7 +148,7 @@ class Importer {
         if (name.isEmpty() || name == u"CUSTOM") return Flow::Next;
         // A quoted item can bring a name with a comma or a line break, which
         // the settings file would not give back.
-        if (const QString refusal = styleNameRefusal(style.StyleName); !refusal.isEmpty())
+        if (const QString refusal = styleRefusal(style); !refusal.isEmpty())
             return missing(refusal);
 
         const QString pieces = importedFileName(style.PiecesFile);
@@ -122,6 +156,9 @@ class Importer {
         if (!piecesSource)
             return missing(QStringLiteral("PiecesFile ") + sourceFolder_ + pieces +
                            QStringLiteral(" not found!"));
+        if (!isPicture(*piecesSource))
+            return missing(QStringLiteral("PiecesFile ") + *piecesSource +
+                           QStringLiteral(" is no picture!"));
         const QString border = importedFileName(style.BorderFile);
         std::optional<QString> borderSource;
         if (!style.BorderFile.isEmpty()) {
@@ -129,6 +166,9 @@ class Importer {
             if (!borderSource)
                 return missing(QStringLiteral("BorderFile ") + sourceFolder_ + border +
                                QStringLiteral(" not found!"));
+            if (!isPicture(*borderSource))
+                return missing(QStringLiteral("BorderFile ") + *borderSource +
+                               QStringLiteral(" is no picture!"));
         }
 
         bool known = false;
@@ -153,7 +193,18 @@ class Importer {
             if (!stored) return Flow::Stop;
             style.BorderFile = *stored;
         }
-        writeStyles(programFolder_, style, true);
+        if (!writeStyles(programFolder_, style, true)) {
+            // A full disk or a locked file: the import stops here, and says so.
+            complete = false;
+            if (!known) {
+                added.removeLast();
+                knownNames_.removeLast();
+            }
+            ask(QStringLiteral("Error writing ") + programFolder_ +
+                    QLatin1String(kSettingsFileName),
+                ImportButtons::Ok);
+            return Flow::Stop;
+        }
         return Flow::Next;
     }
 
@@ -166,12 +217,13 @@ class Importer {
     // give it, or nothing when the user stops at a failed copy.
     std::optional<QString> bring(const QString& source, const QString& name,
                                  const QString& styleName,
-                                 const std::map<QString, QSet<QString>>& users) const {
+                                 const std::map<QString, QSet<QString>>& users) {
         const QFileInfo suffixed(name);
         const QString stem = suffixed.completeBaseName();
         const QString suffix = suffixed.suffix().isEmpty() ? QString() : u'.' + suffixed.suffix();
         for (int k = 1; k < 1000; ++k) {
             const QString candidate = k == 1 ? name : stem + u'-' + QString::number(k) + suffix;
+            if (isProgramFileName(candidate)) continue;
             const QString target = QDir(programFolder_).absoluteFilePath(candidate);
             const QFileInfo there(target);
             if (there.exists() || there.isSymLink()) {
@@ -187,6 +239,7 @@ class Importer {
             const bool copied =
                 hooks_.copy ? hooks_.copy(source, target) : copyOver(source, target);
             if (copied) return candidate;
+            complete = false;
             const ImportAnswer answer = ask(QStringLiteral("Error on copy:\nfrom ") + source +
                                                 QStringLiteral("\nto ") + target,
                                             ImportButtons::OkCancel);
@@ -246,9 +299,10 @@ QString replaceStyleQuestion(const QString& styleName) {
 }
 
 QStringList importStyles(const QString& styleFilePath, const QString& programFolder,
-                         QStringList& knownNames, const ImportHooks& hooks) {
+                         QStringList& knownNames, const ImportHooks& hooks, bool* complete) {
     Importer importer(styleFilePath, programFolder, knownNames, hooks);
     importer.run();
+    if (complete) *complete = importer.complete;
     return importer.added;
 }
 

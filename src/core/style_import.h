@@ -45,9 +45,14 @@ struct ImportHooks {
 // taken only from the style file's own folder and go into the program folder
 // under their bare names; a file there that another style uses, or that no
 // style uses, is never overwritten: the copy then gets a free name such as
-// "pieces-2.bmp", which the stored block names. Returns the names added.
+// "pieces-2.bmp", which the stored block names; the program's own files
+// (settings, engines, temporary files) are never taken. A bitmap must be a
+// picture. Returns the names added; `complete` tells whether every block was
+// read and stored (false after a value that didn't fit, a failed copy or
+// write, or a stop).
 QStringList importStyles(const QString& styleFilePath, const QString& programFolder,
-                         QStringList& knownNames, const ImportHooks& hooks);
+                         QStringList& knownNames, const ImportHooks& hooks,
+                         bool* complete = nullptr);
 
 // The replace question of a style already in the list.
 QString replaceStyleQuestion(const QString& styleName);

@@ -846,7 +846,7 @@ void StyleWindow::saveStyle() {
     }
     // A name that the settings file would give back changed would be saved
     // and then never found again.
-    if (const QString refusal = styleNameRefusal(style.StyleName); !refusal.isEmpty()) {
+    if (const QString refusal = styleRefusal(style); !refusal.isEmpty()) {
         warnAbout(refusal);
         return;
     }
@@ -910,12 +910,14 @@ void StyleWindow::chooseStyleFile() {
         }
     };
     const QString edited = styleNameBox_->currentText();
-    for (const QString& name : importStyles(styleFilePath_, state_.programFolder, known, hooks)) {
+    bool complete = false;
+    for (const QString& name :
+         importStyles(styleFilePath_, state_.programFolder, known, hooks, &complete)) {
         styleNameBox_->addItem(name);
         Q_EMIT styleAdded(name);
     }
     styleNameBox_->setEditText(edited);
-    setStatus(QStringLiteral("Import OK!"));
+    setStatus(complete ? QStringLiteral("Import OK!") : QStringLiteral("Import incomplete!"));
 }
 
 void StyleWindow::restoreDefaults() {

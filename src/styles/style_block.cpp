@@ -327,6 +327,26 @@ QString styleNameRefusal(QStringView name) {
     return QStringLiteral("The style name can't hold %1!").arg(valueFaultText(fault));
 }
 
+QString styleRefusal(const Style& style) {
+    if (QString refusal = styleNameRefusal(style.StyleName); !refusal.isEmpty()) return refusal;
+    const std::pair<const char*, const QString*> fields[] = {
+        {"PiecesFile", &style.PiecesFile},    {"BorderFile", &style.BorderFile},
+        {"PiecesList", &style.PiecesList},    {"EnglishNotation", &style.EnglishNotation},
+        {"FontName", &style.FontName},        {"FontPos", &style.FontPos},
+        {"FontStyle", &style.FontStyle},      {"StartPos", &style.StartPos},
+        {"PyDictionary", &style.PyDictionary}};
+    for (const auto& [key, value] : fields) {
+        // Behind the key, "=" and quotes read back as they were written.
+        QString text = *value;
+        text.remove(u'=').remove(u'"');
+        const ValueFault fault = settingsValueFault(text);
+        if (fault != ValueFault::None)
+            return QStringLiteral("The style's %1 can't hold %2!")
+                .arg(QLatin1String(key), valueFaultText(fault));
+    }
+    return {};
+}
+
 std::optional<StyleItem> parseItem(QStringView item, KeylessItems keyless) {
     while (!item.isEmpty() && isBlank(item.front()))
         item = item.mid(1);

@@ -84,6 +84,10 @@ QString valueFaultText(ValueFault fault);
 // Why a style name can't be stored, as the message that refuses it; empty
 // for a name the settings file gives back as it is.
 QString styleNameRefusal(QStringView name);
+// The same for the whole style: its name, then each text field that a
+// block would not give back as it stands (a line break, "," or ";", a blank
+// at either end), named by its key.
+QString styleRefusal(const Style& style);
 
 // The leading numeric text of a value, read as a number the way the old
 // files were written: decimal with sign, point and exponent (E or D), or

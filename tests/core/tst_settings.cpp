@@ -219,6 +219,10 @@ class TstSettings : public QObject {
                                     "RecentFile = /b/4.pgn\nRecentFile = /b/5.pgn\n"
                                     "RecentEngine = Popeye\n"));
         QCOMPARE(Program(folder).recent, program.recent);
+        // A path that would make lines of its own, or come back cut, is not kept.
+        program.recent = {"/b/x\nBeginStyle = Evil", "/b/a,b.pgn", "/b/a;b.pgn", "/b/a=b.pgn"};
+        QVERIFY(program.write(folder));
+        QCOMPARE(folder.get(), crlf("RecentFile = /b/a=b.pgn\nRecentEngine = Popeye\n"));
     }
 
     // Recent lines go to the top, style lines (by their start, in any case)

@@ -26,6 +26,8 @@ struct Run {
     QString home(const char* name) const { return program.path() + u'/' + QLatin1String(name); }
     QString settings() const { return QString::fromUtf8(readFile(home("Marlith.ini"))); }
 
+    bool complete = false;
+
     QStringList import(const QByteArray& styleFile, const char* fileName = "s.sty") {
         writeFile(in(fileName), crlf(styleFile));
         ImportHooks hooks;
@@ -34,9 +36,14 @@ struct Run {
             return answers.isEmpty() ? ImportAnswer::Ok : answers.takeFirst();
         };
         hooks.copy = copy;
-        return importStyles(in(fileName), program.path() + u'/', known, hooks);
+        return importStyles(in(fileName), program.path() + u'/', known, hooks, &complete);
     }
 };
+
+// A file that the reader takes for a picture by its content, with a tag.
+QByteArray picture(const char* tag) {
+    return QByteArray("GIF89a") + tag;
+}
 
 } // namespace
 
@@ -45,8 +52,8 @@ class TstStyleImport : public QObject {
   private Q_SLOTS:
     void blocksComeWithTheirBitmaps() {
         Run run;
-        writeFile(run.in("a.bmp"), "sheet");
-        writeFile(run.in("b.bmp"), "border");
+        writeFile(run.in("a.bmp"), picture("sheet"));
+        writeFile(run.in("b.bmp"), picture("border"));
         const QStringList added = run.import(
             "RecentStyle = x\nBeginStyle = Alpha\n  PiecesFile = a.bmp\n  BorderFile = b.bmp\n"
             "  SqrWidth = 20\nEndStyle\n"
@@ -58,8 +65,8 @@ class TstStyleImport : public QObject {
         QCOMPARE(added, QStringList({"Alpha", "Beta"}));
         QCOMPARE(run.known, added);
         QCOMPARE(run.questions, QStringList({"The style name can't hold \",\"!"}));
-        QCOMPARE(readFile(run.home("a.bmp")), QByteArray("sheet"));
-        QCOMPARE(readFile(run.home("b.bmp")), QByteArray("border"));
+        QCOMPARE(readFile(run.home("a.bmp")), picture("sheet"));
+        QCOMPARE(readFile(run.home("b.bmp")), picture("border"));
         // Lengths that no draw has filled in are stored as 0.
         QVERIFY(run.settings().startsWith(QString::fromLatin1(
             crlf("BeginStyle = Alpha\n  PiecesFile = a.bmp\n  BorderFile = b.bmp\n"
@@ -74,7 +81,7 @@ class TstStyleImport : public QObject {
     void filesAreTakenFromBesideTheStyleFileOnly() {
         Run run;
         QDir(run.source.path()).mkdir(QStringLiteral("sub"));
-        writeFile(run.in("here.bmp"), "here");
+        writeFile(run.in("here.bmp"), picture("here"));
         QVERIFY(QFile::link(QStringLiteral("/etc/passwd"), run.in("sub/link.bmp")));
         run.answers = {ImportAnswer::Ok, ImportAnswer::Ok, ImportAnswer::Ok};
         const QStringList added =
@@ -99,7 +106,7 @@ class TstStyleImport : public QObject {
         QCOMPARE(run.questions,
                  QStringList({"BorderFile " + run.source.path() + "/passwd not found!"}));
         QCOMPARE(QDir(run.program.path()).entryList(QDir::Files), QStringList());
-        writeFile(run.in("passwd"), "a border");
+        writeFile(run.in("passwd"), picture("a border"));
         QCOMPARE(run.import("BeginStyle = Up\n  PiecesFile = ../../here.bmp\n"
                             "  BorderFile = /etc/passwd\nEndStyle\n"),
                  QStringList({"Up"}));
@@ -113,7 +120,7 @@ class TstStyleImport : public QObject {
     // import and keeps what came before it.
     void knownNamesAreAskedFor() {
         Run run;
-        writeFile(run.in("p.bmp"), "p");
+        writeFile(run.in("p.bmp"), picture("p"));
         run.known = QStringList({"Alpha", "Beta"});
         run.answers = {ImportAnswer::No, ImportAnswer::Yes, ImportAnswer::Cancel};
         const QStringList added =
@@ -139,34 +146,40 @@ class TstStyleImport : public QObject {
         writeFile(run.home("Marlith.ini"),
                   crlf("BeginStyle = Mine\n  PiecesFile = p.bmp\nEndStyle\n\n"
                        "BeginStyle = Theirs\n  PiecesFile = t.bmp\nEndStyle\n"));
-        writeFile(run.home("p.bmp"), "old mine");
-        writeFile(run.home("t.bmp"), "theirs");
-        writeFile(run.home("t-2.bmp"), "someone's");
-        writeFile(run.home("same.bmp"), "same");
-        writeFile(run.in("p.bmp"), "new mine");
-        writeFile(run.in("t.bmp"), "new");
-        writeFile(run.in("same.bmp"), "same");
-        writeFile(run.in("Marlith.ini"), "not settings");
+        writeFile(run.home("p.bmp"), picture("old mine"));
+        writeFile(run.home("t.bmp"), picture("theirs"));
+        writeFile(run.home("t-2.bmp"), picture("someone's"));
+        writeFile(run.home("same.bmp"), picture("same"));
+        writeFile(run.in("p.bmp"), picture("new mine"));
+        writeFile(run.in("t.bmp"), picture("new"));
+        writeFile(run.in("same.bmp"), picture("same"));
+        writeFile(run.in("Marlith.ini"), picture("not settings"));
+        writeFile(run.home("py.dat"), "table");
+        writeFile(run.in("py.dat"), picture("a table"));
         run.known = QStringList({"Mine", "Theirs"});
         run.answers = {ImportAnswer::Yes};
         QCOMPARE(run.import("BeginStyle = Mine\n  PiecesFile = p.bmp\nEndStyle\n"
                             "BeginStyle = Other\n  PiecesFile = t.bmp\n  BorderFile = same.bmp\n"
                             "EndStyle\n"
-                            "BeginStyle = Ini\n  PiecesFile = Marlith.ini\nEndStyle\n"),
-                 QStringList({"Other", "Ini"}));
-        QCOMPARE(readFile(run.home("p.bmp")), QByteArray("new mine"));
-        QCOMPARE(readFile(run.home("t.bmp")), QByteArray("theirs"));
-        QCOMPARE(readFile(run.home("t-2.bmp")), QByteArray("someone's"));
-        QCOMPARE(readFile(run.home("t-3.bmp")), QByteArray("new"));
+                            "BeginStyle = Ini\n  PiecesFile = Marlith.ini\nEndStyle\n"
+                            "BeginStyle = Py\n  PiecesFile = py.dat\nEndStyle\n"),
+                 QStringList({"Other", "Ini", "Py"}));
+        QCOMPARE(readFile(run.home("p.bmp")), picture("new mine"));
+        QCOMPARE(readFile(run.home("t.bmp")), picture("theirs"));
+        QCOMPARE(readFile(run.home("t-2.bmp")), picture("someone's"));
+        QCOMPARE(readFile(run.home("t-3.bmp")), picture("new"));
         QVERIFY(run.settings().contains(u"PiecesFile = t-3.bmp\r\n  BorderFile = same.bmp\r\n"));
+        // The program's own files are never taken.
         QVERIFY(run.settings().contains(u"PiecesFile = Marlith-2.ini"));
+        QVERIFY(run.settings().contains(u"PiecesFile = py-2.dat"));
+        QCOMPARE(readFile(run.home("py.dat")), QByteArray("table"));
     }
 
     // A copy that fails: OK stores the style all the same, Cancel ends.
     void aFailedCopyAsks() {
         for (const ImportAnswer answer : {ImportAnswer::Ok, ImportAnswer::Cancel}) {
             Run run;
-            writeFile(run.in("p.bmp"), "p");
+            writeFile(run.in("p.bmp"), picture("p"));
             run.copy = [](const QString&, const QString&) { return false; };
             run.answers = {answer};
             run.import("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"
@@ -178,10 +191,42 @@ class TstStyleImport : public QObject {
         }
     }
 
+    // What the settings file would not give back, what is no picture, a
+    // value too large and a full disk: refused, each with its message, and
+    // the import isn't called complete.
+    void refusedAndIncompleteImports() {
+        Run run;
+        writeFile(run.in("p.bmp"), picture("p"));
+        writeFile(run.in("text.bmp"), "no picture");
+        QCOMPARE(run.import("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"
+                            "BeginStyle = B\n\"  FontName = x\nRecentFile = /etc/shadow\"\n"
+                            "  PiecesFile = p.bmp\nEndStyle\n"
+                            "BeginStyle = C\n  PiecesFile = text.bmp\nEndStyle\n"
+                            "BeginStyle = D\n  SqrWidth = 3000\nEndStyle\n"),
+                 QStringList({"A"}));
+        QVERIFY(!run.complete);
+        QCOMPARE(run.questions.mid(0, 2),
+                 QStringList({"The style's FontName can't hold a line break!",
+                              "PiecesFile " + run.in("text.bmp") + " is no picture!"}));
+        QVERIFY(run.questions[2].contains(u"doesn't fit"));
+        QVERIFY(!run.settings().contains(u"shadow"));
+        run.questions.clear();
+        QCOMPARE(run.import("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"), QStringList());
+        QVERIFY(run.complete);
+        const QByteArray before = readFile(run.home("Marlith.ini"));
+        {
+            const FileSizeLimit full(before.size());
+            QCOMPARE(run.import("BeginStyle = E\n  PiecesFile = p.bmp\nEndStyle\n"), QStringList());
+        }
+        QVERIFY(!run.complete);
+        QCOMPARE(readFile(run.home("Marlith.ini")), before);
+        QCOMPARE(run.known, QStringList({"A"}));
+    }
+
     // A style file in the program folder itself copies nothing.
     void aStyleFileAtHome() {
         Run run;
-        writeFile(run.home("p.bmp"), "p");
+        writeFile(run.home("p.bmp"), picture("p"));
         writeFile(run.home("s.sty"), crlf("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n"));
         QStringList known;
         ImportHooks hooks;
