@@ -115,6 +115,7 @@ void BookPanel::firstPosition() {
     OpenBook& book = state_.book;
     char kind = 0;
     headerList_->clear();
+    gameHeaders_.clear();
     bool found = goToGame(book, std::max(1, gameScrollBar_->value()));
     while (found && book.currentRecord.at(1) != kPositionKind) {
         const QString t = recordText(stripComment(book.currentRecord));
@@ -125,9 +126,11 @@ void BookPanel::firstPosition() {
                 Q_EMIT styleTagFound(*style);
         } else {
             headerList_->addItems(wrapHeader(t));
+            gameHeaders_.append(t);
         }
         found = nextRecord(book, kind);
     }
+    Q_EMIT headersShown();
     stepStrip_->setVisible(kind == kPositionKind);
     finishStep(true); // even a game that can't be read shows its (blank) record
 }

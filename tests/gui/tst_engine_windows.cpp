@@ -2,6 +2,7 @@
 // files, fields and stages of a run are tst_popeye's, tst_crafty's and
 // tst_engine_files'.
 #include "engines/popeye.h"
+#include "gui/book_panel.h"
 #include "gui/crafty_window.h"
 #include "gui/popeye_window.h"
 #include "gui/solution_list.h"
@@ -19,6 +20,7 @@
 #include <QPrinterInfo>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QWheelEvent>
 #include <optional>
 
@@ -284,6 +286,26 @@ class TstEngineWindows : public QObject {
         // Without a printer the page goes to a file, and the user is told.
         if (QPrinterInfo::defaultPrinter().isNull())
             QCOMPARE(told, QStringList{pageWentTo(e.path + QStringLiteral("Solution.pdf"))});
+    }
+
+    // While the window is open its pieces follow the board; a game's
+    // stipulation header fills the fields.
+    void popeyeFollowsTheBook() {
+        Engines e({{"py", kPopeye},
+                   {"b.fen", "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
+                             "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n"}});
+        Fixture& f = *e.f;
+        f.state.bookFile = e.path + QStringLiteral("b.fen");
+        f.window->loadBook();
+        f.waitForScan();
+        PopeyeWindow* w = e.popeye("", {});
+        const PopeyeParams& params = f.state.popeyeParams;
+        QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),
+                 QStringList({"h#", "3", "Qd1 Ke1", "Ke8"}));
+        f.window->bookPanel()->gameScrollBar()->setValue(2);
+        QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),
+                 QStringList({"#", "2", "Ka1", ""}));
+        QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
     }
 
     // The engine reads its commands from the file on its standard input and
