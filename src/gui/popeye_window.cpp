@@ -21,6 +21,8 @@ namespace marlith {
 
 namespace {
 
+constexpr qint64 kRowsShownMs = 250;
+
 const char* const kCaptions[11] = {"Stipulation ", "Moves ",        "Conditions ", "Options ",
                                    "Twins ",       "ZeroPosition ", "White pcs ",  "Black pcs ",
                                    "Neutral pcs ", "Command ",      "Maxmem "};
@@ -266,6 +268,7 @@ void PopeyeWindow::solve() {
         return;
 
     running_ = 1;
+    rowsShown_.invalidate();
     protocolShown_ = false;
     cutNoteShown_ = false;
     beginRun(solveButton_);
@@ -302,10 +305,13 @@ void PopeyeWindow::tick() {
     showClock(run_.clock(clock_.elapsed() / 1000.0));
     switch (run_.advance(engine_.running())) {
     case PopeyeRun::Step::Rows:
-        showProtocolRows();
+        // A solver that writes without pause would keep the list busy: the
+        // rows join it a few times a second, and the last ones when it ends.
+        if (!rowsShown_.isValid() || rowsShown_.elapsed() >= kRowsShownMs) showProtocolRows();
         break;
     case PopeyeRun::Step::Finished:
         running_ = 0;
+        showProtocolRows();
         removeWorkFiles();
         if (!isVisible()) show(); // the answer brings the window back
         endRun(solveButton_, closeButton_);
@@ -354,6 +360,7 @@ void PopeyeWindow::showProtocolRows() {
     solutionList_->addItems(change.added);
     // The newest rows stay in sight unless the user scrolled up to read.
     if (following) solutionList_->scrollToBottom();
+    rowsShown_.start();
 }
 
 void PopeyeWindow::removeWorkFiles() {

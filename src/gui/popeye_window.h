@@ -6,6 +6,7 @@
 
 #include "gui/engine_window.h"
 
+#include <QElapsedTimer>
 #include <array>
 
 class QComboBox;
@@ -74,6 +75,8 @@ class PopeyeWindow : public EngineWindow {
     // that its first rows were left out.
     bool protocolShown_ = false;
     bool cutNoteShown_ = false;
+    // Since the rows last joined the list.
+    QElapsedTimer rowsShown_;
 };
 
 } // namespace marlith
