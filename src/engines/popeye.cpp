@@ -50,7 +50,8 @@ std::optional<QString> stipulationTag(const QStringList& headers) {
         const qsizetype open = line.indexOf(u'"');
         const qsizetype close = line.indexOf(u'"', open + 1);
         if (open < 0 || close < 0) continue;
-        return trimSpaces(QStringView(line).mid(open + 1, close - open - 1));
+        const QString stipulation = trimSpaces(QStringView(line).mid(open + 1, close - open - 1));
+        if (!stipulation.isEmpty()) return stipulation;
     }
     return std::nullopt;
 }
@@ -157,15 +158,6 @@ QStringList wrapRows(const QString& line) {
             ++start;
     }
     rows << line.mid(start, end - start);
-    return rows;
-}
-
-QStringList protocolRows(const QStringList& lines) {
-    QStringList rows;
-    for (const QString& line : lines) {
-        rows << wrapRows(line);
-        if (rows.size() >= kMaxResultRows) break;
-    }
     return rows;
 }
 

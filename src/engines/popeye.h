@@ -63,8 +63,6 @@ EntryChoice entryChoice(const QString& entry, const QString& param);
 // A protocol line as rows of the list: up to 50 characters whole, longer
 // lines broken at the first blank from column 45, or behind column 44.
 QStringList wrapRows(const QString& line);
-// Every line of a protocol, wrapped; empty lines give no row.
-QStringList protocolRows(const QStringList& lines);
 
 // The countdown to the time limit: "limit mm:ss", MaxTime less the elapsed
 // seconds, rounded, not below 0.
