@@ -27,6 +27,9 @@ bool EngineProcess::start(const QString& program, const QStringList& arguments,
     process_->setStandardInputFile(inputFile.isEmpty() ? QProcess::nullDevice() : inputFile);
     process_->setProcessChannelMode(QProcess::MergedChannels);
     output_.clear();
+    // The output is taken as it comes, so that a program that writes without
+    // end costs no more than the part that is kept.
+    QObject::connect(process_.get(), &QProcess::readyRead, process_.get(), [this] { output(); });
     process_->start(program, arguments);
     return process_->waitForStarted(5000);
 }

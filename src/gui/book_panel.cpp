@@ -115,6 +115,7 @@ void BookPanel::firstPosition() {
     OpenBook& book = state_.book;
     char kind = 0;
     headerList_->clear();
+    gameHeaders_.clear();
     bool found = goToGame(book, std::max(1, gameScrollBar_->value()));
     const int32_t firstRecord = found ? book.currentRecordNumber : 0;
     while (found && book.currentRecord.at(1) != kPositionKind) {
@@ -126,6 +127,7 @@ void BookPanel::firstPosition() {
                 Q_EMIT styleTagFound(*style);
         } else {
             headerList_->addItems(wrapHeader(t));
+            gameHeaders_.append(t);
         }
         found = nextRecord(book, kind);
     }
@@ -133,6 +135,7 @@ void BookPanel::firstPosition() {
     if (!cutMove.isEmpty())
         headerList_->addItems(
             wrapHeader(QStringLiteral("Cut at %1 (can't be played)").arg(recordText(cutMove))));
+    Q_EMIT headersShown();
     stepStrip_->setVisible(kind == kPositionKind);
     finishStep(true); // even a game that can't be read shows its (blank) record
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QGroupBox>
+#include <QStringList>
 #include <array>
 
 class QLabel;
@@ -41,6 +42,8 @@ class BookPanel : public QGroupBox {
 
     QScrollBar* gameScrollBar() const { return gameScrollBar_; }
     QListWidget* headerList() const { return headerList_; }
+    // The header lines of the game on show, whole.
+    const QStringList& gameHeaders() const { return gameHeaders_; }
 
   Q_SIGNALS:
     // The board field of the record on show, for the position box.
@@ -51,6 +54,8 @@ class BookPanel : public QGroupBox {
     void styleTagFound(const QString& name);
     // Enter on one of the panel's controls.
     void refreshRequested();
+    // A game is on show; its header lines are in gameHeaders().
+    void headersShown();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -68,6 +73,7 @@ class BookPanel : public QGroupBox {
     QWidget* stepStrip_;
     QWidget* stepStripPlaceholder_;
     std::array<ToolButton*, 4> stepButtons_{};
+    QStringList gameHeaders_;
 };
 
 } // namespace marlith

@@ -59,6 +59,8 @@ QListWidget* EngineWindow::makeSolutionList(QRect geometry) {
     QPalette face = solutionList_->palette();
     face.setColor(QPalette::Base, face.color(QPalette::Button));
     solutionList_->setPalette(face);
+    // Rows are one line each: the list need not measure them one by one.
+    solutionList_->setUniformItemSizes(true);
     // The engines write in columns: a fixed-width font keeps them straight.
     QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     if (!QFontInfo(fixed).fixedPitch()) fixed = QFont(QStringLiteral("DejaVu Sans Mono"));

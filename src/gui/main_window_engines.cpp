@@ -4,6 +4,7 @@
 
 #include "engines/crafty.h"
 #include "engines/engine_files.h"
+#include "gui/book_panel.h"
 #include "gui/child_window_place.h"
 #include "gui/crafty_window.h"
 #include "gui/diagram_view.h"
@@ -15,6 +16,17 @@
 #include <QLineEdit>
 
 namespace marlith {
+
+namespace {
+
+// The board's pieces by colour and square, named by the dictionary.
+PieceLists boardPieces(const AppState& state) {
+    const Style& style = state.style;
+    return listPieces(state.squares, state.board(), style.PiecesList, style.EnglishNotation,
+                      state.fullDictionary, ListingMode::Dictionary);
+}
+
+} // namespace
 
 void MainWindow::detectEngines() {
     const QString& folder = state_.programFolder;
@@ -57,6 +69,15 @@ PopeyeWindow* MainWindow::popeyeWindow() {
         popeyeWindow_ = new PopeyeWindow(state_, this);
         popeyeWindow_->warn = [this](const QString& text) { warn(text); };
         setChildWindow(ChildWindow::Popeye, popeyeWindow_);
+        // While the window is open its pieces follow the board (which the
+        // position box's change has rebuilt by then).
+        connect(positionEdit_, &QLineEdit::textChanged, popeyeWindow_, [this] {
+            if (popeyeWindow_->isVisible()) popeyeWindow_->setPieceLists(boardPieces(state_));
+        });
+        // A game of a book may give the stipulation.
+        connect(bookPanel_, &BookPanel::headersShown, popeyeWindow_,
+                [this] { popeyeWindow_->takeGameHeaders(bookPanel_->gameHeaders()); });
+        if (state_.book.isOpen()) popeyeWindow_->takeGameHeaders(bookPanel_->gameHeaders());
     }
     return popeyeWindow_;
 }
@@ -72,10 +93,7 @@ CraftyWindow* MainWindow::craftyWindow() {
 
 void MainWindow::openPopeye() {
     refreshPosition();
-    const Style& style = state_.style;
-    popeyeWindow()->setPieceLists(listPieces(state_.squares, state_.board(), style.PiecesList,
-                                             style.EnglishNotation, state_.fullDictionary,
-                                             ListingMode::Dictionary));
+    popeyeWindow()->setPieceLists(boardPieces(state_));
     state_.recentEngine = QStringLiteral("Popeye");
     action(QStringLiteral("craftyAction"))->setChecked(false);
     action(QStringLiteral("popeyeAction"))->setChecked(true);

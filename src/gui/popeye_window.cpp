@@ -21,6 +21,8 @@ namespace marlith {
 
 namespace {
 
+constexpr qint64 kRowsShownMs = 250;
+
 const char* const kCaptions[11] = {"Stipulation ", "Moves ",        "Conditions ", "Options ",
                                    "Twins ",       "ZeroPosition ", "White pcs ",  "Black pcs ",
                                    "Neutral pcs ", "Command ",      "Maxmem "};
@@ -111,6 +113,15 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
     QFont bold = clockLabel_->font();
     bold.setBold(true);
     clockLabel_->setFont(bold);
+    clockLabel_->setToolTip(
+        QStringLiteral("Time left of the limit that Popeye is given: 60 seconds, or what "
+                       "\"MaxTime\" in Options says (MaxTime 600 for ten minutes)."));
+    // The countdown names the limit: the label grows to the left for it.
+    const int clockWidth = clockLabel_->fontMetrics().horizontalAdvance(countdownText(0, 0)) + 6;
+    if (clockWidth > clockLabel_->width())
+        clockLabel_->setGeometry(clockLabel_->geometry().adjusted(
+            std::max(clockLabel_->width() - clockWidth, -twipsToWholePixels(2280 - 2175)), 0, 0,
+            0));
 
     solveButton_ = namedButton(this, "solveButton", "&Solution", twipsRect(3600, 3360, 855, 315));
     solveButton_->setFont(bold);
@@ -182,6 +193,20 @@ void PopeyeWindow::setPieceLists(const PieceLists& lists) {
     }
 }
 
+void PopeyeWindow::takeGameHeaders(const QStringList& headers) {
+    const std::optional<QString> stipulation = stipulationTag(headers);
+    if (!stipulation) return;
+    const StipulationFields fields = splitStipulation(*stipulation, QString());
+    showParam(0, fields.stipulation);
+    if (!fields.moves.isEmpty()) showParam(1, fields.moves);
+}
+
+void PopeyeWindow::showParam(int index, const QString& text) {
+    const auto at = static_cast<size_t>(index);
+    state_.popeyeParams[at] = text;
+    paramBoxes_[at]->setEditText(text);
+}
+
 void PopeyeWindow::setParam(int index) {
     const auto at = static_cast<size_t>(index);
     state_.popeyeParams[at] = trimSpaces(paramBoxes_[at]->currentText());
@@ -212,6 +237,14 @@ void PopeyeWindow::clearAll() {
 
 void PopeyeWindow::solve() {
     solutionList_->clear();
+    const PopeyeParams& params = state_.popeyeParams;
+    const StipulationFields fields = splitStipulation(params[0], params[1]);
+    if (!fields.warning.isEmpty()) {
+        warn(fields.warning);
+        return;
+    }
+    if (fields.stipulation != params[0]) showParam(0, fields.stipulation);
+    if (fields.moves != params[1]) showParam(1, fields.moves);
     const QString refusal = runWarning(state_.popeyeParams);
     if (!refusal.isEmpty()) {
         warn(refusal);
@@ -235,6 +268,9 @@ void PopeyeWindow::solve() {
         return;
 
     running_ = 1;
+    rowsShown_.invalidate();
+    protocolShown_ = false;
+    cutNoteShown_ = false;
     beginRun(solveButton_);
     closeButton_->setText(QStringLiteral("&Hide"));
     run_.begin(protocol, maxTime);
@@ -267,19 +303,22 @@ void PopeyeWindow::tick() {
         return;
     }
     showClock(run_.clock(clock_.elapsed() / 1000.0));
-    QStringList rows;
-    switch (run_.advance(engine_.running(), rows)) {
+    switch (run_.advance(engine_.running())) {
     case PopeyeRun::Step::Rows:
-        showRows(rows);
+        // A solver that writes without pause would keep the list busy: the
+        // rows join it a few times a second, and the last ones when it ends.
+        if (!rowsShown_.isValid() || rowsShown_.elapsed() >= kRowsShownMs) showProtocolRows();
         break;
     case PopeyeRun::Step::Finished:
         running_ = 0;
+        showProtocolRows();
+        removeWorkFiles();
+        if (!isVisible()) show(); // the answer brings the window back
         endRun(solveButton_, closeButton_);
         break;
     case PopeyeRun::Step::Ended:
         running_ = 0;
-        QFile::remove(problemPath(state_.programFolder, state_.tempSeed));
-        QFile::remove(protocolPath(state_.programFolder, state_.tempSeed));
+        removeWorkFiles();
         showEnded(QStringLiteral("Popeye"), solveButton_, closeButton_);
         break;
     case PopeyeRun::Step::Waiting:
@@ -302,14 +341,43 @@ bool PopeyeWindow::eventFilter(QObject* watched, QEvent* event) {
     return EngineWindow::eventFilter(watched, event);
 }
 
+void PopeyeWindow::showProtocolRows() {
+    if (!protocolShown_) {
+        solutionList_->clear();
+        protocolShown_ = true;
+    }
+    QScrollBar* scroll = solutionList_->verticalScrollBar();
+    const bool following = scroll->value() == scroll->maximum();
+    const int note = cutNoteShown_ ? 1 : 0;
+    const ProtocolTail::Change change = run_.take(solutionList_->count() - note);
+    if (change.cut && !cutNoteShown_) {
+        solutionList_->insertItem(
+            0, QStringLiteral("Only the last %1 rows are shown.").arg(kMaxShownRows));
+        cutNoteShown_ = true;
+    }
+    if (change.dropped > 0)
+        solutionList_->model()->removeRows(cutNoteShown_ ? 1 : 0, static_cast<int>(change.dropped));
+    solutionList_->addItems(change.added);
+    // The newest rows stay in sight unless the user scrolled up to read.
+    if (following) solutionList_->scrollToBottom();
+    rowsShown_.start();
+}
+
+void PopeyeWindow::removeWorkFiles() {
+    QFile::remove(problemPath(state_.programFolder, state_.tempSeed));
+    QFile::remove(protocolPath(state_.programFolder, state_.tempSeed));
+}
+
 void PopeyeWindow::stopRun() {
     if (running_ == 0) return;
     engine_.stop();
+    // What the solver wrote until now stays in the list.
+    if (run_.advance(false) == PopeyeRun::Step::Rows) showProtocolRows();
     run_.cancel();
     running_ = 0;
-    QFile::remove(problemPath(state_.programFolder, state_.tempSeed));
-    QFile::remove(protocolPath(state_.programFolder, state_.tempSeed));
-    showRows({QStringLiteral("The run was stopped.")});
+    removeWorkFiles();
+    if (!protocolShown_) solutionList_->clear();
+    solutionList_->addItem(QStringLiteral("The run was stopped."));
     endRun(solveButton_, closeButton_);
 }
 

@@ -6,6 +6,7 @@
 
 #include "gui/engine_window.h"
 
+#include <QElapsedTimer>
 #include <array>
 
 class QComboBox;
@@ -21,8 +22,10 @@ class PopeyeWindow : public EngineWindow {
   public:
     PopeyeWindow(AppState& state, QWidget* parent);
 
-    // The piece lists of openPopeye go into boxes 6, 7 and 8.
+    // The piece lists of the board go into boxes 6, 7 and 8.
     void setPieceLists(const PieceLists& lists);
+    // A game's "[Stipulation]" header fills the stipulation and the moves.
+    void takeGameHeaders(const QStringList& headers);
 
     void clearAll();
     void solve();
@@ -44,6 +47,12 @@ class PopeyeWindow : public EngineWindow {
   private:
     void focusChanged() override;
     void fitCaptions();
+    // The field and its box show `text`.
+    void showParam(int index, const QString& text);
+    // The protocol's new rows join the list, which keeps a bounded tail.
+    void showProtocolRows();
+    // The run's work files go.
+    void removeWorkFiles();
     // The timer runs while there is something to do, and no longer.
     void wake();
 
@@ -62,6 +71,12 @@ class PopeyeWindow : public EngineWindow {
     // the list; otherwise it is typed text, taken as typed.
     std::array<bool, 11> listOpen_{};
     PopeyeRun run_;
+    // The list shows the protocol (no longer "Calculating..."), and says
+    // that its first rows were left out.
+    bool protocolShown_ = false;
+    bool cutNoteShown_ = false;
+    // Since the rows last joined the list.
+    QElapsedTimer rowsShown_;
 };
 
 } // namespace marlith

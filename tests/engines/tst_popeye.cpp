@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 
 using namespace marlith;
 using namespace marlith::testing;
@@ -23,6 +24,39 @@ PopeyeParams params(std::initializer_list<std::pair<int, const char*>> fields) {
 class TstPopeye : public QObject {
     Q_OBJECT
   private Q_SLOTS:
+    void stipulationNumber_data() {
+        QTest::addColumn<QString>("stipulation");
+        QTest::addColumn<QString>("moves");
+        QTest::addColumn<QString>("result"); // stipulation|moves, or the warning
+        QTest::newRow("#2 with 2 moves") << "#2"
+                                         << "2"
+                                         << "#|2";
+        QTest::newRow("h#3 with no moves") << "h#3"
+                                           << ""
+                                           << "h#|3";
+        QTest::newRow("ser-h#5") << "ser-h#5"
+                                 << ""
+                                 << "ser-h#|5";
+        QTest::newRow("half moves") << "h#2.5"
+                                    << "2.5"
+                                    << "h#|2.5";
+        QTest::newRow("no number") << "#"
+                                   << "3"
+                                   << "#|3";
+        QTest::newRow("numbers differ") << "#2"
+                                        << "3"
+                                        << "The stipulation #2 has 2 moves, but Moves says 3!";
+    }
+    void stipulationNumber() {
+        QFETCH(QString, stipulation);
+        QFETCH(QString, moves);
+        QFETCH(QString, result);
+        const StipulationFields fields = splitStipulation(stipulation, moves);
+        QCOMPARE(fields.warning.isEmpty() ? fields.stipulation + u'|' + fields.moves
+                                          : fields.warning,
+                 result);
+    }
+
     void warningsInOrder() {
         QCOMPARE(runWarning(params({})), QString("Enter the stipulation!"));
         QCOMPARE(runWarning(params({{0, "#"}, {1, "2"}})), QString("Enter the pieces list!"));
@@ -76,63 +110,93 @@ class TstPopeye : public QObject {
         const QString line = QString(10, u'a') + u' ' + QString(36, u'b') + u' ';
         QCOMPARE(wrapRows(line + QString(20, u'c')),
                  QStringList({line.left(47), QString(20, u'c')}));
-        QCOMPARE(protocolRows({"a", "   "}), QStringList({"a", "   "})); // blanks make a row
-        const QStringList many = wrapRows(QString(1000, u'z'));
-        QCOMPARE(many.size(), 23);
+        // A blank far behind column 45 makes a long row, and serves no later row.
+        QCOMPARE(wrapRows(QString(100, u'a') + u' ' + QString(99, u'b')),
+                 QStringList({QString(100, u'a'), QString(44, u'b'), QString(44, u'b'),
+                              QString(11, u'b')}));
+        // A line of some megabytes, with and without blanks, wraps whole.
+        for (const QString& unit : {QStringLiteral("z"), QStringLiteral("word ")}) {
+            const QString huge = unit.repeated(4'000'000 / unit.size());
+            const QStringList rows = wrapRows(huge);
+            QCOMPARE(rows.join(QString()).remove(u' ').size(), huge.size() - huge.count(u' '));
+            QVERIFY(std::all_of(rows.begin(), rows.end(), [](const QString& row) {
+                return row.size() <= 50 && !row.startsWith(u' ');
+            }));
+        }
     }
 
-    // Nothing is read while the protocol is missing, empty or in the engine's hands; one that
-    // goes before it is read is waited for again; a huge one is cut; the run ends once it's gone.
+    // The protocol is read as it grows; a run without one (or with an empty one) has ended;
+    // the rest is read once the solver is gone, and then the file goes.
     void stagesOfARun() {
         QTemporaryDir dir;
         const QString protocol = dir.path() + QStringLiteral("/Fi.tmp");
         PopeyeRun run;
-        QStringList rows;
-        // The stage after one step, and whether rows came.
-        auto step = [&](bool engineRunning) {
-            const bool got = run.advance(engineRunning, rows) == PopeyeRun::Step::Rows;
-            return run.stage() + (got ? 10 : 0);
-        };
-        // Gone with no protocol, or an empty one: the run has ended.
         for (const bool empty : {false, true}) {
             run.begin(protocol, 90);
             if (empty) writeFile(protocol, QByteArray());
-            QCOMPARE(step(true), 0);
-            QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Ended);
+            QCOMPARE(run.advance(true), PopeyeRun::Step::Waiting);
+            QCOMPARE(run.advance(false), PopeyeRun::Step::Ended);
             QVERIFY(!run.active());
         }
         run.begin(protocol, 90);
-        writeFile(protocol, "solution\r\n\r\n1.Qd1-d8 !\r" + QByteArray(51, 'x') + "\nlast");
-        QCOMPARE(step(true), 0);
-        QCOMPARE(step(false), 1);
-        QCOMPARE(step(false), 12);
-        QCOMPARE(rows, QStringList({"solution", "1.Qd1-d8 !", QString(44, u'x'), QString(7, u'x'),
-                                    "last"}));
-        QCOMPARE(run.advance(false, rows), PopeyeRun::Step::Finished);
+        writeFile(protocol, "solution\r\n\r\n1.Qd1-d8 !\r");
+        QCOMPARE(run.advance(true), PopeyeRun::Step::Rows);
+        QCOMPARE(run.stage(), 1);
+        QCOMPARE(run.take(0).added, QStringList({"solution", "1.Qd1-d8 !"}));
+        QFile file(protocol);
+        QVERIFY(file.open(QIODevice::Append));
+        file.write(QByteArray(51, 'x') + "\nla");
+        file.flush();
+        QCOMPARE(run.advance(true), PopeyeRun::Step::Rows);
+        QCOMPARE(run.take(2).added, QStringList({QString(44, u'x'), QString(7, u'x')}));
+        file.write("st");
+        file.close();
+        QCOMPARE(run.advance(false), PopeyeRun::Step::Rows);
+        QCOMPARE(run.take(4).added, QStringList({"last"}));
+        QCOMPARE(run.advance(false), PopeyeRun::Step::Finished);
         QVERIFY(!QFile::exists(protocol) && !run.active());
-        run.begin(protocol, 60);
-        writeFile(protocol, "a\r\n");
-        QCOMPARE(step(false), 1);
-        QVERIFY(QFile::remove(protocol));
-        QCOMPARE(step(false), 1);
-        writeFile(protocol, QByteArray("x\n").repeated(kMaxResultRows + 10));
-        QCOMPARE(step(false), 12);
-        QCOMPARE(rows.size(), kMaxResultRows);
-        // The limit of bytes.
+        // The limit of bytes of the line reader.
         QByteArray text = "one\r\ntwo\n\nthree\rfour";
         QBuffer buffer(&text);
         QVERIFY(buffer.open(QIODevice::ReadOnly));
         QCOMPARE(readLines(buffer, true, 100, 7), QStringList({"one", "tw"}));
     }
 
+    // Parts may end anywhere, even between CR and LF; only the last rows are kept,
+    // and the list is told to drop what falls out; a skip loses the broken line.
+    void protocolTail() {
+        ProtocolTail tail(3);
+        for (const char* part : {"one\r", "\n   \ntwo", "\r\n\nthr", "ee"})
+            tail.feed(part);
+        ProtocolTail::Change change = tail.take(0);
+        QCOMPARE(change.added, QStringList({"one", "   ", "two"})); // blanks make a row
+        QVERIFY(!change.cut);
+        tail.finish();
+        tail.feed("four\nfive\n");
+        change = tail.take(3);
+        QCOMPARE(change.added, QStringList({"three", "four", "five"}));
+        QCOMPARE(change.dropped, 3);
+        QVERIFY(change.cut);
+        tail.skip();
+        tail.feed("end of a line\nsix\n");
+        QCOMPARE(tail.take(3).added, QStringList({"six"}));
+        // A program that writes without end: only the tail is decoded and kept.
+        ProtocolTail endless;
+        endless.feed(QByteArray("y\n").repeated(2'000'000) + "last\n");
+        change = endless.take(0);
+        QCOMPARE(change.added.size(), kMaxShownRows);
+        QCOMPARE(change.added.back(), "last");
+        QVERIFY(change.cut);
+    }
+
     void clockShowsEachNewSecond() {
         PopeyeRun run;
         run.begin(QStringLiteral("x"), 90);
         QVERIFY(!run.clock(1000.0) && !run.clock(1000.99));
-        QCOMPARE(run.clock(1001.0).value_or(QString()), QString("01:29"));
-        QCOMPARE(run.clock(1003.2).value_or(QString()), QString("01:27"));
-        QCOMPARE(countdownText(6065, 0), QString("01:05")); // minutes modulo 100
-        QCOMPARE(countdownText(1e300, 5).size(), 5);
+        QCOMPARE(run.clock(1001.0).value_or(QString()), QString("limit 01:29"));
+        QCOMPARE(run.clock(1003.2).value_or(QString()), QString("limit 01:27"));
+        QCOMPARE(countdownText(6065, 0), QString("limit 01:05")); // minutes modulo 100
+        QCOMPARE(countdownText(1e300, 5).size(), 11);
     }
 };
 

@@ -2,6 +2,7 @@
 // files, fields and stages of a run are tst_popeye's, tst_crafty's and
 // tst_engine_files'.
 #include "engines/popeye.h"
+#include "gui/book_panel.h"
 #include "gui/crafty_window.h"
 #include "gui/popeye_window.h"
 #include "gui/solution_list.h"
@@ -19,6 +20,7 @@
 #include <QPrinterInfo>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QWheelEvent>
 #include <optional>
 
@@ -151,8 +153,16 @@ class TstEngineWindows : public QObject {
         Engines e({{"py", kPopeye}});
         PopeyeWindow* popeyeWindow = e.popeye("K7", {{1, QStringLiteral("1")}});
         childOf(popeyeWindow, "solveButton")->click();
-        QCOMPARE(e.f->warnings, QStringList({QStringLiteral("Enter the stipulation!")}));
-        QTest::keyClicks(popeyeWindow->paramBox(0)->lineEdit(), QStringLiteral("#"));
+        QLineEdit* stipulation = popeyeWindow->paramBox(0)->lineEdit();
+        QTest::keyClicks(stipulation, QStringLiteral("#2"));
+        childOf(popeyeWindow, "solveButton")->click();
+        QCOMPARE(
+            e.f->warnings,
+            QStringList({QStringLiteral("Enter the stipulation!"),
+                         QStringLiteral("The stipulation #2 has 2 moves, but Moves says 1!")}));
+        QVERIFY(e.files("*.tmp").isEmpty());
+        stipulation->selectAll();
+        QTest::keyClicks(stipulation, QStringLiteral("#"));
         QVERIFY(QFile::remove(e.path + QStringLiteral("py")));
         childOf(popeyeWindow, "solveButton")->click();
         QCOMPARE(popeyeWindow->running(), int16_t(0));
@@ -208,19 +218,23 @@ class TstEngineWindows : public QObject {
                                               "Crafty ended without a result (exit status 1)."}));
     }
 
-    // A run that doesn't end is stopped by the button or by Escape.
+    // A run that doesn't end is stopped by the button or by Escape; what it
+    // wrote stays.
     void stoppingARun() {
-        Engines e({{"py", QByteArray("#!/bin/sh\nexec sleep 30\n")}});
+        Engines e({{"py", QByteArray("#!/bin/sh\nfor a; do last=$a; done\n"
+                                     "proto=$(sed -n 's/^Protocol //p' \"$last\" | tr -d '\\r')\n"
+                                     "printf 'found so far\\n' >> \"$proto\"\nexec sleep 30\n")}});
         PopeyeWindow* w = e.popeye("K7", {{0, QStringLiteral("#")}, {1, QStringLiteral("2")}});
         for (const bool byKey : {false, true}) {
             w->show();
             childOf(w, "solveButton")->click();
             QVERIFY(childOf(w, "stopButton")->isVisible());
+            QTRY_COMPARE(rowsOf(w), QStringList{"found so far"});
             if (byKey)
                 QTest::keyClick(w, Qt::Key_Escape);
             else
                 childOf(w, "stopButton")->click();
-            QCOMPARE(rowsOf(w), QStringList{"The run was stopped."});
+            QCOMPARE(rowsOf(w), QStringList({"found so far", "The run was stopped."}));
             QVERIFY(childOf(w, "solveButton")->isEnabled() &&
                     childOf(w, "solveButton")->isVisible());
             QVERIFY(!childOf(w, "stopButton")->isVisible());
@@ -228,14 +242,16 @@ class TstEngineWindows : public QObject {
         }
     }
 
-    // The window hides during the run and comes back with the protocol,
-    // read once the solver has ended; the arguments reach it unchanged,
-    // whatever the blanks, quotes and semicolons; the work files go.
+    // The window hides during the run and comes back when the solver has
+    // ended; each line of the protocol shows as it comes; a stipulation
+    // typed with its number gives it to the moves; the arguments reach the
+    // solver unchanged, whatever the blanks, quotes and semicolons; the work
+    // files go with the run.
     void popeyeSolvesInTheBackground() {
         Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
         const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
         PopeyeWindow* popeyeWindow =
-            e.popeye("4k3/8/8/8/8/8/8/3QK3", {{0, QStringLiteral("#")},
+            e.popeye("4k3/8/8/8/8/8/8/3QK3", {{0, QStringLiteral("#2")},
                                               {1, QStringLiteral("2")},
                                               {3, QStringLiteral("maxtime 90")},
                                               {10, maxmem}});
@@ -243,8 +259,13 @@ class TstEngineWindows : public QObject {
         const QString protocol = e.path + e.f->state.tempSeed + QStringLiteral("i.tmp");
         writeFile(protocol, "old protocol, to be replaced\r\n");
         e.solve(popeyeWindow);
-        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "clockLabel")->text(), QStringLiteral("01:29"));
+        QCOMPARE(popeyeWindow->paramBox(0)->currentText(), "#");
+        QCOMPARE(popeyeWindow->paramBox(1)->currentText(), "2");
+        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "clockLabel")->text(), "limit 01:29");
+        QTRY_COMPARE(rowsOf(popeyeWindow).value(0), "Popeye stand-in");
+        QVERIFY(popeyeWindow->running());
         e.awaitEnd(popeyeWindow);
+        QVERIFY(e.files("*.tmp").isEmpty());
         const QStringList expected =
             QStringList{"Popeye stand-in", "BeginProblem", "Pieces", "White Qd1 Ke1", "Black Ke8"} +
             wrapRows("Protocol " + protocol) +
@@ -265,8 +286,26 @@ class TstEngineWindows : public QObject {
         // Without a printer the page goes to a file, and the user is told.
         if (QPrinterInfo::defaultPrinter().isNull())
             QCOMPARE(told, QStringList{pageWentTo(e.path + QStringLiteral("Solution.pdf"))});
-        e.f->window->close();
-        QVERIFY(!QFile::exists(problem));
+    }
+
+    // While the window is open its pieces follow the board; a game's
+    // stipulation header fills the fields.
+    void popeyeFollowsTheBook() {
+        Engines e({{"py", kPopeye},
+                   {"b.fen", "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
+                             "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n"}});
+        Fixture& f = *e.f;
+        f.state.bookFile = e.path + QStringLiteral("b.fen");
+        f.window->loadBook();
+        f.waitForScan();
+        PopeyeWindow* w = e.popeye("", {});
+        const PopeyeParams& params = f.state.popeyeParams;
+        QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),
+                 QStringList({"h#", "3", "Qd1 Ke1", "Ke8"}));
+        f.window->bookPanel()->gameScrollBar()->setValue(2);
+        QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),
+                 QStringList({"#", "2", "Ka1", ""}));
+        QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
     }
 
     // The engine reads its commands from the file on its standard input and
