@@ -70,7 +70,8 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
         combo->setCompleter(nullptr);
         combo->addItems(state_.pyDatLists[at]);
         combo->setCurrentIndex(-1);
-        combo->setEditText(QString());
+        // The fields of the last session come back.
+        combo->setEditText(state_.popeyeParams[at]);
         if (i == 0) {
             label->setGeometry(twipsRect(0, 40, 975, 315));
             combo->setGeometry(twipsRect(960, 40, 1815, 315));

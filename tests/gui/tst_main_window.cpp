@@ -1,4 +1,5 @@
 #include "drawing/piece_sheet.h"
+#include "gui/popeye_window.h"
 #include "gui/style_window.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
@@ -212,7 +213,7 @@ class TstMainWindow : public QObject {
             first.positionEdit->clear();
             first.type(QStringLiteral("sS, \"x;y\" %41"));
             first.window->move(40, 30);
-            first.state.popeyeParams[0] = QStringLiteral("h#|\n;");
+            first.state.popeyeParams[0] = QStringLiteral("ser-h#|;");
             first.state.popeyeParams[10] = QStringLiteral("twin=1");
             first.window->close();
         }
@@ -222,7 +223,8 @@ class TstMainWindow : public QObject {
         QCOMPARE(second.positionEdit->text(), "sS, \"x;y\" %41");
         QCOMPARE(second.pieceCounterLabel->text(), "(1x1)");
         QCOMPARE(second.window->pos(), QPoint(40, 30));
-        QCOMPARE(second.state.popeyeParams[0], "h#|\n;");
+        const PopeyeWindow popeye(second.state, nullptr);
+        QCOMPARE(popeye.findChild<QComboBox*>("stipulationBox")->currentText(), "ser-h#|;");
         QCOMPARE(second.state.popeyeParams[10], "twin=1");
     }
 
