@@ -1,5 +1,7 @@
 #include "books/work_file.h"
 
+#include "books/new_file.h"
+
 #include "styles/style_block.h"
 
 #include <algorithm>
@@ -168,7 +170,11 @@ bool WorkFile::open(const QString& path) {
     error_.clear();
     pending_.clear();
     pending_.reserve(kBlockSize + kRecordLength);
-    return file_->open(QIODevice::ReadWrite | QIODevice::Truncate);
+    const int fd = createNewFile(path);
+    if (fd < 0) return false;
+    if (file_->open(fd, QIODevice::ReadWrite, QFileDevice::AutoCloseHandle)) return true;
+    ::close(fd);
+    return false;
 }
 
 bool WorkFile::restart() {

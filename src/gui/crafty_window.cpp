@@ -1,6 +1,6 @@
 #include "gui/crafty_window.h"
 
-#include "core/new_file.h"
+#include "books/new_file.h"
 
 #include "engines/engine_files.h"
 

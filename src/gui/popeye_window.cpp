@@ -1,5 +1,7 @@
 #include "gui/popeye_window.h"
 
+#include "books/new_file.h"
+
 #include "core/app_state.h"
 #include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
@@ -255,12 +257,7 @@ void PopeyeWindow::solve() {
     const QString protocol = protocolPath(state_.programFolder, state_.tempSeed);
     // The solver appends to a protocol file that is there already.
     QFile::remove(protocol);
-    {
-        QFile file(problem);
-        if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate)) return;
-        const QByteArray text = problemFileText(state_.popeyeParams, protocol);
-        if (file.write(text) != text.size()) return;
-    }
+    if (!writeNewFile(problem, problemFileText(state_.popeyeParams, protocol))) return;
     solutionList_->addItem(QStringLiteral("Calculating..."));
     const double maxTime = makeOptionText(state_.popeyeParams[3]).maxTime;
 

@@ -66,6 +66,12 @@ class TstBookScan : public QObject {
         QVERIFY(!reader.error());
         QCOMPARE(lines, QList<QByteArray>({first, "b", "c", "d", "", "e"}));
         QCOMPARE(trimBlanks("  [Event \"x\"]  "), QByteArrayView("[Event \"x\"]"));
+        // A link under the work file's name is replaced, never written through.
+        const QString victim = book.write("keep");
+        QVERIFY(QFile::link(victim, book.dir.filePath("F2.tmp")));
+        QVERIFY(book.work.open(book.dir.filePath("F2.tmp")) &&
+                book.work.append(makeRecord('E', 1, "a")));
+        QCOMPARE(testing::readFile(victim), "keep");
     }
 
     void fenBooks() {

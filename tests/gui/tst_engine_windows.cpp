@@ -258,6 +258,9 @@ class TstEngineWindows : public QObject {
         const QString problem = e.path + e.f->state.tempSeed + QStringLiteral("o.tmp");
         const QString protocol = e.path + e.f->state.tempSeed + QStringLiteral("i.tmp");
         writeFile(protocol, "old protocol, to be replaced\r\n");
+        // A link under the problem file's name is replaced, never followed.
+        writeFile(e.path + QStringLiteral("victim.txt"), "keep");
+        QVERIFY(QFile::link(e.path + QStringLiteral("victim.txt"), problem));
         e.solve(popeyeWindow);
         QCOMPARE(popeyeWindow->paramBox(0)->currentText(), "#");
         QCOMPARE(popeyeWindow->paramBox(1)->currentText(), "2");
@@ -266,6 +269,7 @@ class TstEngineWindows : public QObject {
         QVERIFY(popeyeWindow->running());
         e.awaitEnd(popeyeWindow);
         QVERIFY(e.files("*.tmp").isEmpty());
+        QCOMPARE(readFile(e.path + QStringLiteral("victim.txt")), "keep");
         const QStringList expected =
             QStringList{"Popeye stand-in", "BeginProblem", "Pieces", "White Qd1 Ke1", "Black Ke8"} +
             wrapRows("Protocol " + protocol) +

@@ -13,11 +13,11 @@
 
 namespace marlith {
 
-// An open descriptor of the new, empty file, or -1.
+// A descriptor of the new, empty file, open for reading and writing, or -1.
 inline int createNewFile(const QString& path) {
     QFile::remove(path);
     return ::open(QFile::encodeName(path).constData(),
-                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
+                  O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644);
 }
 
 // The file made anew with these bytes; false (and no file) when it can't be
