@@ -42,11 +42,9 @@ class TstPopeye : public QObject {
     void stipulationNumber() {
         QFETCH(QString, stipulation);
         QFETCH(QString, moves);
-        QFETCH(QString, result);
         const StipulationFields fields = splitStipulation(stipulation, moves);
-        QCOMPARE(fields.warning.isEmpty() ? fields.stipulation + u'|' + fields.moves
-                                          : fields.warning,
-                 result);
+        QTEST(fields.warning.isEmpty() ? fields.stipulation + u'|' + fields.moves : fields.warning,
+              "result");
     }
 
     void warningsInOrder() {
