@@ -1,7 +1,8 @@
 // An installed copy: the files where a Linux desktop looks for them, and a
 // first start that keeps its settings in the user's data folder, never in bin.
+#include "support/file_bytes.h"
+
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -41,9 +42,8 @@ class TstInstall : public QObject {
         QVERIFY(QFile::exists(folder + QStringLiteral("/wood48.bmp")));
         program.terminate();
         QVERIFY(program.waitForFinished(20000));
-        QFile settings(folder + QStringLiteral("/Marlith.ini"));
-        QVERIFY(settings.open(QIODevice::ReadOnly));
-        QVERIFY(settings.readAll().contains("RecentStyle = Classic"));
+        QVERIFY(marlith::testing::readFile(folder + QStringLiteral("/Marlith.ini"))
+                    .contains("RecentStyle = Classic"));
         QCOMPARE(QDir(prefix + QStringLiteral("/bin")).entryList(QDir::Files),
                  QStringList{QStringLiteral("marlith")});
     }

@@ -1,7 +1,8 @@
 // The program as a shell starts and ends it: a relative book path, and
 // SIGTERM while the book is open, which must run the whole stop sequence.
+#include "support/file_bytes.h"
+
 #include <QDir>
-#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -19,11 +20,9 @@ class TstSignals : public QObject {
         QFETCH(int, games);
         QTemporaryDir home;
         QTemporaryDir books;
-        QFile book(books.path() + QStringLiteral("/b.pgn"));
-        QVERIFY(book.open(QIODevice::WriteOnly) &&
-                book.write(QByteArray("[Event \"x\"]\n\n1. e4 e5 2. Nf3 *\n\n").repeated(games)) >
-                    0);
-        book.close();
+        const QString book = books.path() + QStringLiteral("/b.pgn");
+        marlith::testing::writeFile(
+            book, QByteArray("[Event \"x\"]\n\n1. e4 e5 2. Nf3 *\n\n").repeated(games));
 
         QProcess program;
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
@@ -42,9 +41,8 @@ class TstSignals : public QObject {
         QVERIFY(program.waitForFinished(20000));
         QCOMPARE(program.exitStatus(), QProcess::NormalExit);
 
-        QFile settings(home.path() + QStringLiteral("/Marlith.ini"));
-        QVERIFY(settings.open(QIODevice::ReadOnly));
-        QVERIFY(settings.readAll().contains("RecentFile = " + book.fileName().toUtf8()));
+        QVERIFY(marlith::testing::readFile(home.path() + QStringLiteral("/Marlith.ini"))
+                    .contains("RecentFile = " + book.toUtf8()));
         QVERIFY(workFiles().isEmpty());
     }
 };

@@ -24,20 +24,11 @@ using namespace marlith::testing;
 
 namespace {
 
-// The middle of square (row, column) of the default 15-pixel board.
-QPoint square(int row, int column) {
-    return QPoint(column * 15 + 7, row * 15 + 7);
-}
+const auto square = squareCentre;
 
 // Palette cell k (from 1) of the default six-wide palette.
 QPoint paletteCellAt(int k) {
     return square((k - 1) / 6, (k - 1) % 6);
-}
-
-void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
-          Qt::MouseButton button = Qt::LeftButton) {
-    QTest::mousePress(widget, button, keys, from);
-    QTest::mouseRelease(widget, button, keys, to);
 }
 
 void click(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton) {

@@ -10,8 +10,6 @@
 #include <QRandomGenerator>
 #include <QScrollBar>
 #include <chrono>
-#include <csignal>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -34,13 +32,8 @@ const QByteArray kTwoGames = "[Event \"first\"]\n"
 
 // A book opened as from the command line.
 struct Book : Fixture {
-    explicit Book(const QByteArray& text, const QByteArray& settings = {}) : Fixture({}, settings) {
-        QFile file(folder() + QStringLiteral("b.fen"));
-        if (file.open(QIODevice::WriteOnly)) file.write(text);
-        file.close();
-        state.bookFile = file.fileName();
-        window->loadBook();
-        waitForScan();
+    explicit Book(const QByteArray& text) {
+        openBook(QStringLiteral("b.fen"), text);
         panel = window->bookPanel();
     }
     BookPanel* panel = nullptr;
@@ -49,12 +42,7 @@ struct Book : Fixture {
         return panel->findChild<QLabel*>(QLatin1String(name))->text();
     }
     QWidget* stepStrip() const { return panel->findChild<QWidget*>(QStringLiteral("stepStrip")); }
-    QStringList lines() const {
-        QStringList all;
-        for (int i = 0; i < panel->headerList()->count(); ++i)
-            all << panel->headerList()->item(i)->text();
-        return all;
-    }
+    QStringList lines() const { return marlith::testing::itemTexts(panel->headerList()); }
     // The position shown after a click on a move button or a key.
     QString button(const char* name) {
         QTest::mouseClick(panel->findChild<ToolButton*>(QLatin1String(name)), Qt::LeftButton);
@@ -152,10 +140,7 @@ class TstBookPanel : public QObject {
     // The panel names the move at which a game was cut.
     void aCutGameNamesItsMove() {
         Fixture f;
-        f.state.bookFile = f.folder() + QStringLiteral("b.pgn");
-        writeFile(f.state.bookFile, "[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n");
-        f.window->loadBook();
-        f.waitForScan();
+        f.openBook(QStringLiteral("b.pgn"), "[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n");
         QCOMPARE(f.window->bookPanel()->headerList()->item(1)->text(),
                  "Cut at 2.Ke3 (can't be played)");
     }
@@ -244,21 +229,15 @@ class TstBookPanel : public QObject {
     // A work file that can't grow ends the scan with a message; the games it
     // holds can be walked and the book is as it was.
     void aFullDiskEndsTheScanCleanly() {
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit old{};
-        getrlimit(RLIMIT_FSIZE, &old);
-        rlimit small = old;
-        small.rlim_cur = 1'000'000;
         Fixture f;
         const QByteArray text = smallGames(1, 12'000);
-        QFile book(f.folder() + QStringLiteral("b.fen"));
-        QVERIFY(book.open(QIODevice::WriteOnly) && book.write(text) == text.size());
-        book.close();
-        f.state.bookFile = book.fileName();
-        setrlimit(RLIMIT_FSIZE, &small);
-        f.window->loadBook();
-        f.waitForScan();
-        setrlimit(RLIMIT_FSIZE, &old);
+        writeFile(f.folder() + QStringLiteral("b.fen"), text);
+        f.state.bookFile = f.folder() + QStringLiteral("b.fen");
+        {
+            const marlith::testing::FileSizeLimit full(1'000'000);
+            f.window->loadBook();
+            f.waitForScan();
+        }
         QCOMPARE(f.warnings.size(), 1);
         QVERIFY2(f.warnings[0].contains(QStringLiteral("File too large")) &&
                      f.warnings[0].contains(QStringLiteral("The first 2525 games")),
@@ -267,7 +246,7 @@ class TstBookPanel : public QObject {
         QCOMPARE(scroll->maximum(), 2'525);
         scroll->setValue(2'525);
         QCOMPARE(f.positionEdit->text(), "K7/8/8/8/8/8/8/8");
-        QVERIFY(book.open(QIODevice::ReadOnly) && book.readAll() == text);
+        QCOMPARE(marlith::testing::readFile(f.state.bookFile), text);
     }
 
     // Closing the book also stops a scan that is under way.

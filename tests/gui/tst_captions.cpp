@@ -10,7 +10,6 @@
 #include "gui/search_window.h"
 #include "gui/style_window.h"
 #include "gui/view_window.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QAbstractButton>
@@ -58,10 +57,7 @@ class TstCaptions : public QObject {
     void everyCaptionFits() {
         Fixture f;
         // With a book open, its panel shows too.
-        f.state.bookFile = f.folder() + QStringLiteral("b.fen");
-        writeFile(f.state.bookFile, "[Event \"x\"]\r\nk7/8\r\n");
-        f.window->loadBook();
-        f.waitForScan();
+        f.openBook(QStringLiteral("b.fen"), "[Event \"x\"]\r\nk7/8\r\n");
         f.window->showViewWindow();
         f.window->showHistory();
         f.window->showGraphicWindow();

@@ -66,11 +66,7 @@ done
 )sh";
 
 QStringList rowsOf(QWidget* window) {
-    QStringList rows;
-    auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
-    for (int i = 0; i < list->count(); ++i)
-        rows << list->item(i)->text();
-    return rows;
+    return itemTexts(window->findChild<QListWidget*>(QStringLiteral("solutionList")));
 }
 
 template <typename T = QPushButton> T* childOf(QWidget* window, const char* name) {
@@ -295,13 +291,10 @@ class TstEngineWindows : public QObject {
     // While the window is open its pieces follow the board; a game's
     // stipulation header fills the fields.
     void popeyeFollowsTheBook() {
-        Engines e({{"py", kPopeye},
-                   {"b.fen", "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
-                             "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n"}});
+        Engines e({{"py", kPopeye}});
         Fixture& f = *e.f;
-        f.state.bookFile = e.path + QStringLiteral("b.fen");
-        f.window->loadBook();
-        f.waitForScan();
+        f.openBook(QStringLiteral("b.fen"), "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
+                                            "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
         PopeyeWindow* w = e.popeye("", {});
         const PopeyeParams& params = f.state.popeyeParams;
         QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),

@@ -49,11 +49,8 @@ struct Chooser {
     }
     // What the window shows: "caption | filter | name | files".
     QString shown() const {
-        QStringList names;
-        for (int i = 0; i < files->count(); ++i)
-            names << files->item(i)->text().trimmed();
         return QStringList{window.windowTitle(), filter->currentText(), nameText->text(),
-                           names.join(QLatin1Char(' '))}
+                           itemTexts(files).join(QLatin1Char(' ')).simplified()}
             .join(QStringLiteral(" | "));
     }
     void press(const char* button) {

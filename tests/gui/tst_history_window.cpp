@@ -20,15 +20,7 @@ using namespace marlith::testing;
 
 namespace {
 
-// The middle of square (row, column) of the default 15-pixel board.
-QPoint square(int row, int column) {
-    return QPoint(column * 15 + 7, row * 15 + 7);
-}
-
-void drag(QWidget* widget, QPoint from, QPoint to) {
-    QTest::mousePress(widget, Qt::LeftButton, {}, from);
-    QTest::mouseRelease(widget, Qt::LeftButton, {}, to);
-}
+const auto square = squareCentre;
 
 const QByteArray kStart = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
 const QByteArray kAfterE4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR";
@@ -57,13 +49,6 @@ struct History : Fixture {
     template <typename Key> void press(int row, Key key) {
         list->setCurrentRow(row);
         QTest::keyClick(list, key);
-    }
-    // A book of one game, open.
-    void openBook(const char* name, const QByteArray& bytes) {
-        state.bookFile = folder() + QLatin1String(name);
-        writeFile(state.bookFile, bytes);
-        window->loadBook();
-        waitForScan();
     }
     // Add to Book with the Event and Result fields filled in.
     void addToBook() {
@@ -212,7 +197,7 @@ class TstHistoryWindow : public QObject {
         QFETCH(QByteArray, book);
         QFETCH(QByteArray, added);
         History h;
-        h.openBook(name.toLatin1().constData(), book);
+        h.openBook(name, book);
         h.search(QStringLiteral("Old"));
         for (const QByteArray& board : {kStart, kStart, kAfterE4, kAfterE5})
             h.copy(QString::fromLatin1(board));

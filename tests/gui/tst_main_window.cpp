@@ -161,10 +161,8 @@ class TstMainWindow : public QObject {
     // The labels beside a control are framed while it has the focus.
     void focusMarks() {
         Fixture f;
-        f.state.bookFile = f.folder() + QStringLiteral("b.fen");
-        writeFile(f.state.bookFile, "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
-        f.window->loadBook();
-        f.waitForScan();
+        f.openBook(QStringLiteral("b.fen"),
+                   "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
         QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         for (const auto& [control, label] : {std::pair{"positionEdit", "pieceCounterLabel"},
                                              {"stepStrip", "sideLabel"},

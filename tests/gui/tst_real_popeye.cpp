@@ -75,10 +75,8 @@ class TstRealPopeye : public QObject {
         auto* solve = w->findChild<QPushButton*>(QStringLiteral("solveButton"));
         solve->click();
         QTRY_VERIFY_WITH_TIMEOUT(solve->isEnabled(), 60000);
-        QStringList rows;
-        auto* list = w->findChild<QListWidget*>(QStringLiteral("solutionList"));
-        for (int i = 0; i < list->count(); ++i)
-            rows.append(list->item(i)->text());
+        const QStringList rows =
+            itemTexts(w->findChild<QListWidget*>(QStringLiteral("solutionList")));
 
         const QString problem = home.filePath(QStringLiteral("by-hand.txt"));
         writeFile(problem, ("BeginProblem\n" + byHand + "EndProblem\n").toUtf8());

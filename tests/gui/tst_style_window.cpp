@@ -84,13 +84,7 @@ struct StyleSession : Fixture {
         const QImage& image = window->diagram().image();
         return image.pixel(image.width() - 1, image.height() - 1);
     }
-    QStringList styleList() const {
-        auto* box = window->findChild<QComboBox*>(QStringLiteral("styleBox"));
-        QStringList names;
-        for (int i = 0; i < box->count(); ++i)
-            names.append(box->itemText(i));
-        return names;
-    }
+    QStringList styleList() const { return itemTexts(child<QComboBox>("styleBox")); }
 };
 
 } // namespace

@@ -11,6 +11,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <memory>
@@ -53,6 +54,15 @@ struct Fixture {
         if (!QTest::qWaitFor([this] { return !window->bookScanRunning(); }, 120'000))
             QFAIL("the scan of the book did not end");
     }
+    // A book of these bytes in the program folder, opened and read.
+    void openBook(const QString& name, const QByteArray& bytes) {
+        state.bookFile = folder() + name;
+        QFile file(state.bookFile);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+        file.close();
+        window->loadBook();
+        waitForScan();
+    }
     void type(const QString& keys) { QTest::keyClicks(positionEdit, keys); }
     QAction* action(const char* name) const { return window->action(QLatin1String(name)); }
     DiagramView* diagramView() const { return window->diagramView(); }
@@ -60,5 +70,27 @@ struct Fixture {
         return window->findChild<T*>(QLatin1String(name));
     }
 };
+
+// The texts of a list's rows, or of a combo box's items.
+template <typename List> QStringList itemTexts(const List* list) {
+    QStringList texts;
+    for (int i = 0; i < list->count(); ++i)
+        if constexpr (std::is_same_v<List, QComboBox>)
+            texts << list->itemText(i);
+        else
+            texts << list->item(i)->text();
+    return texts;
+}
+
+// The middle of square (row, column) of the default 15-pixel board.
+inline QPoint squareCentre(int row, int column) {
+    return QPoint(column * 15 + 7, row * 15 + 7);
+}
+
+inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
+                 Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mousePress(widget, button, keys, from);
+    QTest::mouseRelease(widget, button, keys, to);
+}
 
 } // namespace marlith::testing
