@@ -143,8 +143,12 @@ int clearLeftovers(const QString& folder) {
         QString log;
         for (const QFileInfo& file : filesOf(folder)) {
             const QString name = file.fileName();
-            if (name.startsWith(QLatin1String("log."), Qt::CaseInsensitive) &&
-                !visited.contains(name)) {
+            // Crafty numbers its logs "log.001" on: a user's "log.pgn" is
+            // no leftover, and its "game.pgn" no game file.
+            const bool craftyLog = name.size() == 7 &&
+                                   name.startsWith(QLatin1String("log."), Qt::CaseInsensitive) &&
+                                   name[4].isDigit() && name[5].isDigit() && name[6].isDigit();
+            if (craftyLog && !visited.contains(name)) {
                 log = name;
                 break;
             }

@@ -68,17 +68,18 @@ class TstEngineFiles : public QObject {
         QTemporaryDir dir;
         const QString folder = dir.path() + QLatin1Char('/');
         for (const char* name : {"log.001", "game.001", "log.002", "game.003", "LOG.004",
-                                 "game.004", "log.1234", "other.txt", "game.234"})
+                                 "game.004", "log.1234", "game.234", "log.pgn", "game.pgn"})
             touch(folder + name);
-        // "log.1234" names "log.234", which isn't there: visited once and left, the search ends.
-        QCOMPARE(clearLeftovers(folder), 4);
+        // Only Crafty's numbered logs are leftovers, with their game files.
+        QCOMPARE(clearLeftovers(folder), 3);
         QCOMPARE(QDir(folder).entryList(QDir::Files, QDir::Name),
-                 QStringList({"game.003", "log.1234", "other.txt"}));
+                 QStringList({"game.003", "game.234", "game.pgn", "log.1234", "log.pgn"}));
         for (const char* name : {"Position.bin", "position.lrn", "BOOK.LRN", "book.bin"})
             touch(folder + name);
         deleteCraftyWorkFiles(folder);
-        QCOMPARE(QDir(folder).entryList(QDir::Files, QDir::Name),
-                 QStringList({"book.bin", "game.003", "log.1234", "other.txt"}));
+        QCOMPARE(
+            QDir(folder).entryList(QDir::Files, QDir::Name),
+            QStringList({"book.bin", "game.003", "game.234", "game.pgn", "log.1234", "log.pgn"}));
     }
 };
 
