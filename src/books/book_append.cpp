@@ -6,7 +6,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
-
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <unistd.h>
 
 namespace marlith {
@@ -125,6 +127,39 @@ AddedGame pgnGame(const GameTags& tags, const QStringList& allRows, const Board&
     return game;
 }
 
+namespace {
+
+// Appends the bytes to the file, all of them or none: a write that fails
+// (a full disk) is cut off again, so that the file is as it was. Empty, or
+// why it failed.
+QString appendWhole(const QString& path, const QByteArray& bytes) {
+    const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
+    if (fd < 0) return QString::fromLocal8Bit(std::strerror(errno));
+    const off_t oldSize = ::lseek(fd, 0, SEEK_END);
+    qsizetype done = 0;
+    int failure = 0;
+    while (done < bytes.size()) {
+        const ssize_t n = ::write(fd, bytes.constData() + done, size_t(bytes.size() - done));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) {
+            failure = n < 0 ? errno : ENOSPC;
+            break;
+        }
+        done += n;
+    }
+    if (!failure && ::fsync(fd) != 0) failure = errno;
+    QString why;
+    if (failure) {
+        why = QString::fromLocal8Bit(std::strerror(failure));
+        if (oldSize < 0 || ::ftruncate(fd, oldSize) != 0)
+            why += QStringLiteral("; the end of the book may hold part of the game");
+    }
+    ::close(fd);
+    return why;
+}
+
+} // namespace
+
 bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QString& error) {
     // A book deleted while open must not come back as a file of one game.
     const QFileInfo info(bookFile);
@@ -158,23 +193,11 @@ bool addGame(OpenBook& book, const QString& bookFile, const AddedGame& game, QSt
     for (const QString& line : game.bookLines)
         bookText += line.toUtf8() + lineEnd;
 
-    QFile file(bookFile);
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Append | QIODevice::ExistingOnly)) {
+    if (const QString failure = appendWhole(bookFile, bookText); !failure.isEmpty()) {
         error = QStringLiteral("The book %1 can't be written: %2. The game was not added.")
-                    .arg(bookFile, file.errorString());
+                    .arg(bookFile, failure);
         return false;
     }
-    const qint64 oldSize = file.size();
-    const bool written =
-        file.write(bookText) == bookText.size() && file.flush() && ::fsync(file.handle()) == 0;
-    if (!written) {
-        // What went out of the game goes again; the old bytes were never touched.
-        error = QStringLiteral("The book %1 can't be written: %2. The game was not added.")
-                    .arg(bookFile, file.errorString());
-        file.resize(oldSize);
-        return false;
-    }
-    file.close();
 
     // An empty book starts over at record 1.
     if (book.fullIndex.empty()) book.recordCount = 0;

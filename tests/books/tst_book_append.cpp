@@ -1,5 +1,7 @@
 #include "books/book_append.h"
+#include "support/file_bytes.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 
 using namespace marlith;
@@ -46,6 +48,23 @@ class TstBookAppend : public QObject {
             QCOMPARE(game.bookLines.join(u'|'), lines);
             QCOMPARE(game.records.size(), records);
         }
+    }
+
+    // A disk that fills up during the append leaves the book as it was.
+    void aFailedAppendLeavesTheBook() {
+        QTemporaryDir dir;
+        const QString path = dir.filePath(QStringLiteral("b.fen"));
+        const QByteArray old = "[Event \"x\"]\n\nk7/8\n";
+        testing::writeFile(path, old);
+        OpenBook book;
+        QString error;
+        const std::string event(3000, 'E');
+        {
+            const testing::FileSizeLimit full(old.size() + 100);
+            QVERIFY(!addGame(book, path, fenGame(tags(event.c_str(), ""), {"K7/8"}), error));
+        }
+        QCOMPARE(testing::readFile(path), old);
+        QVERIFY(error.contains(u"not added") && !error.contains(u"part of the game"));
     }
 };
 
