@@ -21,6 +21,12 @@ void PositionUndo::replaceCurrent(const QString& text) {
     steps_[index_].text = text;
 }
 
+void PositionUndo::mergeLastTwo() {
+    if (index_ < 2) return; // the first step has nothing before it but the start
+    steps_.erase(steps_.begin() + static_cast<std::ptrdiff_t>(index_) - 1);
+    --index_;
+}
+
 void PositionUndo::noteHistoryRow(const QString& row) {
     if (index_ > 0) steps_[index_].historyRow = row;
 }

@@ -26,6 +26,9 @@ class PositionUndo {
     // The text of the current step, changed without a step of its own (the
     // same position written anew, as a style change does).
     void replaceCurrent(const QString& text);
+    // The current step takes the place of the one before it, as when typed
+    // text is rewritten in its canonical form.
+    void mergeLastTwo();
     // The current step added this History row.
     void noteHistoryRow(const QString& row);
 

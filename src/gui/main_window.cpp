@@ -1274,8 +1274,12 @@ void MainWindow::handlePositionKeyDown(int key) {
 bool MainWindow::handlePositionKey(const QString& typed, int key) {
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
         // The typed text and its canonical form are one step.
-        typingPause_->stop();
+        const QString before = positionUndo_.current();
+        flushTyping();
+        const QString typed = positionUndo_.current();
         refreshPosition();
+        if (typed != before && positionUndo_.current() != typed) positionUndo_.mergeLastTwo();
+        updateUndoItems();
         return true;
     }
     if (key == Qt::Key_Escape) {

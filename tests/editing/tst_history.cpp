@@ -99,6 +99,13 @@ class TstHistory : public QObject {
         QCOMPARE(steps.undo()->text, "a");
         QVERIFY(!steps.undo());
         QCOMPARE(steps.current(), "start");
+        steps.mergeLastTwo(); // nothing before the start
+        QCOMPARE(steps.current(), "start");
+        steps.record(QStringLiteral("typed"));
+        steps.record(QStringLiteral("typed, rewritten"));
+        steps.mergeLastTwo();
+        QCOMPARE(steps.undo()->text, "typed, rewritten");
+        QCOMPARE(steps.current(), "start");
 
         for (int i = 0; i < 1005; ++i)
             steps.record(QString::number(i));

@@ -57,6 +57,11 @@ class TstMainWindow : public QObject {
         QCOMPARE(f.pieceCounterLabel->text(), "(2x1)");
         QTest::keyClick(f.positionEdit, Qt::Key_Return); // completes the rows
         QCOMPARE(f.positionEdit->text(), "kKQ5/8/8/8/8/8/8/8");
+        // The typing and its rewrite at Enter are one step of Undo.
+        QTest::keyClick(f.positionEdit, Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(f.positionEdit->text().isEmpty());
+        QTest::keyClick(f.positionEdit, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(f.positionEdit->text(), "kKQ5/8/8/8/8/8/8/8");
         // "/" fills the row typed so far; End cuts the text behind its last piece.
         f.positionEdit->clear();
         f.type(QStringLiteral("k/"));
