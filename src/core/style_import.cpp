@@ -79,6 +79,11 @@ bool copyOver(const QString& from, const QString& to) {
             return false;
         }
     }
+    // A full disk shows at the flush; the old file then stays as it was.
+    if (!target.flush()) {
+        target.cancelWriting();
+        return false;
+    }
     return target.commit();
 }
 

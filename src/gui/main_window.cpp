@@ -493,9 +493,9 @@ void MainWindow::shutDown() {
     scanJob_.reset(); // its work file is deleted below
     if (state_.programFolder.isEmpty()) return;
     writeSettings();
+    cleanUpEngines();
     deleteTempFiles(state_.programFolder, state_.tempSeed);
     seedLock_.reset();
-    cleanUpEngines();
     if (instanceLock_) instanceLock_->unlock();
 }
 

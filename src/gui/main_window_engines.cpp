@@ -60,6 +60,9 @@ void MainWindow::detectEngines() {
 }
 
 void MainWindow::cleanUpEngines() {
+    // A run under way ends with the program, its files with it.
+    if (popeyeWindow_) popeyeWindow_->stopRun();
+    if (craftyWindow_) craftyWindow_->stopRun();
     if (action(QStringLiteral("craftyAction"))->isEnabled())
         deleteCraftyWorkFiles(state_.programFolder);
 }

@@ -236,6 +236,12 @@ class TstEngineWindows : public QObject {
             QVERIFY(!childOf(w, "stopButton")->isVisible());
             QVERIFY(e.files("*.tmp").isEmpty());
         }
+        // Closing the program during a run ends the run and its files.
+        childOf(w, "solveButton")->click();
+        QTRY_COMPARE(rowsOf(w), QStringList{"found so far"});
+        e.f->window->close();
+        QVERIFY(e.files("*.tmp").isEmpty());
+        QVERIFY(!w->running());
     }
 
     // The window hides during the run and comes back when the solver has
