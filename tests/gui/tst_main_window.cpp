@@ -21,6 +21,8 @@ const QByteArray kTwoStyles =
     "  BorderHeight = 6 \r\n  PiecesList = sSaAbBcCdDeE\r\nEndStyle\r\n"
     "BeginStyle = alpha\r\nEndStyle\r\n";
 
+const char* const kChildWindows[] = {"view", "history", "graphic", "popeye", "crafty", "style"};
+
 } // namespace
 
 class TstMainWindow : public QObject {
@@ -292,17 +294,20 @@ class TstMainWindow : public QObject {
     }
 
     void childWindowsBesideTheDiagram_data() {
-        QTest::addColumn<int>("command"); // in the list of the test
-        QTest::addColumn<bool>("room");   // else, taller than the room below, it hides a sliver
-        const char* names[] = {"view", "history", "graphic", "popeye", "crafty", "style"};
-        for (int i = 0; i < 6; ++i)
-            QTest::newRow(names[i]) << i << (i < 5);
+        QTest::addColumn<bool>("room"); // else, taller than the room below, it hides a sliver
+        for (const char* name : kChildWindows)
+            QTest::newRow(name) << (QLatin1String(name) != u"style");
     }
 
     // Wholly on the screen, clear of the diagram; the main window stays put.
     void childWindowsBesideTheDiagram() {
-        QFETCH(int, command);
         QFETCH(bool, room);
+        // The row's name picks the command, in the order of the list.
+        const auto command = std::find_if(std::begin(kChildWindows), std::end(kChildWindows),
+                                          [](const char* name) {
+                                              return qstrcmp(name, QTest::currentDataTag()) == 0;
+                                          }) -
+                             std::begin(kChildWindows);
         Fixture f;
         f.window->move(0, 0);
         QRect opened;
