@@ -112,8 +112,10 @@ const ReadCase kReads[] = {
     // Of two pieces that reach the target, a pinned one gives way to the
     // next in the order; a lone pinned piece, or one with no king, moves.
     {"pinned knight on a file", kPinned, 1, "Nd7", "ok", "4k3/3n4/8/4n3/8/8/8/4R2K"},
-    {"pinned rook on a diagonal", "3R3k/8/8/6b1/8/4R3/8/2K5", 0, "Rd3", "ok",
-     "7k/8/8/6b1/8/3RR3/8/2K5"},
+    // The pin goes by the kinds, not the letters: T rook, L bishop, and the
+    // king the list's last letter.
+    {"pinned rook on a diagonal", "3T3k/8/8/6l1/8/4T3/8/2K5", 0, "Td3", "ok",
+     "7k/8/8/6l1/8/3TT3/8/2K5", 8, 1},
     {"bishop pinned along a rank", "5b2/8/8/k1b4R/8/8/8/7K", 1, "Bd6", "ok",
      "8/8/3b4/k1b4R/8/8/8/7K"},
     {"no king on the board", "8/8/1n6/4n3/8/8/8/4R2K", 1, "Nd7", "ok", "8/3n4/1n6/8/8/8/8/4R2K"},
