@@ -37,25 +37,6 @@ void printTags(AddedGame& game, const GameTags& tags) {
     }
 }
 
-// The board field of a history row: behind its piece counter, up to a blank.
-QString boardOfRow(const QString& row) {
-    const QString text = row.mid(row.indexOf(u')') + 1).trimmed();
-    return text.left(text.indexOf(u' '));
-}
-
-// A position copied twice in a row is one position. Only the first row's
-// copies go unless every repeat is to go.
-QStringList withoutRepeats(const QStringList& rows, bool everyRepeat) {
-    QStringList kept;
-    for (const QString& row : rows) {
-        if (!kept.isEmpty() && (everyRepeat || kept.size() == 1) &&
-            boardOfRow(row) == boardOfRow(kept.back()))
-            continue;
-        kept.append(row);
-    }
-    return kept;
-}
-
 // Readers of game files refuse a FEN of fewer than six fields: the row's own
 // fields where it has them, else White to move and "- - 0 1".
 QString fullFen(const QString& row) {
@@ -86,7 +67,7 @@ AddedGame fenGame(const GameTags& tags, const QStringList& rows) {
     AddedGame game;
     printTags(game, tags);
     printLine(game, QString());
-    for (const QString& row : withoutRepeats(rows, false)) {
+    for (const QString& row : withoutRepeatedBoards(rows, true)) {
         printLine(game, row);
         game.records.append({kPositionKind, row.toUtf8()});
     }
@@ -99,7 +80,7 @@ AddedGame pgnGame(const GameTags& tags, const QStringList& allRows, const Board&
     printTags(game, tags);
     // A board that didn't change is no move: left in, it would shift the
     // numbers of all the moves behind it to the other side.
-    const QStringList rows = withoutRepeats(allRows, true);
+    const QStringList rows = withoutRepeatedBoards(allRows);
     // Loading the first row drops its counter from it.
     RowGame play(rows, board, notation);
     const QString& first = play.first();

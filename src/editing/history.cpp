@@ -53,8 +53,11 @@ QString historyFen(const QStringList& rows) {
     return text;
 }
 
-QString historyPgn(const QStringList& rows, const Board& board, const Notation& notation) {
-    if (rows.isEmpty()) return QString();
+QString historyPgn(const QStringList& allRows, const Board& board, const Notation& notation) {
+    if (allRows.isEmpty()) return QString();
+    // A board copied twice is no move: left in, it would number the moves
+    // behind it for the other side.
+    const QStringList rows = withoutRepeatedBoards(allRows);
     // The game is played on a board of its own; the position stays as it is.
     RowGame game(rows, board, notation);
     qsizetype lineLimit = 70;

@@ -35,7 +35,8 @@ QString historyFen(const QStringList& rows);
 
 // The rows read as the positions of one game: the moves between them as
 // move text, numbered, lines broken behind the move that passes 70
-// characters. A first row with Black to move starts "1... ".
+// characters. A first row with Black to move starts "1... ". A row whose
+// board repeats the row before is no move and is passed over.
 QString historyPgn(const QStringList& rows, const Board& board, const Notation& notation);
 
 } // namespace marlith

@@ -29,6 +29,11 @@ bool insideVector(long long i) {
     return i >= 0 && i < kSquareCount;
 }
 
+// 0 <= x < size, in one comparison: a negative x turns into a huge unsigned one.
+bool onBoard(long long x, long long size) {
+    return static_cast<unsigned long long>(x) < static_cast<unsigned long long>(size);
+}
+
 bool isDigit(char16_t ch) {
     return ch >= u'0' && ch <= u'9';
 }
@@ -92,14 +97,81 @@ bool castle(bool black, bool longSide, SquareVector& squareVector, const Board& 
     return true;
 }
 
+// A piece that can come to the target: its square, column and row.
+struct Candidate {
+    long long square;
+    long long col;
+    long long row;
+};
+
+// Whether a piece is pinned: on a rank, file or diagonal through it, the
+// first piece one way is a king of its side and the first piece the other
+// way an enemy rook, bishop or queen that moves along that line. A piece
+// that stays on the line, because the target lies between the two, is not.
+// Move text names a pinned piece's twin without its file or rank, so the pin
+// is what tells the two apart.
+class PinCheck {
+  public:
+    PinCheck(const SquareVector& squareVector, const Board& board, const QString& englishNotation,
+             bool white, long long target)
+        : squareVector_(squareVector), cols_(std::max(board.columns, 0)),
+          rows_(std::max(board.rows, 0)), english_(QStringView(englishNotation).utf16()),
+          englishSize_(englishNotation.size()), target_(target), king_(white ? u'K' : u'k'),
+          queen_(white ? u'q' : u'Q'), rook_(white ? u'r' : u'R'), bishop_(white ? u'b' : u'B') {}
+
+    bool pinned(const Candidate& piece) const {
+        static constexpr int kLines[4][2] = {{1, 0}, {0, 1}, {1, 1}, {1, -1}};
+        for (const auto& [dc, dr] : kLines) {
+            const char16_t ahead = firstKind(piece, dc, dr);
+            const char16_t behind = firstKind(piece, -dc, -dr);
+            const char16_t slider = dc != 0 && dr != 0 ? bishop_ : rook_;
+            if ((ahead == king_ && (behind == slider || behind == queen_)) ||
+                (behind == king_ && (ahead == slider || ahead == queen_)))
+                return true;
+        }
+        return false;
+    }
+
+  private:
+    // The kind of the first piece from the square outward; 0 at the board's
+    // edge, at the target and for a letter of no known kind.
+    char16_t firstKind(const Candidate& from, int dc, int dr) const {
+        for (long long c = from.col + dc, r = from.row + dr; onBoard(c, cols_) && onBoard(r, rows_);
+             c += dc, r += dr) {
+            const long long i = r * cols_ + c;
+            if (i == target_ || !insideVector(i)) return 0;
+            const int value = squareVector_[i][1];
+            if (value == 0) continue;
+            return value > 0 && value <= englishSize_ ? english_[value - 1] : 0;
+        }
+        return 0;
+    }
+
+    const SquareVector& squareVector_;
+    long long cols_;
+    long long rows_;
+    const char16_t* english_;
+    qsizetype englishSize_;
+    long long target_;
+    char16_t king_;
+    char16_t queen_;
+    char16_t rook_;
+    char16_t bishop_;
+};
+
 // The search for the piece that came to the target. Every test of a square
-// goes through test(); the first piece that passes it is the source.
+// goes through test(); each piece that passes it is a candidate, in the
+// order of the tests. The first candidate that is not pinned is the source;
+// when all are pinned, the first. A king can't be pinned: the first king
+// found ends the search.
 class SourceSearch {
   public:
     SourceSearch(const SquareVector& squareVector, const Board& board, long long target,
-                 long long col, long long row, int piece, char16_t file, char16_t rank)
-        : squareVector_(squareVector), cols_(board.columns), rows_(board.rows), target_(target),
-          col_(col), row_(row), piece_(piece), file_(file), rank_(rank) {}
+                 long long col, long long row, int piece, char16_t file, char16_t rank,
+                 const PinCheck* pins)
+        : squareVector_(squareVector), pins_(pins), cols_(std::max(board.columns, 0)),
+          rows_(std::max(board.rows, 0)), target_(target), col_(col), row_(row), piece_(piece),
+          file_(file), rank_(rank), mostCandidates_(pins != nullptr ? kMostCandidates : 1) {}
 
     // Walks outward from the target by (dc, dr) until the ray ends.
     void ray(int dc, int dr) {
@@ -108,14 +180,22 @@ class SourceSearch {
     }
     void single(int dc, int dr) { test(col_ + dc, row_ + dr, dc + dr * cols_); }
 
-    long long source() const { return source_; }
-    bool failed() const { return failed_; }
+    // The source's square; -1 for none.
+    long long source() const {
+        if (count_ == 0) return -1;
+        for (int n = 0; count_ > 1 && n < count_; ++n) {
+            if (!pins_->pinned(candidates_[n])) return candidates_[n].square;
+        }
+        return candidates_[0].square;
+    }
+    // A square past the vector ended the search before any candidate.
+    bool failed() const { return failed_ && count_ == 0; }
 
   private:
     // True when the ray goes on past this square.
     bool test(long long c, long long r, long long d) {
-        if (source_ >= 0 || failed_) return false;
-        if (c < 0 || c >= cols_ || r < 0 || r >= rows_) return false;
+        if (failed_ || count_ == mostCandidates_) return false;
+        if (!onBoard(c, cols_) || !onBoard(r, rows_)) return false;
         const long long i = target_ + d;
         if (!insideVector(i)) {
             failed_ = true;
@@ -127,11 +207,15 @@ class SourceSearch {
         // A piece of the right kind on the wrong file or rank does not block.
         if (file_ != kBlank && file_ - 97 != c) return true;
         if (rank_ != kBlank && 8 - digitValue(rank_) != r) return true;
-        source_ = i;
+        candidates_[count_++] = {i, c, r};
         return false;
     }
 
+    // Each ray or single square gives at most one; no piece has more than eight.
+    static constexpr int kMostCandidates = 8;
+
     const SquareVector& squareVector_;
+    const PinCheck* pins_; // none for a king
     long long cols_;
     long long rows_;
     long long target_;
@@ -140,7 +224,9 @@ class SourceSearch {
     int piece_;
     char16_t file_;
     char16_t rank_;
-    long long source_ = -1;
+    int mostCandidates_;
+    Candidate candidates_[kMostCandidates];
+    int count_ = 0;
     bool failed_ = false;
 };
 
@@ -248,7 +334,10 @@ Outcome playCleanWord(bool black, char16_t* w, qsizetype size, SquareVector& squ
                               ? notation.englishNotation.at(piece - 1).unicode()
                               : u'\0';
 
-    SourceSearch search(squareVector, board, target, col, row, piece, file, rank);
+    const char16_t upper = upperOf(kind);
+    const PinCheck pins(squareVector, board, notation.englishNotation, upper == kind, target);
+    SourceSearch search(squareVector, board, target, col, row, piece, file, rank,
+                        upper == u'K' ? nullptr : &pins);
     if (kind == u'P' || kind == u'p') {
         // A pawn that takes onto an empty square takes en passant: the pawn
         // beside it goes before any source is looked for.
@@ -262,14 +351,15 @@ Outcome playCleanWord(bool black, char16_t* w, qsizetype size, SquareVector& squ
         }
     }
     searchInOrder(search, kind);
-    if (search.failed() || search.source() < 0 || !insideVector(target)) {
+    const long long source = search.source();
+    if (search.failed() || source < 0 || !insideVector(target)) {
         // A file letter and a rank digit name a square: the word is a move
         // that this board can't play.
         const bool namesSquare = w[end] >= u'a' && w[end] <= u'z' && isDigit(w[end + 1]);
         return namesSquare ? Outcome::NoSource : Outcome::NoMove;
     }
     squareVector[target][1] = static_cast<int16_t>(result);
-    squareVector[search.source()][1] = 0;
+    squareVector[source][1] = 0;
     return Outcome::Moved;
 }
 

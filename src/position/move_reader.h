@@ -12,7 +12,8 @@ namespace marlith {
 // Plays word as a move of side (0 White, 1 Black) on the wanted slots of squareVector.
 // On return word is empty when it is no move or no piece could make it, "ok"
 // when a move was made, and as it came for castling. No rule of chess is
-// checked: the first piece of the right kind that can reach the target moves.
+// checked: the first piece of the right kind that can reach the target moves,
+// except that of two or more such pieces a pinned one gives way to the next.
 void playMove(int side, QString& word, SquareVector& squareVector, const Board& board,
               const Notation& notation);
 

@@ -12,6 +12,12 @@ bool insideVector(long long i) {
     return i >= 0 && i < kSquareCount;
 }
 
+// The board field of a history row: behind its piece counter, up to a blank.
+QString boardOfRow(const QString& row) {
+    const QString text = row.mid(row.indexOf(u')') + 1).trimmed();
+    return text.left(text.indexOf(u' '));
+}
+
 // Letter k of list, upper-cased; empty past its end.
 QString upperLetter(const QString& list, int k) {
     return k <= list.size() ? QString(list.at(k - 1).toUpper()) : QString();
@@ -200,6 +206,17 @@ RowGame::RowGame(const QStringList& rows, const Board& board, const Notation& no
     fenToSlot(0, first_, squares_, board_, notation_.piecesList);
     const qsizetype blank = first_.indexOf(u' ');
     blackFirst_ = blank >= 0 && first_.mid(blank + 1, 1) == u"b";
+}
+
+QStringList withoutRepeatedBoards(const QStringList& rows, bool firstOnly) {
+    QStringList kept;
+    for (const QString& row : rows) {
+        if (!kept.isEmpty() && (!firstOnly || kept.size() == 1) &&
+            boardOfRow(row) == boardOfRow(kept.back()))
+            continue;
+        kept.append(row);
+    }
+    return kept;
 }
 
 QString RowGame::move(qsizetype i, bool& numbered) {

@@ -42,6 +42,11 @@ class RowGame {
     bool blackFirst_ = false;
 };
 
+// The rows without those whose board field (behind a piece counter, up to a
+// blank) repeats the row before: a position copied twice in a row is one
+// position, and no move. With `firstOnly`, only the first row's repeats go.
+QStringList withoutRepeatedBoards(const QStringList& rows, bool firstOnly = false);
+
 // Square name: file letter, then the rank counted from the board's width.
 QString squareName(int square, int columns);
 

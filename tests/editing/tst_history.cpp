@@ -63,6 +63,12 @@ class TstHistory : public QObject {
             pgn({"r3k3/P7/8/8/8/8/8/4K2R b", "2kr4/P7/8/8/8/8/8/4K2R", "2kr4/P7/8/8/8/8/8/5RK1",
                  "1k1r4/P7/8/8/8/8/8/5RK1", "Qk1r4/8/8/8/8/8/8/5RK1"}),
             QStringLiteral("1... O-O-O 2. O-O Kb8 3. a8=Q "));
+        // A board copied twice is no move: Black's reply stays Black's.
+        QCOMPARE(pgn({"rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w - - 0 0",
+                      "(32x0)rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR",
+                      "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR",
+                      "rnbqkbnr/ppp1pppp/8/3p4/4P3/8/PPPP1PPP/RNBQKBNR"}),
+                 QStringLiteral("1. e4 d5 "));
     }
 
     // Lines break behind the move that takes them past 70 characters.

@@ -23,6 +23,7 @@ const char* const kPassant = "4k3/8/8/3pP3/4pP2/8/8/4K3";
 const char* const kCastles = "r3k2r/8/8/8/8/8/8/R3K2R";
 const char* const kWide = "r4k3r/82/82/82/82/82/82/R4K3R";
 const char* const kCapture = "4k3/8/8/8/8/4n3/4P3/4K3";
+const char* const kPinned = "4k3/8/1n6/4n3/8/8/8/4R2K"; // the rook pins e5 to e8
 
 // One board in the wanted slot, as the book scanner keeps it while it plays.
 struct Table {
@@ -108,6 +109,20 @@ const ReadCase kReads[] = {
     // on the empty e4 clears e3 before none is found.
     {"sharp s names no piece", kCapture, 0, "\u00dfe4", "", nullptr},
     {"micro sign is a file", kCapture, 0, "\u00b5e4", "", "4k3/8/8/8/8/8/4P3/4K3"},
+    // Of two pieces that reach the target, a pinned one gives way to the
+    // next in the order; a lone pinned piece, or one with no king, moves.
+    {"pinned knight on a file", kPinned, 1, "Nd7", "ok", "4k3/3n4/8/4n3/8/8/8/4R2K"},
+    // The pin goes by the kinds, not the letters: T rook, L bishop, and the
+    // king the list's last letter.
+    {"pinned rook on a diagonal", "3T3k/8/8/6l1/8/4T3/8/2K5", 0, "Td3", "ok",
+     "7k/8/8/6l1/8/3TT3/8/2K5", 8, 1},
+    {"bishop pinned along a rank", "5b2/8/8/k1b4R/8/8/8/7K", 1, "Bd6", "ok",
+     "8/8/3b4/k1b4R/8/8/8/7K"},
+    {"no king on the board", "8/8/1n6/4n3/8/8/8/4R2K", 1, "Nd7", "ok", "8/3n4/1n6/8/8/8/8/4R2K"},
+    {"lone pinned knight", "4k3/8/8/4n3/8/8/8/4R2K", 1, "Nd7", "ok", "4k3/3n4/8/8/8/8/8/4R2K"},
+    // The pin along the first rank runs past the eighth column.
+    {"10 columns pinned knight", "82/82/82/82/82/2N7/82/r5N2K", 0, "Ne2", "ok",
+     "82/82/82/82/82/82/4N5/r5N2K", 10},
     // Results, annotations and bare letters are no moves.
     {"empty word", kStart, 0, "", "", nullptr},
 };
