@@ -67,7 +67,7 @@ class TstSettings : public QObject {
         QTest::addColumn<QString>("value");
         QTest::newRow("separators") << QStringLiteral("a,b;c=\"d\"%e");
         QTest::newRow("blanks at the ends") << QStringLiteral("  k7/8 w  ");
-        QTest::newRow("line ends") << QStringLiteral("a\r\nb\tc");
+        QTest::newRow("line ends and controls") << QStringLiteral("a\r\nb\tc\x7f");
         QTest::newRow("beyond ASCII") << QStringLiteral("T\u00e9te \u265a");
         QTest::newRow("field separator") << QStringLiteral("h#|2");
     }
@@ -77,7 +77,8 @@ class TstSettings : public QObject {
         for (const char16_t c : {u',', u';', u'"', u'=', u'\r', u'\n', u'|'})
             QVERIFY(!escaped.contains(c));
         QVERIFY(escaped == escaped.trimmed());
-        QVERIFY(escaped.toLatin1() == escaped.toUtf8());
+        for (const QChar c : escaped)
+            QVERIFY(c.unicode() >= 0x20 && c.unicode() < 0x7F); // printable ASCII alone
         QCOMPARE(unescapeSettingsValue(escaped), value);
     }
 
