@@ -1,5 +1,7 @@
 #include "books/book_append.h"
 
+#include "books/new_file.h"
+
 #include "position/move_writer.h"
 
 #include <QFile>
@@ -117,17 +119,7 @@ QString appendWhole(const QString& path, const QByteArray& bytes) {
     const int fd = ::open(QFile::encodeName(path).constData(), O_WRONLY | O_APPEND | O_CLOEXEC);
     if (fd < 0) return QString::fromLocal8Bit(std::strerror(errno));
     const off_t oldSize = ::lseek(fd, 0, SEEK_END);
-    qsizetype done = 0;
-    int failure = 0;
-    while (done < bytes.size()) {
-        const ssize_t n = ::write(fd, bytes.constData() + done, size_t(bytes.size() - done));
-        if (n < 0 && errno == EINTR) continue;
-        if (n <= 0) {
-            failure = n < 0 ? errno : ENOSPC;
-            break;
-        }
-        done += n;
-    }
+    int failure = writeAll(fd, bytes);
     if (!failure && ::fsync(fd) != 0) failure = errno;
     QString why;
     if (failure) {

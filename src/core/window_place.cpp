@@ -9,20 +9,18 @@ namespace marlith {
 
 namespace {
 
-// The nearest place on the screen; a window too large for it starts at its
-// top left corner, so that its title bar can be reached.
-QPoint clampToScreen(const QRect& screen, const QSize& size, QPoint place) {
-    place.setX(std::max(screen.left(), std::min(place.x(), screen.right() + 1 - size.width())));
-    place.setY(std::max(screen.top(), std::min(place.y(), screen.bottom() + 1 - size.height())));
-    return place;
-}
-
 int64_t overlapArea(const QRect& a, const QRect& b) {
     const QRect common = a.intersected(b);
     return common.isEmpty() ? 0 : int64_t{common.width()} * common.height();
 }
 
 } // namespace
+
+QPoint clampToScreen(const QRect& screen, const QSize& size, QPoint place) {
+    place.setX(std::max(screen.left(), std::min(place.x(), screen.right() + 1 - size.width())));
+    place.setY(std::max(screen.top(), std::min(place.y(), screen.bottom() + 1 - size.height())));
+    return place;
+}
 
 QPoint placeBeside(const QRect& screenAvailable, const QRect& mainFrame,
                    const QRect& diagramOnScreen, const QSize& windowSize) {

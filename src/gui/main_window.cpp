@@ -833,8 +833,7 @@ void MainWindow::writeSettings() {
     flushTyping();
     KeptSession kept;
     kept.position = positionUndo_.current();
-    const QRect place = isNormalState(*this) ? QRect(pos(), size()) : normalGeometry();
-    kept.window = place;
+    kept.window = isNormalState(*this) ? QRect(pos(), size()) : normalGeometry();
     kept.popeyeFields = state_.popeyeParams;
     marlith::writeSettings(state_.programFolder, state_.recentFile, state_.recentEngine,
                            state_.style.StyleName, {}, &kept);

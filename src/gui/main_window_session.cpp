@@ -5,6 +5,8 @@
 #include "gui/history_window.h"
 #include "gui/main_window.h"
 
+#include "core/window_place.h"
+
 #include <QAction>
 #include <QLineEdit>
 #include <QScreen>
@@ -70,11 +72,8 @@ void MainWindow::restoreSession() {
     // Wholly on the screen, which may have shrunk since.
     const QRect screen = this->screen()->availableGeometry();
     const QSize size = keptSession_.window.size().boundedTo(screen.size());
-    const QPoint place(
-        std::clamp(keptSession_.window.x(), screen.left(), screen.right() + 1 - size.width()),
-        std::clamp(keptSession_.window.y(), screen.top(), screen.bottom() + 1 - size.height()));
     resize(size);
-    move(place);
+    move(clampToScreen(screen, size, keptSession_.window.topLeft()));
 }
 
 } // namespace marlith
