@@ -147,12 +147,16 @@ class TstHistoryWindow : public QObject {
         h.press(0, Qt::Key_Return);
         QCOMPARE(h.positionEdit->text(), "kK6/8/8/8/8/8/8/8");
         QCOMPARE(h.child<QLabel>("sideLabel")->text(), "Move Controls:");
+        // Space and the right button delete the selected row, once confirmed.
         h.answer = QMessageBox::Cancel;
         h.press(1, Qt::Key_Space);
         h.answer = QMessageBox::Ok;
         h.press(1, Qt::Key_Space);
-        QCOMPARE(h.questions, QStringList(2, "Remove the selected line from History"));
-        QCOMPARE(h.history->rowCount(), 2);
+        h.list->setCurrentRow(0);
+        QTest::mousePress(h.list->viewport(), Qt::RightButton, {},
+                          h.list->visualItemRect(h.list->item(1)).center());
+        QCOMPARE(h.questions, QStringList(3, "Remove the selected line from History"));
+        QCOMPARE(h.history->rows(), QStringList{"k2K4/8/8/8/8/8/8/8"});
 
         h.click("clearAllButton");
         QVERIFY(!h.action("undoRecAction")->isEnabled());
@@ -173,6 +177,19 @@ class TstHistoryWindow : public QObject {
         h.click("whiteFirstButton");
         h.click("copyPgnButton");
         QCOMPARE(clipboardText(), "1. exd5 O-O-O 2. O-O Rd6 3. b8=Q ");
+    }
+
+    // A long game keeps every row, to its last move.
+    void aLongGameStaysWhole() {
+        History h;
+        const char* const walk[] = {"k7/8/8/8/8/8/8/K7", "k7/8/8/8/8/8/8/1K6",
+                                    "1k6/8/8/8/8/8/8/1K6", "1k6/8/8/8/8/8/8/K7"};
+        for (int row = 0; row < 320; ++row)
+            h.copy(QLatin1String(walk[row % 4]));
+        QCOMPARE(h.history->rowCount(), 320);
+        h.click("whiteFirstButton");
+        h.click("copyPgnButton");
+        QVERIFY2(clipboardText().endsWith("160. Ka1 "), qPrintable(clipboardText().right(40)));
     }
 
     // The History rows, the first copied twice, added while a search hides the
