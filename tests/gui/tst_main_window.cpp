@@ -201,22 +201,6 @@ class TstMainWindow : public QObject {
         QCOMPARE(second.state.popeyeParams[10], "twin=1");
     }
 
-    // Two copies on one folder: each removes only its own temporary files.
-    void copiesKeepApart() {
-        Fixture first;
-        AppState state;
-        MainWindow second(state);
-        second.startInstance = [](const QStringList&) {};
-        second.start({});
-        QVERIFY(state.tempSeed != first.state.tempSeed);
-        const QString others = first.folder() + state.tempSeed + QStringLiteral(".tmp");
-        const QString own = first.folder() + first.state.tempSeed + QStringLiteral("o.tmp");
-        writeFile(others);
-        writeFile(own);
-        first.window->close();
-        QVERIFY(QFile::exists(others) && !QFile::exists(own));
-    }
-
     // A press whose release was lost doesn't turn the next click into a move.
     void strayPresses() {
         Fixture f;

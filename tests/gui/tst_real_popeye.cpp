@@ -43,9 +43,6 @@ class TstRealPopeye : public QObject {
         QTest::newRow("h#2 with castling")
             << "4k2r/5p2/5K2/8/8/8/8/Q7" << QStringList{"h#", "2", ""}
             << "Pieces White Kf6 Qa1 Black Ke8 Rh8 Pf7\nStipulation h#2\n";
-        QTest::newRow("s#2")
-            << "8/5b2/8/3P2r1/1pR4q/3P1k2/Q7/5K2" << QStringList{"s#", "2", ""}
-            << "Pieces White Kf1 Qa2 Rc4 Pd5 Pd3 Black Kf3 Qh4 Rg5 Bf7 Pb4\nStipulation s#2\n";
         QTest::newRow("an en passant key")
             << "7N/8/7p/R2Pp2k/6pp/8/8/K7" << QStringList{"#", "1", "EnPassant e7e6e5"}
             << "Pieces White Ka1 Ra5 Pd5 Sh8 Black Kh5 Pe5 Pg4 Ph4 Ph6\nStipulation #1\n"

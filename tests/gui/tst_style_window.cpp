@@ -1,5 +1,4 @@
 #include "drawing/piece_sheet.h"
-#include "gui/pick_color.h"
 #include "gui/style_window.h"
 #include "styles/style_block.h"
 #include "support/file_bytes.h"
@@ -7,12 +6,10 @@
 
 #include <QAbstractItemView>
 #include <QCheckBox>
-#include <QColorDialog>
 #include <QDir>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
-#include <QTimer>
 
 using namespace marlith;
 using namespace marlith::testing;
@@ -91,13 +88,8 @@ struct StyleSession : Fixture {
 
 class TstStyleWindow : public QObject {
     Q_OBJECT
-    // The colour chooser keeps its colours in the user's settings of Qt;
-    // those of the test go to a folder of their own.
-    QTemporaryDir config_;
 
   private Q_SLOTS:
-    void initTestCase() { qputenv("XDG_CONFIG_HOME", config_.path().toUtf8()); }
-
     // Each change shows in the diagram at once; Cancel brings the old look
     // back and leaves the settings file alone.
     void previewsAreLiveAndCancelForgetsThem() {
@@ -248,29 +240,6 @@ class TstStyleWindow : public QObject {
             QCOMPARE(s.state.style.XBase, 25 * 15);
             w.reject();
         });
-    }
-
-    // The colour chooser starts on the colour given, gives red in the low
-    // byte, and keeps the custom colours a user set for the next call.
-    void theColourChooserKeepsCustomColours() {
-        AppState state;
-        const auto answer = [](bool ok, const QColor& customAtOpen) {
-            QTimer::singleShot(0, [ok, customAtOpen] {
-                auto* dialog = qobject_cast<QColorDialog*>(QApplication::activeModalWidget());
-                QVERIFY(dialog);
-                QCOMPARE(dialog->currentColor(), QColor(0x30, 0x20, 0x10));
-                QCOMPARE(QColorDialog::customColor(3), customAtOpen);
-                QColorDialog::setCustomColor(3, QColor(1, 2, 3));
-                dialog->setCurrentColor(QColor(0x11, 0x22, 0x33));
-                ok ? dialog->accept() : dialog->reject();
-            });
-        };
-        answer(true, Qt::white);
-        QCOMPARE(pickColor(state, 0x102030, nullptr, nullptr), 0x332211);
-        QCOMPARE(state.customColors[3], qRgb(1, 2, 3));
-        QColorDialog::setCustomColor(3, Qt::black);
-        answer(false, QColor(1, 2, 3));
-        QCOMPARE(pickColor(state, 0x102030, nullptr, nullptr), -1);
     }
 };
 
