@@ -1,4 +1,3 @@
-#include "gui/popeye_window.h"
 #include "gui/style_window.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
@@ -181,13 +180,11 @@ class TstMainWindow : public QObject {
             combo->setCurrentIndex(combo->findText(QStringLiteral("Wide")));
             first.window->chooseStyle();
             writeFile(work);
-            // The position, the place and the Popeye fields come back, also
-            // with the characters that end an item or a line.
+            // The position and the place come back, also with the
+            // characters that end an item or a line.
             first.positionEdit->clear();
             first.type(QStringLiteral("sS, \"x;y\" %41"));
             first.window->move(40, 30);
-            first.state.popeyeParams[0] = QStringLiteral("ser-h#|;");
-            first.state.popeyeParams[10] = QStringLiteral("twin=1");
             first.window->close();
         }
         Fixture second({}, {}, shared.path());
@@ -196,9 +193,6 @@ class TstMainWindow : public QObject {
         QCOMPARE(second.positionEdit->text(), "sS, \"x;y\" %41");
         QCOMPARE(second.pieceCounterLabel->text(), "(1x1)");
         QCOMPARE(second.window->pos(), QPoint(40, 30));
-        const PopeyeWindow popeye(second.state, nullptr);
-        QCOMPARE(popeye.findChild<QComboBox*>("stipulationBox")->currentText(), "ser-h#|;");
-        QCOMPARE(second.state.popeyeParams[10], "twin=1");
     }
 
     // A press whose release was lost doesn't turn the next click into a move.
