@@ -56,8 +56,6 @@ struct AppState {
     int16_t pressModifiers = 0;
     // The colour chooser's sixteen custom colours, kept for the run.
     std::array<uint32_t, 16> customColors = filledColors(0xFFFFFFFFu);
-    int32_t chosenColor = 0;
-    int16_t colorTarget = 0;
     // What the file chooser is shown for, and whether Ok closed it.
     ChooserMode chooserMode = ChooserMode::SaveImage;
     bool chooserConfirmed = false;
