@@ -3,7 +3,6 @@
 #pragma once
 
 #include "books/book_walk.h"
-#include "chooser/chooser_rules.h"
 #include "position/fen.h"
 #include "styles/style.h"
 
@@ -56,9 +55,6 @@ struct AppState {
     int16_t pressModifiers = 0;
     // The colour chooser's sixteen custom colours, kept for the run.
     std::array<uint32_t, 16> customColors = filledColors(0xFFFFFFFFu);
-    // What the file chooser is shown for, and whether Ok closed it.
-    ChooserMode chooserMode = ChooserMode::SaveImage;
-    bool chooserConfirmed = false;
     // The open book: its work file, index and the record on show.
     OpenBook book;
 

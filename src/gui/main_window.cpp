@@ -712,7 +712,9 @@ StyleWindow* MainWindow::styleWindow() {
         names.append(styleBox_->itemText(i));
     styleWindow_->setStyleNames(names);
     styleWindow_->chooseFile = [this](ChooserMode mode, QString& path) {
-        return showChooser(mode, path);
+        const std::optional<QString> chosen = showChooser(mode);
+        if (chosen) path = *chosen;
+        return chosen.has_value();
     };
     connect(styleWindow_, &StyleWindow::redrawRequested, this, &MainWindow::redrawStyle);
     connect(styleWindow_, &StyleWindow::styleChosen, this, [this](const QString& name) {
@@ -1067,9 +1069,9 @@ void MainWindow::finishBookScan() {
 }
 
 void MainWindow::openBook() {
-    QString path;
-    if (!showChooser(ChooserMode::OpenBook, path)) return;
-    state_.bookFile = path;
+    const std::optional<QString> path = showChooser(ChooserMode::OpenBook);
+    if (!path) return;
+    state_.bookFile = *path;
     loadBook();
 }
 
@@ -1145,9 +1147,9 @@ void MainWindow::saveImage() {
 }
 
 void MainWindow::saveImageAs() {
-    QString path;
-    if (!showChooser(ChooserMode::SaveImage, path)) return;
-    state_.imageFile = path;
+    const std::optional<QString> path = showChooser(ChooserMode::SaveImage);
+    if (!path) return;
+    state_.imageFile = *path;
     saveImage();
 }
 
@@ -1171,21 +1173,16 @@ void MainWindow::pastePosition() {
                                        positionEdit_->maxLength()));
 }
 
-bool MainWindow::showChooser(ChooserMode mode, QString& path) {
+std::optional<QString> MainWindow::showChooser(ChooserMode mode) {
     if (!fileChooser_) {
         fileChooser_ = new FileChooser(state_, this);
         // Unloaded first of the child windows when the program stops.
         setChildWindow(ChildWindow::FileChooser, fileChooser_);
     }
-    state_.chooserMode = mode;
-    state_.chooserConfirmed = false;
-    if (runChooser)
-        runChooser(*fileChooser_);
-    else
-        fileChooser_->exec();
-    if (!state_.chooserConfirmed) return false;
-    path = fileChooser_->nameText();
-    return true;
+    if (!runChooser) return fileChooser_->choose(mode);
+    fileChooser_->setMode(mode);
+    runChooser(*fileChooser_);
+    return fileChooser_->choice();
 }
 
 void MainWindow::setChildWindow(ChildWindow role, QWidget* window) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "books/scan_job.h"
+#include "chooser/chooser_rules.h"
 #include "core/app_state.h"
 #include "core/settings.h"
 #include "drawing/diagram.h"
@@ -15,6 +16,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QAction;
@@ -211,8 +213,8 @@ class MainWindow : public QMainWindow {
     void updateUndoItems();
     // The position, the window's place and the Popeye fields of the last session.
     void restoreSession();
-    // Shows the file chooser for a purpose; true and the path after Ok.
-    bool showChooser(ChooserMode mode, QString& path);
+    // Shows the file chooser for a purpose: the path chosen with Ok, or nothing.
+    std::optional<QString> showChooser(ChooserMode mode);
     // Looks for the engines and Py.dat at start; the clean-up at the end.
     void detectEngines();
     void cleanUpEngines();
