@@ -49,10 +49,6 @@ struct AppState {
     int16_t reversedBoard = 0;
     int16_t clickedSquare = -1;
     int16_t chosenPiece = -1;
-    float pressX = -1.0f;
-    float pressY = -1.0f;
-    int16_t pressButton = 0;
-    int16_t pressModifiers = 0;
     // The colour chooser's sixteen custom colours, kept for the run.
     std::array<uint32_t, 16> customColors = filledColors(0xFFFFFFFFu);
     // The open book: its work file, index and the record on show.

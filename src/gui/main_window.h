@@ -7,6 +7,7 @@
 #include "core/app_state.h"
 #include "core/settings.h"
 #include "drawing/diagram.h"
+#include "editing/board_edit.h"
 #include "editing/board_effects.h"
 #include "editing/position_undo.h"
 
@@ -98,9 +99,9 @@ class MainWindow : public QMainWindow {
     void copyPosition();
     void pastePosition();
 
-    void pressOnBoard(int button, int shift, double x, double y);
-    void dragOnBoard(int button, int shift, double x, double y);
-    void releaseOnBoard(int button, int shift, double x, double y);
+    void pressOnBoard(const BoardPress& press);
+    void dragOnBoard(const BoardPress& press, double x, double y);
+    void releaseOnBoard(const BoardPress& press, int button, double x, double y);
 
     // The caret behind the last character of the position box, and the position box with the focus.
     void focusPositionAtEnd();
@@ -194,8 +195,8 @@ class MainWindow : public QMainWindow {
     void applyEffect(BoardEffect effect);
     // A stroke with Shift: the rubber band while dragging, the stroke itself
     // drawn into the picture at the release.
-    void followStroke(double x, double y);
-    void finishStroke(int button, double x, double y);
+    void followStroke(const BoardPress& press, double x, double y);
+    void finishStroke(const BoardPress& press, int button, double x, double y);
     // What the Style window asks of the main window.
     void redrawStyle();
     void resizePicture(int widthTwips, int heightTwips);
