@@ -140,7 +140,7 @@ void ViewWindow::releaseOnPalette(QMouseEvent* event) {
     drawChosenPiece();
     if (target < 0) target = state_.clickedSquare;
     const int squares = state_.board().squares();
-    if (target < 0 || target >= squares || state_.squares[target][1] < 0) return finish();
+    if (target < 0 || target >= squares || state_.squares[target].wanted < 0) return finish();
     state_.clickedSquare = static_cast<int16_t>(target);
     const int square = screenSquare(target, squares, state_.reversedBoard);
     landPiece(state_.squares, square, pressed, pieces, style.BorderWidth);
