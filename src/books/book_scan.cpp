@@ -412,7 +412,7 @@ BookScan scanPbm(const QString& bookFile, WorkFile& work, int rows, int columns,
             const char letter = pbmPieceLetter(entry[32 + square]);
             if (!letter) return damaged();
             const qsizetype at = piecesList.indexOf(QLatin1Char(letter));
-            squareVector[square][1] = static_cast<int16_t>(at < 0 ? 0 : at + 1);
+            squareVector[square].wanted = static_cast<int16_t>(at < 0 ? 0 : at + 1);
         }
         if (!sink.write(kPositionKind, squaresToFen(squareVector, board, piecesList).toLatin1()))
             return fail(sink.failure());

@@ -37,10 +37,10 @@ namespace {
 // Rows are short: eight bytes at a time beats calls into the library.
 constexpr int kChunk = 8;
 
-bool sameSquares(const SquareSlots* a, const SquareSlots* b, int count) {
+bool sameSquares(const Square* a, const Square* b, int count) {
     const auto* x = reinterpret_cast<const unsigned char*>(a);
     const auto* y = reinterpret_cast<const unsigned char*>(b);
-    const size_t bytes = sizeof(SquareSlots) * static_cast<size_t>(count);
+    const size_t bytes = sizeof(Square) * static_cast<size_t>(count);
     size_t at = 0;
     for (; at + kChunk <= bytes; at += kChunk) {
         uint64_t u = 0;
@@ -71,8 +71,8 @@ void StylePgnBoard::boardText(QByteArray& out) {
     char* to = text;
     for (int row = 0; row < board_.rows; ++row) {
         const size_t first = static_cast<size_t>(row) * static_cast<size_t>(columns);
-        const SquareSlots* now = squareVector_.data() + first;
-        SquareSlots* then = rowsWrittenFrom_.data() + first;
+        const Square* now = squareVector_.data() + first;
+        Square* then = rowsWrittenFrom_.data() + first;
         int& length = rowLengths_[static_cast<size_t>(row)];
         char* rowText = rowTexts_.data() + static_cast<size_t>(row) * stride;
         if (length == 0 || !sameSquares(now, then, columns)) {

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "books/book_walk.h"
-#include "chooser/chooser_rules.h"
 #include "position/fen.h"
 #include "styles/style.h"
 
@@ -50,17 +49,8 @@ struct AppState {
     int16_t reversedBoard = 0;
     int16_t clickedSquare = -1;
     int16_t chosenPiece = -1;
-    float pressX = -1.0f;
-    float pressY = -1.0f;
-    int16_t pressButton = 0;
-    int16_t pressModifiers = 0;
     // The colour chooser's sixteen custom colours, kept for the run.
     std::array<uint32_t, 16> customColors = filledColors(0xFFFFFFFFu);
-    int32_t chosenColor = 0;
-    int16_t colorTarget = 0;
-    // What the file chooser is shown for, and whether Ok closed it.
-    ChooserMode chooserMode = ChooserMode::SaveImage;
-    bool chooserConfirmed = false;
     // The open book: its work file, index and the record on show.
     OpenBook book;
 

@@ -18,9 +18,8 @@ int keyMask(Qt::KeyboardModifiers modifiers) {
 }
 
 void landPiece(SquareVector& squareVector, int square, int content, int piecesCount, int columns) {
-    if (content > piecesCount) content -= piecesCount + 1;
-    squareVector[square][1] =
-        static_cast<int16_t>(content + (piecesCount + 1) * squareColor(square, columns));
+    squareVector[square].wanted = static_cast<int16_t>(
+        sheetCell(cellContent(content, piecesCount), squareColor(square, columns), piecesCount));
 }
 
 BoardEdit editOnRelease(const BoardPress& press, double x, double y, SquareVector& squareVector,
@@ -36,11 +35,11 @@ BoardEdit editOnRelease(const BoardPress& press, double x, double y, SquareVecto
     const int b = screenSquare(screenB, squares, reversedBoard);
     const int pieces = static_cast<int>(style.PiecesList.size());
     const int columns = style.BorderWidth;
-    const int emptyOfA = (pieces + 1) * squareColor(a, columns);
+    const int emptyOfA = sheetCell(0, squareColor(a, columns), pieces);
 
     if (press.button == kLeftButton && a != b) {
-        const int moved = squareVector[a][1];
-        if (press.shift != kMaskCtrl) squareVector[a][1] = static_cast<int16_t>(emptyOfA);
+        const int moved = squareVector[a].wanted;
+        if (press.shift != kMaskCtrl) squareVector[a].wanted = static_cast<int16_t>(emptyOfA);
         landPiece(squareVector, b, moved, pieces, columns);
         edit.squaresChanged = true;
     } else if (press.button == kLeftButton) {
@@ -51,7 +50,7 @@ BoardEdit editOnRelease(const BoardPress& press, double x, double y, SquareVecto
         edit.clicked = true;
         edit.clickedSquare = screenB;
     } else if (press.button == kRightButton && a == b) {
-        squareVector[a][1] = static_cast<int16_t>(emptyOfA);
+        squareVector[a].wanted = static_cast<int16_t>(emptyOfA);
         edit.squaresChanged = true;
     }
     return edit;

@@ -13,7 +13,7 @@ void applyBoardEffect(SquareVector& squareVector, const Board& board, BoardEffec
     if ((effect == BoardEffect::DiagonalMirror || effect == BoardEffect::Rotate) && h != w) return;
     std::vector<int16_t> old(static_cast<size_t>(squares));
     for (int i = 0; i < squares; ++i)
-        old[static_cast<size_t>(i)] = squareVector[static_cast<size_t>(i)][1];
+        old[static_cast<size_t>(i)] = squareVector[static_cast<size_t>(i)].wanted;
     const auto at = [&](int r, int c) { return old[static_cast<size_t>(r * w + c)]; };
     for (int r = 0; r < h; ++r) {
         for (int c = 0; c < w; ++c) {
@@ -41,7 +41,7 @@ void applyBoardEffect(SquareVector& squareVector, const Board& board, BoardEffec
                 value = r > 0 ? at(r - 1, c) : 0;
                 break;
             }
-            squareVector[static_cast<size_t>(r * w + c)][1] = value;
+            squareVector[static_cast<size_t>(r * w + c)].wanted = value;
         }
     }
 }

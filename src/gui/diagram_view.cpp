@@ -38,9 +38,15 @@ void DiagramView::setRubberBand(std::function<void(QPainter&)> band) {
 }
 
 void DiagramView::mousePressEvent(QMouseEvent* event) {
-    Q_EMIT mouseDown(buttonNumber(event->button()), keyMask(event->modifiers()),
-                     event->position().x() * kTwipsPerPixel,
-                     event->position().y() * kTwipsPerPixel);
+    const int button = buttonNumber(event->button());
+    // A second button while one is held belongs to the first press; the same
+    // button pressed again means that the release of the last press was lost
+    // (outside the window), and a new gesture begins.
+    if (press_ && button != press_->button) return;
+    press_ =
+        BoardPress{event->position().x() * kTwipsPerPixel, event->position().y() * kTwipsPerPixel,
+                   button, keyMask(event->modifiers())};
+    Q_EMIT pressed(*press_);
 }
 
 void DiagramView::mouseDoubleClickEvent(QMouseEvent*) {
@@ -49,14 +55,17 @@ void DiagramView::mouseDoubleClickEvent(QMouseEvent*) {
 }
 
 void DiagramView::mouseMoveEvent(QMouseEvent* event) {
-    Q_EMIT mouseMove(buttonNumber(event->buttons()), keyMask(event->modifiers()),
-                     event->position().x() * kTwipsPerPixel,
-                     event->position().y() * kTwipsPerPixel);
+    if (press_)
+        Q_EMIT dragged(*press_, event->position().x() * kTwipsPerPixel,
+                       event->position().y() * kTwipsPerPixel);
 }
 
 void DiagramView::mouseReleaseEvent(QMouseEvent* event) {
-    Q_EMIT mouseUp(buttonNumber(event->button()), keyMask(event->modifiers()),
-                   event->position().x() * kTwipsPerPixel, event->position().y() * kTwipsPerPixel);
+    if (!press_) return;
+    const BoardPress press = *press_;
+    press_.reset();
+    Q_EMIT released(press, buttonNumber(event->button()), event->position().x() * kTwipsPerPixel,
+                    event->position().y() * kTwipsPerPixel);
 }
 
 } // namespace marlith

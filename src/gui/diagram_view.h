@@ -1,8 +1,11 @@
 // The diagram on screen: shows the persistent image of the diagram and repaints from it.
 #pragma once
 
+#include "editing/board_edit.h"
+
 #include <QWidget>
 #include <functional>
+#include <optional>
 
 namespace marlith {
 
@@ -20,11 +23,12 @@ class DiagramView : public QWidget {
     void setRubberBand(std::function<void(QPainter&)> band);
 
   Q_SIGNALS:
-    // Mouse events on the diagram: button and key mask as the editing
-    // counts them, the point in twips.
-    void mouseDown(int button, int shift, double x, double y);
-    void mouseMove(int button, int shift, double x, double y);
-    void mouseUp(int button, int shift, double x, double y);
+    // One gesture on the diagram, from its press to its release: the press
+    // holds the button and key mask as the editing counts them, and every
+    // point is in twips.
+    void pressed(const BoardPress& press);
+    void dragged(const BoardPress& press, double x, double y);
+    void released(const BoardPress& press, int button, double x, double y);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -36,6 +40,8 @@ class DiagramView : public QWidget {
   private:
     const Diagram& diagram_;
     std::function<void(QPainter&)> rubberBand_;
+    // The press of the gesture under way; none between gestures.
+    std::optional<BoardPress> press_;
 };
 
 } // namespace marlith

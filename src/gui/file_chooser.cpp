@@ -112,11 +112,10 @@ void FileChooser::showEvent(QShowEvent* event) {
 
 void FileChooser::prepareForMode() {
     const QString lastFilter = filterBox_->currentText();
-    const ChooserMode mode = state_.chooserMode;
-    state_.chooserConfirmed = false;
+    confirmed_ = false;
     filterBox_->clear();
 
-    const std::optional<ChooserEntry> entry = chooserEntryFor(mode, lastFilter);
+    const std::optional<ChooserEntry> entry = chooserEntryFor(mode_, lastFilter);
     if (entry) {
         filterBox_->addItems(entry->filters);
         filterBox_->setEditText(entry->filter);
@@ -137,12 +136,28 @@ void FileChooser::confirm() {
         chosenPath(nameEdit_->text(), filterBox_->currentText(), folderPath_);
     if (!path) return;
     nameEdit_->setText(*path);
-    state_.chooserConfirmed = true;
+    confirmed_ = true;
     hide();
 }
 
 void FileChooser::cancel() {
     hide();
+}
+
+std::optional<QString> FileChooser::choose(ChooserMode mode) {
+    setMode(mode);
+    exec();
+    return choice();
+}
+
+void FileChooser::setMode(ChooserMode mode) {
+    mode_ = mode;
+    confirmed_ = false;
+}
+
+std::optional<QString> FileChooser::choice() const {
+    if (!confirmed_) return std::nullopt;
+    return nameEdit_->text();
 }
 
 QString FileChooser::nameText() const {

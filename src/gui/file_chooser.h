@@ -1,11 +1,14 @@
 // The program's own file window, shown modally by every command
 // that picks a file. It is hidden, not destroyed, between uses, so that it
-// keeps its drive, folder and filter, and the caller reads the chosen path
-// from the name box once the window has returned.
+// keeps its drive, folder and filter; each use returns the path chosen, or
+// nothing when the window was left without Ok.
 #pragma once
+
+#include "chooser/chooser_rules.h"
 
 #include <QDialog>
 #include <QStringList>
+#include <optional>
 
 class QComboBox;
 class QLabel;
@@ -23,7 +26,16 @@ class FileChooser : public QDialog {
   public:
     explicit FileChooser(AppState& state, QWidget* parent = nullptr);
 
-    // Runs at every showing: list, filter, name and caption for the chooser mode.
+    // One use, run modally: the full path chosen with Ok, or nothing.
+    std::optional<QString> choose(ChooserMode mode);
+    // Starts a use without running it (for callers that drive the window
+    // themselves): the purpose of the next showing, and no answer yet.
+    void setMode(ChooserMode mode);
+    // The answer of the current use: the full path once Ok closed the
+    // window, nothing while it is open or after it was left without Ok.
+    std::optional<QString> choice() const;
+
+    // Runs at every showing: list, filter, name and caption for the mode.
     void prepareForMode();
     void confirm();
     void cancel();
@@ -68,6 +80,8 @@ class FileChooser : public QDialog {
     QStringList drives_;
     QString folderPath_;
     QString pattern_ = QStringLiteral("*.bmp");
+    ChooserMode mode_ = ChooserMode::SaveImage;
+    bool confirmed_ = false;
     // Keeps the drive list quiet while code sets it.
     bool driveBoxQuiet_ = false;
 };

@@ -210,9 +210,9 @@ void MainWindow::createControls() {
 
     diagramView_ = new DiagramView(diagram_, central);
     diagramView_->setFocusPolicy(Qt::TabFocus);
-    connect(diagramView_, &DiagramView::mouseDown, this, &MainWindow::pressOnBoard);
-    connect(diagramView_, &DiagramView::mouseMove, this, &MainWindow::dragOnBoard);
-    connect(diagramView_, &DiagramView::mouseUp, this, &MainWindow::releaseOnBoard);
+    connect(diagramView_, &DiagramView::pressed, this, &MainWindow::pressOnBoard);
+    connect(diagramView_, &DiagramView::dragged, this, &MainWindow::dragOnBoard);
+    connect(diagramView_, &DiagramView::released, this, &MainWindow::releaseOnBoard);
     setTabOrder(positionEdit_, styleBox_);
     setTabOrder(styleBox_, diagramView_);
 }
@@ -443,8 +443,6 @@ void MainWindow::start(const QStringList& arguments) {
     state_.mainWindowAlive = true;
     state_.clickedSquare = -1;
     state_.chosenPiece = -1;
-    state_.pressX = -1.0f;
-    state_.pressY = -1.0f;
     setWindowTitle(QStringLiteral("Marlith - Marlith.bmp"));
 
     readSettings();
@@ -712,7 +710,9 @@ StyleWindow* MainWindow::styleWindow() {
         names.append(styleBox_->itemText(i));
     styleWindow_->setStyleNames(names);
     styleWindow_->chooseFile = [this](ChooserMode mode, QString& path) {
-        return showChooser(mode, path);
+        const std::optional<QString> chosen = showChooser(mode);
+        if (chosen) path = *chosen;
+        return chosen.has_value();
     };
     connect(styleWindow_, &StyleWindow::redrawRequested, this, &MainWindow::redrawStyle);
     connect(styleWindow_, &StyleWindow::styleChosen, this, [this](const QString& name) {
@@ -875,23 +875,14 @@ void MainWindow::showViewWindow() {
     view->raise();
 }
 
-void MainWindow::pressOnBoard(int button, int shift, double x, double y) {
-    // A second button while one is held belongs to the first press; the same
-    // button pressed again means that the release of the last press was lost
-    // (outside the window), and a new gesture begins.
-    if (state_.pressX >= 0 && state_.pressY >= 0 && button != state_.pressButton) return;
-    state_.pressX = static_cast<float>(x);
-    state_.pressY = static_cast<float>(y);
-    state_.pressButton = static_cast<int16_t>(button);
-    state_.pressModifiers = static_cast<int16_t>(shift);
+void MainWindow::pressOnBoard(const BoardPress& press) {
     // Shift alone draws over the diagram; everything else edits.
-    diagramView_->setCursor(shift == kMaskShift ? Qt::SizeAllCursor : Qt::CrossCursor);
+    diagramView_->setCursor(isStroke(press) ? Qt::SizeAllCursor : Qt::CrossCursor);
 }
 
-void MainWindow::dragOnBoard(int, int, double x, double y) {
+void MainWindow::dragOnBoard(const BoardPress& press, double x, double y) {
     // A piece being dragged is not shown moving; only a stroke follows the mouse.
-    if (state_.pressModifiers == kMaskShift && state_.pressX >= 0 && state_.pressY >= 0)
-        followStroke(x, y);
+    if (isStroke(press)) followStroke(press, x, y);
 }
 
 GraphicWindow* MainWindow::graphicWindow() {
@@ -911,9 +902,9 @@ void MainWindow::showGraphicWindow() {
     window->activateWindow();
 }
 
-void MainWindow::followStroke(double x, double y) {
+void MainWindow::followStroke(const BoardPress& press, double x, double y) {
     const GraphicWindow* tools = graphicWindow();
-    const StrokeEnds ends{QPointF(state_.pressX, state_.pressY), QPointF(x, y)};
+    const StrokeEnds ends{QPointF(press.x, press.y), QPointF(x, y)};
     const Pen pen = tools->pen();
     if (tools->object() == StrokeObject::FreeHand) {
         // Free hand leaves a dot at each event, kept at once.
@@ -930,11 +921,11 @@ void MainWindow::followStroke(double x, double y) {
     });
 }
 
-void MainWindow::finishStroke(int button, double x, double y) {
+void MainWindow::finishStroke(const BoardPress& press, int button, double x, double y) {
     diagramView_->setRubberBand({});
     if (button != kLeftButton) return;
     const GraphicWindow* tools = graphicWindow();
-    StrokeEnds ends{QPointF(state_.pressX, state_.pressY), QPointF(x, y)};
+    StrokeEnds ends{QPointF(press.x, press.y), QPointF(x, y)};
     // The radius comes from the drag as it was, before any snapping.
     const double radius = std::min(std::abs(ends.press.x() - x), 32767.0);
     QPainter painter(&diagram_.image());
@@ -948,18 +939,14 @@ void MainWindow::finishStroke(int button, double x, double y) {
     diagramView_->refresh(diagram_.image().rect());
 }
 
-void MainWindow::releaseOnBoard(int button, int, double x, double y) {
-    if (state_.pressX < 0 || state_.pressY < 0) return;
+void MainWindow::releaseOnBoard(const BoardPress& press, int button, double x, double y) {
     diagramView_->update();
-    if (state_.pressModifiers == kMaskShift) finishStroke(button, x, y);
-    const BoardPress press{state_.pressX, state_.pressY, state_.pressButton, state_.pressModifiers};
+    if (isStroke(press)) finishStroke(press, button, x, y);
     const BoardEdit edit = editOnRelease(press, x, y, state_.squares, state_.style,
                                          state_.reversedBoard, state_.chosenPiece);
     if (edit.clicked) state_.clickedSquare = static_cast<int16_t>(edit.clickedSquare);
     if (edit.squaresChanged) commitBoardEdit();
     diagramView_->unsetCursor();
-    state_.pressX = -1.0f;
-    state_.pressY = -1.0f;
     focusPositionAtEnd();
     if (state_.clickedSquare >= 0 && !viewWindow()->isVisible()) {
         showViewWindow();
@@ -1067,9 +1054,9 @@ void MainWindow::finishBookScan() {
 }
 
 void MainWindow::openBook() {
-    QString path;
-    if (!showChooser(ChooserMode::OpenBook, path)) return;
-    state_.bookFile = path;
+    const std::optional<QString> path = showChooser(ChooserMode::OpenBook);
+    if (!path) return;
+    state_.bookFile = *path;
     loadBook();
 }
 
@@ -1145,9 +1132,9 @@ void MainWindow::saveImage() {
 }
 
 void MainWindow::saveImageAs() {
-    QString path;
-    if (!showChooser(ChooserMode::SaveImage, path)) return;
-    state_.imageFile = path;
+    const std::optional<QString> path = showChooser(ChooserMode::SaveImage);
+    if (!path) return;
+    state_.imageFile = *path;
     saveImage();
 }
 
@@ -1171,21 +1158,16 @@ void MainWindow::pastePosition() {
                                        positionEdit_->maxLength()));
 }
 
-bool MainWindow::showChooser(ChooserMode mode, QString& path) {
+std::optional<QString> MainWindow::showChooser(ChooserMode mode) {
     if (!fileChooser_) {
         fileChooser_ = new FileChooser(state_, this);
         // Unloaded first of the child windows when the program stops.
         setChildWindow(ChildWindow::FileChooser, fileChooser_);
     }
-    state_.chooserMode = mode;
-    state_.chooserConfirmed = false;
-    if (runChooser)
-        runChooser(*fileChooser_);
-    else
-        fileChooser_->exec();
-    if (!state_.chooserConfirmed) return false;
-    path = fileChooser_->nameText();
-    return true;
+    if (!runChooser) return fileChooser_->choose(mode);
+    fileChooser_->setMode(mode);
+    runChooser(*fileChooser_);
+    return fileChooser_->choice();
 }
 
 void MainWindow::setChildWindow(ChildWindow role, QWidget* window) {

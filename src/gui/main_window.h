@@ -3,9 +3,11 @@
 #pragma once
 
 #include "books/scan_job.h"
+#include "chooser/chooser_rules.h"
 #include "core/app_state.h"
 #include "core/settings.h"
 #include "drawing/diagram.h"
+#include "editing/board_edit.h"
 #include "editing/board_effects.h"
 #include "editing/position_undo.h"
 
@@ -15,6 +17,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <vector>
 
 class QAction;
@@ -96,9 +99,9 @@ class MainWindow : public QMainWindow {
     void copyPosition();
     void pastePosition();
 
-    void pressOnBoard(int button, int shift, double x, double y);
-    void dragOnBoard(int button, int shift, double x, double y);
-    void releaseOnBoard(int button, int shift, double x, double y);
+    void pressOnBoard(const BoardPress& press);
+    void dragOnBoard(const BoardPress& press, double x, double y);
+    void releaseOnBoard(const BoardPress& press, int button, double x, double y);
 
     // The caret behind the last character of the position box, and the position box with the focus.
     void focusPositionAtEnd();
@@ -192,8 +195,8 @@ class MainWindow : public QMainWindow {
     void applyEffect(BoardEffect effect);
     // A stroke with Shift: the rubber band while dragging, the stroke itself
     // drawn into the picture at the release.
-    void followStroke(double x, double y);
-    void finishStroke(int button, double x, double y);
+    void followStroke(const BoardPress& press, double x, double y);
+    void finishStroke(const BoardPress& press, int button, double x, double y);
     // What the Style window asks of the main window.
     void redrawStyle();
     void resizePicture(int widthTwips, int heightTwips);
@@ -211,8 +214,8 @@ class MainWindow : public QMainWindow {
     void updateUndoItems();
     // The position, the window's place and the Popeye fields of the last session.
     void restoreSession();
-    // Shows the file chooser for a purpose; true and the path after Ok.
-    bool showChooser(ChooserMode mode, QString& path);
+    // Shows the file chooser for a purpose: the path chosen with Ok, or nothing.
+    std::optional<QString> showChooser(ChooserMode mode);
     // Looks for the engines and Py.dat at start; the clean-up at the end.
     void detectEngines();
     void cleanUpEngines();

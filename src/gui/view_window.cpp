@@ -101,10 +101,7 @@ bool ViewWindow::eventFilter(QObject* watched, QEvent* event) {
 
 void ViewWindow::pressOnPalette(QMouseEvent* event) {
     paletteView_->setCursor(Qt::CrossCursor);
-    state_.pressX = static_cast<float>(event->position().x() * kTwipsPerPixel);
-    state_.pressY = static_cast<float>(event->position().y() * kTwipsPerPixel);
-    state_.pressButton = static_cast<int16_t>(buttonNumber(event->button()));
-    state_.pressModifiers = static_cast<int16_t>(keyMask(event->modifiers()));
+    palettePress_ = event->position() * kTwipsPerPixel;
 }
 
 void ViewWindow::releaseOnPalette(QMouseEvent* event) {
@@ -112,7 +109,8 @@ void ViewWindow::releaseOnPalette(QMouseEvent* event) {
     const int pieces = static_cast<int>(style.PiecesList.size());
     const QPointF at = event->position();
     const int released = paletteCell(at.x() * kTwipsPerPixel, at.y() * kTwipsPerPixel, style);
-    const int pressed = paletteCell(state_.pressX, state_.pressY, style);
+    const int pressed =
+        palettePress_ ? paletteCell(palettePress_->x(), palettePress_->y(), style) : 0;
     // The point of the release as a point of the main board, through the screen.
     DiagramView* board = board_;
     const QPointF onBoard = board->mapFromGlobal(paletteView_->mapToGlobal(at));
@@ -123,8 +121,7 @@ void ViewWindow::releaseOnPalette(QMouseEvent* event) {
     auto finish = [this] {
         paletteView_->unsetCursor();
         Q_EMIT pressDone();
-        state_.pressX = -1.0f;
-        state_.pressY = -1.0f;
+        palettePress_.reset();
     };
     if (pressed < 1 || pressed > pieces) return finish();
     if (released == pressed) {
@@ -143,7 +140,7 @@ void ViewWindow::releaseOnPalette(QMouseEvent* event) {
     drawChosenPiece();
     if (target < 0) target = state_.clickedSquare;
     const int squares = state_.board().squares();
-    if (target < 0 || target >= squares || state_.squares[target][1] < 0) return finish();
+    if (target < 0 || target >= squares || state_.squares[target].wanted < 0) return finish();
     state_.clickedSquare = static_cast<int16_t>(target);
     const int square = screenSquare(target, squares, state_.reversedBoard);
     landPiece(state_.squares, square, pressed, pieces, style.BorderWidth);

@@ -3,7 +3,9 @@
 // clicked before, or dragged onto a square of the main board.
 #pragma once
 
+#include <QPointF>
 #include <QWidget>
+#include <optional>
 
 class QLabel;
 
@@ -51,6 +53,8 @@ class ViewWindow : public QWidget {
     DiagramView* board_;
     QLabel* paletteView_;
     QLabel* chosenPieceView_;
+    // Where the press on the palette was, in twips; none between presses.
+    std::optional<QPointF> palettePress_;
 };
 
 } // namespace marlith

@@ -38,7 +38,7 @@ QString htmlFragment(const SquareVector& squareVector, const Board& board,
     int counter = 0;
     for (int i = 0; i < squares; ++i) {
         const QChar colour = squareColor(i, board.columns) == 0 ? u'w' : u'b';
-        const int content = foldedContent(squareVector[static_cast<size_t>(i)][0],
+        const int content = foldedContent(squareVector[static_cast<size_t>(i)].painted,
                                           static_cast<int>(piecesList.size()));
         QString name;
         if (content <= 0 || content > piecesList.size()) {

@@ -24,11 +24,11 @@ namespace {
 // a single digit. `count` squares from `square` on: a full row ends with its
 // run and "/", the part of a row that ends the board without its run.
 template <typename Unit>
-Unit* writeRow(const SquareSlots* square, int count, int columns, const Unit* letters, int pieces,
+Unit* writeRow(const Square* square, int count, int columns, const Unit* letters, int pieces,
                Unit* w) {
     int run = 0;
     for (int col = 1; col <= count; ++col, ++square) {
-        const int k = foldedContent((*square)[1], pieces);
+        const int k = foldedContent(square->wanted, pieces);
         const bool rowEnd = col == columns;
         if (k >= 1 && k <= pieces) {
             // The digit is stored in any case and kept after a run: empty
@@ -87,7 +87,7 @@ void squaresToFen(const SquareVector& squareVector, const Board& board,
     std::memcpy(out.data(), text, static_cast<size_t>(size));
 }
 
-qsizetype rowToFen(const SquareSlots* row, int columns, const QByteArray& piecesList, char* out) {
+qsizetype rowToFen(const Square* row, int columns, const QByteArray& piecesList, char* out) {
     return writeRow(row, columns, columns, piecesList.constData(),
                     static_cast<int>(piecesList.size()), out) -
            out;
@@ -96,7 +96,7 @@ qsizetype rowToFen(const SquareSlots* row, int columns, const QByteArray& pieces
 void invalidatePainted(SquareVector& squareVector, const Board& board) {
     const int last = std::min(board.squares(), kSquareCount - 1);
     for (int i = 0; i <= last; ++i)
-        squareVector[i][0] = -1;
+        squareVector[i].painted = -1;
 }
 
 QString dropCounterPrefix(const QString& text) {
@@ -124,10 +124,11 @@ bool buildBoard(const QString& text, SquareVector& squareVector, const Board& bo
     const int squares = board.squares();
     const int pieces = static_cast<int>(piecesList.size());
     auto setAndPaint = [&](int i, int value) {
-        squareVector[i][1] = static_cast<int16_t>(value);
-        if (squareVector[i][1] == squareVector[i][0] || i >= squares) return;
-        squareVector[i][0] = squareVector[i][1];
-        if (paint) paint(squareVector[i][1] + (pieces + 1) * squareColor(i, board.columns), i + 1);
+        squareVector[i].wanted = static_cast<int16_t>(value);
+        if (squareVector[i].wanted == squareVector[i].painted || i >= squares) return;
+        squareVector[i].painted = squareVector[i].wanted;
+        if (paint)
+            paint(sheetCell(squareVector[i].wanted, squareColor(i, board.columns), pieces), i + 1);
     };
 
     PieceCount counted;

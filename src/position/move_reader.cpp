@@ -92,7 +92,7 @@ bool castle(bool black, bool longSide, SquareVector& squareVector, const Board& 
     const int values[4] = {0, 0, king, rook};
     for (int n = 0; n < 4; ++n) {
         if (!insideVector(squares[n])) return false;
-        squareVector[squares[n]][1] = static_cast<int16_t>(values[n]);
+        squareVector[squares[n]].wanted = static_cast<int16_t>(values[n]);
     }
     return true;
 }
@@ -140,7 +140,7 @@ class PinCheck {
              c += dc, r += dr) {
             const long long i = r * cols_ + c;
             if (i == target_ || !insideVector(i)) return 0;
-            const int value = squareVector_[i][1];
+            const int value = squareVector_[i].wanted;
             if (value == 0) continue;
             return value > 0 && value <= englishSize_ ? english_[value - 1] : 0;
         }
@@ -201,7 +201,7 @@ class SourceSearch {
             failed_ = true;
             return false;
         }
-        const int p = squareVector_[i][1];
+        const int p = squareVector_[i].wanted;
         if (p == 0) return true;
         if (p != piece_) return false;
         // A piece of the right kind on the wrong file or rank does not block.
@@ -343,10 +343,10 @@ Outcome playCleanWord(bool black, char16_t* w, qsizetype size, SquareVector& squ
         // beside it goes before any source is looked for.
         if (maskSize > 0) {
             if (!insideVector(target)) return Outcome::NoMove;
-            if (squareVector[target][1] <= 0) {
+            if (squareVector[target].wanted <= 0) {
                 const long long taken = target + (kind == u'P' ? 1 : -1) * board.columns;
                 if (!insideVector(taken)) return Outcome::NoMove;
-                squareVector[taken][1] = 0;
+                squareVector[taken].wanted = 0;
             }
         }
     }
@@ -358,8 +358,8 @@ Outcome playCleanWord(bool black, char16_t* w, qsizetype size, SquareVector& squ
         const bool namesSquare = w[end] >= u'a' && w[end] <= u'z' && isDigit(w[end + 1]);
         return namesSquare ? Outcome::NoSource : Outcome::NoMove;
     }
-    squareVector[target][1] = static_cast<int16_t>(result);
-    squareVector[source][1] = 0;
+    squareVector[target].wanted = static_cast<int16_t>(result);
+    squareVector[source].wanted = 0;
     return Outcome::Moved;
 }
 

@@ -9,7 +9,7 @@
 
 namespace marlith {
 
-// Plays word as a move of side (0 White, 1 Black) on the wanted slots of squareVector.
+// Plays word as a move of side (0 White, 1 Black) on the wanted values of squareVector.
 // On return word is empty when it is no move or no piece could make it, "ok"
 // when a move was made, and as it came for castling. No rule of chess is
 // checked: the first piece of the right kind that can reach the target moves,

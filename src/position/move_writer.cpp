@@ -12,6 +12,13 @@ bool insideVector(long long i) {
     return i >= 0 && i < kSquareCount;
 }
 
+// The writer keeps two positions in one vector, one in each member of a
+// square: slot 0 in the painted values, slot 1 in the wanted.
+using Slot = int16_t Square::*;
+Slot slotMember(int slot) {
+    return slot == 0 ? &Square::painted : &Square::wanted;
+}
+
 // The board field of a history row: behind its piece counter, up to a blank.
 QString boardOfRow(const QString& row) {
     const QString text = row.mid(row.indexOf(u')') + 1).trimmed();
@@ -27,11 +34,11 @@ QString upperLetter(const QString& list, int k) {
 // walked from the target over the earlier position.
 class TwinSearch {
   public:
-    TwinSearch(const SquareVector& squareVector, int slot, long long cols, long long rows,
+    TwinSearch(const SquareVector& squareVector, Slot slot, long long cols, long long rows,
                long long target, long long source)
         : squareVector_(squareVector), slot_(slot), cols_(cols), rows_(rows),
           last_(cols * rows - 1), targetCol_(target % cols), targetRow_(target / cols),
-          source_(source), piece_(squareVector[source][slot]) {}
+          source_(source), piece_(squareVector[source].*slot) {}
 
     void ray(int dc, int dr) {
         for (long long k = 1; look(targetCol_ + k * dc, targetRow_ + k * dr); ++k) {
@@ -54,7 +61,7 @@ class TwinSearch {
             failed = true;
             return false;
         }
-        const int p = squareVector_[i][slot_];
+        const int p = squareVector_[i].*slot_;
         if (p <= 0) return true;
         if (p != piece_) return false;
         found = true;
@@ -64,7 +71,7 @@ class TwinSearch {
     }
 
     const SquareVector& squareVector_;
-    int slot_;
+    Slot slot_;
     long long cols_;
     long long rows_;
     long long last_;
@@ -104,11 +111,12 @@ QString squareName(int square, int columns) {
 void fenToSlot(int k, QString& t, SquareVector& squareVector, const Board& board,
                const QString& piecesList) {
     if (k != 0 && k != 1) return;
+    const Slot slot = slotMember(k);
     t = dropCounterPrefix(t);
     long long i = 0;
     auto put = [&](int value) {
         if (!insideVector(i)) return false;
-        squareVector[i++][k] = static_cast<int16_t>(value);
+        squareVector[i++].*slot = static_cast<int16_t>(value);
         return true;
     };
     // The whole text is read: a side to move behind the board lands past its
@@ -130,7 +138,8 @@ void writeMove(int v, QString& m, const SquareVector& squareVector, const Board&
                const Notation& notation) {
     m.clear();
     if (v != 0 && v != 1) return;
-    const int later = 1 - v;
+    const Slot earlierSlot = slotMember(v);
+    const Slot laterSlot = slotMember(1 - v);
     const long long cols = board.columns;
     const long long rows = board.rows;
     const long long last = cols * rows - 1;
@@ -140,8 +149,8 @@ void writeMove(int v, QString& m, const SquareVector& squareVector, const Board&
     std::vector<long long> from;
     for (long long i = 0; i <= last; ++i) {
         if (!insideVector(i)) return;
-        if (squareVector[i][v] == squareVector[i][later]) continue;
-        (squareVector[i][later] > 0 ? to : from).push_back(i);
+        if (squareVector[i].*earlierSlot == squareVector[i].*laterSlot) continue;
+        (squareVector[i].*laterSlot > 0 ? to : from).push_back(i);
     }
 
     // Two squares filled means castling, told apart by the corner the rook left.
@@ -158,11 +167,11 @@ void writeMove(int v, QString& m, const SquareVector& squareVector, const Board&
     // With nothing changed, square 0 stands as both ends of the move.
     if (to.size() > 1 || from.size() > 2) return;
     const long long target = to.empty() ? 0 : to.front();
-    const int moved = squareVector[target][later];
+    const int moved = squareVector[target].*laterSlot;
     if (moved <= 0) return;
     QString letter = upperLetter(notation.piecesList, moved);
     QString kind = upperLetter(notation.englishNotation, moved);
-    QString x = squareVector[target][v] > 0 ? QStringLiteral("x") : QString();
+    QString x = squareVector[target].*earlierSlot > 0 ? QStringLiteral("x") : QString();
     const QString targetName = squareName(static_cast<int>(target), static_cast<int>(cols));
 
     long long source = from.empty() ? 0 : from.front();
@@ -174,7 +183,7 @@ void writeMove(int v, QString& m, const SquareVector& squareVector, const Board&
     const QString sourceName = squareName(static_cast<int>(source), static_cast<int>(cols));
 
     QString promotion;
-    const int earlier = squareVector[source][v];
+    const int earlier = squareVector[source].*earlierSlot;
     if (earlier != moved) {
         if (earlier <= 0) return;
         promotion = QLatin1Char('=') + letter;
@@ -189,7 +198,7 @@ void writeMove(int v, QString& m, const SquareVector& squareVector, const Board&
         m = letter + x + targetName;
     } else if (kind == QLatin1String("N") || kind == QLatin1String("B") ||
                kind == QLatin1String("R") || kind == QLatin1String("Q")) {
-        TwinSearch twins(squareVector, v, cols, rows, target, source);
+        TwinSearch twins(squareVector, earlierSlot, cols, rows, target, source);
         searchTwins(twins, kind.at(0));
         if (twins.failed) return;
         // The file alone tells twins apart unless they share it.

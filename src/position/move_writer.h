@@ -9,8 +9,9 @@
 
 namespace marlith {
 
-// Loads the FEN text t into slot k (0 or 1) of squareVector, painting nothing. A
-// counter prefix "(...)" is cut from t itself, as the caller reads t again.
+// Loads the FEN text t into slot k of squareVector (0: the painted values,
+// 1: the wanted), painting nothing. A counter prefix "(...)" is cut from t
+// itself, as the caller reads t again.
 void fenToSlot(int k, QString& t, SquareVector& squareVector, const Board& board,
                const QString& piecesList);
 

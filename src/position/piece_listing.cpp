@@ -30,7 +30,7 @@ PieceLists listPieces(const SquareVector& squareVector, const Board& board,
     const QString sep = mode == ListingMode::Dictionary ? QString() : QStringLiteral(" ");
     const QString& letters = mode == ListingMode::PiecesList ? piecesList : englishNotation;
     for (int i = 0; i < squares; ++i) {
-        const int piece = foldedContent(squareVector[static_cast<size_t>(i)][1], pieces);
+        const int piece = foldedContent(squareVector[static_cast<size_t>(i)].wanted, pieces);
         if (piece < 1) continue;
         // A piece beyond the letters it is listed by has no name to go under.
         if (piece > letters.size()) continue;

@@ -27,7 +27,7 @@ struct EditBoard {
         return gesture(at(fromSquare), at(toSquare), button, shift);
     }
     QPointF at(int square) const { return QPointF(square % 8 * 225 + 112, square / 8 * 225 + 112); }
-    int content(int square) const { return foldedContent(squareVector[square][1], 12); }
+    int content(int square) const { return foldedContent(squareVector[square].wanted, 12); }
     QString fen() const { return squaresToFen(squareVector, {8, 8}, style.PiecesList); }
 };
 
@@ -38,16 +38,16 @@ class TstBoardEdit : public QObject {
   private Q_SLOTS:
     void dragMovesAndCtrlCopies() {
         EditBoard b;
-        b.squareVector[0][1] = 12; // K on a light square
+        b.squareVector[0].wanted = 12; // K on a light square
         QVERIFY(b.drag(0, 10).squaresChanged);
-        QCOMPARE(b.squareVector[10][1], int16_t(12 + 13)); // the cell of a dark square
+        QCOMPARE(b.squareVector[10].wanted, int16_t(12 + 13)); // the cell of a dark square
         b.drag(10, 20, kMaskCtrl);
-        QCOMPARE(b.squareVector[20][1], int16_t(12)); // and back to the cell of a light one
+        QCOMPARE(b.squareVector[20].wanted, int16_t(12)); // and back to the cell of a light one
         // Shift and Ctrl together, or Alt, move as without keys; an empty
         // source empties the target, with Ctrl too.
         b.drag(20, 21, kMaskShift | kMaskCtrl);
         b.drag(21, 22, kMaskAlt);
-        b.squareVector[5][1] = b.squareVector[6][1] = 3;
+        b.squareVector[5].wanted = b.squareVector[6].wanted = 3;
         b.drag(0, 5, kMaskCtrl);
         b.drag(1, 6);
         QCOMPARE(b.fen(), QStringLiteral("8/2K5/6K1/8/8/8/8/8"));
@@ -71,7 +71,7 @@ class TstBoardEdit : public QObject {
 
     void gesturesThatDoNothing() {
         EditBoard b;
-        b.squareVector[0][1] = 12;
+        b.squareVector[0].wanted = 12;
         // Right and middle drags, a middle click, a Shift stroke over the
         // diagram, and gestures that start or end off the squares.
         const QPointF off(8 * 225 + 10, 100);
@@ -86,8 +86,8 @@ class TstBoardEdit : public QObject {
     void theTurnedBoardMapsScreenToVector() {
         EditBoard b;
         b.reversed = 65;
-        b.squareVector[63][1] = 12; // shown at the top left
-        b.drag(0, 1);               // screen squares 0 -> 1
+        b.squareVector[63].wanted = 12; // shown at the top left
+        b.drag(0, 1);                   // screen squares 0 -> 1
         QCOMPARE(std::pair(b.content(62), b.content(63)), std::pair(12, 0));
         b.chosenPiece = 2;
         QCOMPARE(b.drag(8, 8).clickedSquare, 8); // the number on the screen

@@ -54,8 +54,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const QString text =
         QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
     for (const QString& move : text.split(QLatin1Char(' '))) {
-        for (SquareSlots& square : squareVector)
-            square[0] = square[1];
+        for (Square& square : squareVector)
+            square.painted = square.wanted;
         // The scanner's entry point plays a Latin-1 word alike.
         SquareVector bytesPlayed = squareVector;
         const QByteArray latin1 = move.toLatin1();
@@ -65,8 +65,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         playMove(side, word, squareVector, board, notation);
         if (!word.isEmpty() && word != QLatin1String("ok") && word != move) abort();
         if (isLatin1 && (played == word.isEmpty() || bytesPlayed != squareVector)) abort();
-        for (const SquareSlots& square : squareVector)
-            if (square[1] < 0 || square[1] > pieces) abort();
+        for (const Square& square : squareVector)
+            if (square.wanted < 0 || square.wanted > pieces) abort();
 
         // The writer gives the move from slot 0 (before) to slot 1, and back.
         QString m;

@@ -43,7 +43,7 @@ struct Chooser {
     // One use, as a caller starts it; the window is left open.
     void open(int mode) {
         window.hide();
-        state.chooserMode = static_cast<ChooserMode>(mode);
+        window.setMode(static_cast<ChooserMode>(mode));
         window.show();
         window.activateWindow();
     }
@@ -58,9 +58,8 @@ struct Chooser {
     }
     // Whether the window closed with a choice, and which.
     QString outcome() const {
-        return window.isVisible()       ? QStringLiteral("open")
-               : state.chooserConfirmed ? window.nameText()
-                                        : QStringLiteral("none");
+        return window.isVisible() ? QStringLiteral("open")
+                                  : window.choice().value_or(QStringLiteral("none"));
     }
 };
 

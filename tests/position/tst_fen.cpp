@@ -30,7 +30,7 @@ struct Run {
         return *this;
     }
     QString fen() const { return squaresToFen(squareVector, board, pieces); }
-    int at(int i) const { return squareVector[i][1]; }
+    int at(int i) const { return squareVector[i].wanted; }
 };
 
 struct ReadCase {
@@ -96,7 +96,7 @@ class TstFen : public QObject {
                      {1, 8, 0, -1, "8"},     {30, 30, 62, 12, "8886/8886/2K"}};
         for (const auto& [rows, columns, square, content, fen] : cases) {
             SquareVector squareVector{};
-            squareVector[square][1] = int16_t(content);
+            squareVector[square].wanted = int16_t(content);
             QCOMPARE(squaresToFen(squareVector, Board{rows, columns}, kPieces),
                      QString::fromLatin1(fen));
             QByteArray bytes = "junk";
@@ -113,7 +113,7 @@ class TstFen : public QObject {
             for (int trial = 0; trial < 20; ++trial) {
                 Run source(Board{rows, columns}), target(Board{rows, columns});
                 for (int i = 0; i < rows * columns; ++i)
-                    source.squareVector[i][1] =
+                    source.squareVector[i].wanted =
                         int16_t(random.bounded(3) == 0 ? random.bounded(1, 13) : 0);
                 QVERIFY(target.build(source.fen()).complete);
                 QCOMPARE(target.fen(), source.fen());
@@ -130,7 +130,7 @@ class TstFen : public QObject {
         QCOMPARE(run.painted[0], std::pair(2 + 13, 2)); // white pawn on a dark square
         // The painted slots are invalidated up to one past the board.
         invalidatePainted(run.squareVector, run.board);
-        QCOMPARE(run.squareVector[65][0], int16_t(0));
+        QCOMPARE(run.squareVector[65].painted, int16_t(0));
         QCOMPARE(run.build(QStringLiteral("P")).painted.size(), size_t(64));
     }
 

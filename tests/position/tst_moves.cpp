@@ -176,9 +176,9 @@ class TstMoves : public QObject {
         // One column of 400 rows: White's long castling runs past square 400
         // after its first square is written, and stops there.
         Table table(QStringLiteral("K"), Board{400, 1});
-        table.squareVector[399][1] = 12;
+        table.squareVector[399].wanted = 12;
         QCOMPARE(table.play(0, QStringLiteral("O-O-O")), QString());
-        QCOMPARE(std::pair(table.squareVector[399][1], table.squareVector[0][1]),
+        QCOMPARE(std::pair(table.squareVector[399].wanted, table.squareVector[0].wanted),
                  std::pair(int16_t(0), int16_t(12)));
     }
 
@@ -201,12 +201,12 @@ class TstMoves : public QObject {
         // The counter is cut from the text itself, as the caller reads it
         // again; the side to move lands behind the board.
         QCOMPARE(text, QStringLiteral("K7/1k6/8/8/8/8/8/8 b - - 0 1"));
-        QCOMPARE(int(squareVector[64][1]), 5);
+        QCOMPARE(int(squareVector[64].wanted), 5);
         // A text of more than 401 squares ends at the end of the vector.
-        squareVector[400][0] = 3;
+        squareVector[400].painted = 3;
         QString longText = QString(50, QLatin1Char('9')) + QStringLiteral("K");
         fenToSlot(0, longText, squareVector, Board{20, 20}, kPieces);
-        QCOMPARE(int(squareVector[400][0]), 0);
+        QCOMPARE(int(squareVector[400].painted), 0);
     }
 
     void roundTrip_data() {
