@@ -1,5 +1,6 @@
 #include "drawing/diagram.h"
 #include "drawing/piece_sheet.h"
+#include "output/image_output.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -189,6 +190,17 @@ class TstDiagram : public QObject {
         QCOMPARE(scene.cellAt(105, 105), marlith::builtInSheet().copy(12 * 15, 0, 15, 15));
         // Turned before the board grew: the turn is that of the board now.
         QCOMPARE(screenSquare(0, 100, 65), 99);
+    }
+
+    // One picture a square by piece, side and square colour; a break behind each row.
+    void htmlFragmentOfANarrowBoard() {
+        const Board board{2, 3};
+        const QString pieces = QLatin1String(kDefaultPiecesList);
+        SquareVector squareVector{};
+        buildBoard(QStringLiteral("K2/1p1"), squareVector, board, pieces, nullptr, nullptr);
+        QCOMPARE(htmlFragment(squareVector, board, pieces),
+                 "<img src=\"Kww.gif\"><img src=\"sqb.gif\"><img src=\"sqw.gif\"><br>\r\n"
+                 "<img src=\"sqb.gif\"><img src=\"pbw.gif\"><img src=\"sqb.gif\"><br>\r\n");
     }
 
     void sheetsFromFiles() {
