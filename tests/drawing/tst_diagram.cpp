@@ -148,20 +148,6 @@ class TstDiagram : public QObject {
         QVERIFY(row(normal, 0) != row(normal, 7));
         QCOMPARE(row(turned, 0), row(normal, 7));       // "1" on top
         QCOMPARE(column(turned, 7), column(normal, 0)); // "a" at the right
-        // The later word wins; mixed-case words are not read.
-        const QImage right = draw(0, "UP CENTER RIGHT");
-        QVERIFY(right != normal);
-        QCOMPARE(right, draw(0, "RIGHT"));
-    }
-
-    void fontStyle() {
-        Scene scene;
-        scene.style.ShowGrid = 1;
-        scene.style.FontStyle = QStringLiteral("BOLD ITALIC CAPS");
-        scene.style.FontSize = 12;
-        scene.diagram.drawBoard(scene.style, 0, QString());
-        const QFont used = scene.diagram.font();
-        QVERIFY(used.bold() && used.italic() && !used.underline() && used.pixelSize() == 16);
     }
 
     void squareAtSharesTheGaps() {
