@@ -220,15 +220,6 @@ class TstStyleImport : public QObject {
         QVERIFY(!run.complete);
         QCOMPARE(readFile(run.home("Marlith.ini")), before);
         QCOMPARE(run.known, QStringList({"A"}));
-        // A sheet that the disk can't take leaves the old one whole.
-        writeFile(run.in("p.bmp"), picture(QByteArray(4000, 'x').constData()));
-        run.answers = {ImportAnswer::Yes, ImportAnswer::Cancel};
-        {
-            const FileSizeLimit full(1000);
-            run.import("BeginStyle = A\n  PiecesFile = p.bmp\nEndStyle\n");
-        }
-        QVERIFY(!run.complete);
-        QCOMPARE(readFile(run.home("p.bmp")), picture("p"));
     }
 
     // A style file in the program folder itself copies nothing.

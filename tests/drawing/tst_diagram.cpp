@@ -68,10 +68,6 @@ class TstDiagram : public QObject {
             QCOMPARE(image.copy(square % 8 * 15, square / 8 * 15, 15, 15),
                      marlith::builtInSheet().copy((cell % 13) * 15, (cell / 13) * 15, 15, 15));
         }
-        // A piece's inside is white, so only on silver does the white pawn's
-        // head show it; the black pawn is solid there.
-        QCOMPARE(image.pixel(22, 93), kWhite);
-        QCOMPARE(image.pixel(7, 18), kBlack);
         // The four pixels round the last square show the background.
         QVERIFY(onlyColour(image.copy(120, 0, 4, 124), kBlack));
         QVERIFY(onlyColour(image.copy(0, 120, 124, 4), kBlack));

@@ -43,7 +43,6 @@ class TstHistory : public QObject {
         QCOMPARE(rowForUndo(QStringLiteral("(2x1)k7/8 w - - 0 0")),
                  QStringLiteral("k7/8 w - - 0 0"));
         QCOMPARE(rowForUndo(QStringLiteral("k7/8")), QStringLiteral("k7/8"));
-        QCOMPARE(historyFen({}), QString());
         QCOMPARE(historyFen({QStringLiteral("k7/8 "), QStringLiteral("8/8")}),
                  QStringLiteral("k7/8 \r\n8/8\r\n"));
     }

@@ -66,8 +66,6 @@ class TstPopeye : public QObject {
         const OptionText found = makeOptionText("maxtime 90 Intelligent");
         QCOMPARE(found.text, QString("NoBoard maxtime 90 Intelligent"));
         QCOMPARE(found.maxTime, 90);
-        // "MaxTime" at the end loses its blank and isn't found.
-        QCOMPARE(makeOptionText("Intelligent MaxTime ").maxTime, 60);
         // The command line keeps each argument whole, whatever blanks it holds.
         QCOMPARE(popeyeArguments(params({{10, "1 G; \"x\""}}), "/a b/Fo.tmp"),
                  QStringList({"-maxmem", "1 G; \"x\"", "/a b/Fo.tmp"}));

@@ -80,7 +80,6 @@ class TstStyleBlock : public QObject {
             {"Ärger (2) & Co.", ValueFault::None}, {"Smith, John", ValueFault::ItemSeparator},
             {"a;b", ValueFault::Comment},          {"a=b", ValueFault::KeySeparator},
             {"\"a\"", ValueFault::Quote},          {"a\nb, c", ValueFault::LineBreak},
-            {"a\u2029b", ValueFault::LineBreak},   {" a", ValueFault::OuterBlank},
             {"a ", ValueFault::OuterBlank}};
         for (const auto& [text, fault] : cases) {
             Style style = drawnSample();
