@@ -762,11 +762,10 @@ void StyleWindow::loadBorderFile() {
         return;
     }
     // The board goes into the middle of its picture.
-    style.XBase = static_cast<int16_t>(
-        centredBase(borderPicture_.width() * kTwipsPerPixel, style.BorderWidth, style.SqrHTab));
+    const QPoint base = centredBoardBase(borderPicture_.size() * kTwipsPerPixel, style);
+    style.XBase = static_cast<int16_t>(base.x());
     boardOffsetXEdit_->setText(QString::number(twipsToWholePixels(style.XBase)));
-    style.YBase = static_cast<int16_t>(
-        centredBase(borderPicture_.height() * kTwipsPerPixel, style.BorderHeight, style.SqrVTab));
+    style.YBase = static_cast<int16_t>(base.y());
     boardOffsetYEdit_->setText(QString::number(twipsToWholePixels(style.YBase)));
     autoSizePicture();
     preview();

@@ -48,6 +48,11 @@ int centredBase(int pictureTwips, int count, int tab) {
     return static_cast<int>(std::clamp(roundHalfEven(base), 0.0, 32767.0));
 }
 
+QPoint centredBoardBase(QSize pictureTwips, const Style& style) {
+    return {centredBase(pictureTwips.width(), style.BorderWidth, style.SqrHTab),
+            centredBase(pictureTwips.height(), style.BorderHeight, style.SqrVTab)};
+}
+
 QString fontStyleText(bool bold, bool italic, bool underline, bool strikeout, bool caps) {
     QString text;
     if (bold) text += QLatin1String("BOLD ");

@@ -4,6 +4,7 @@
 
 #include "styles/style.h"
 
+#include <QPoint>
 #include <QSize>
 #include <QString>
 #include <cstdint>
@@ -67,6 +68,9 @@ int formNumber(const QString& text, int low, int high);
 // Where a board of `count` squares at `tab` twips apart lies centred in a
 // border picture `pictureTwips` long; never before its edge.
 int centredBase(int pictureTwips, int count, int tab);
+// The board's base centred in a border picture of that size in twips: its
+// columns across the width, its rows down the height.
+QPoint centredBoardBase(QSize pictureTwips, const Style& style);
 
 // "BOLD ITALIC ..." and "UP LEFT" as the switches give them.
 QString fontStyleText(bool bold, bool italic, bool underline, bool strikeout, bool caps);

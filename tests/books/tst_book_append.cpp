@@ -50,6 +50,22 @@ class TstBookAppend : public QObject {
         }
     }
 
+    // A long game runs over several lines, each move written once.
+    void aLongGameWritesEachMoveOnce() {
+        const QStringList cycle{"k7/8/8/8/8/8/8/K7", "k7/8/8/8/8/8/8/1K6", "1k6/8/8/8/8/8/8/1K6",
+                                "1k6/8/8/8/8/8/8/K7"};
+        QStringList rows;
+        QString moves;
+        for (int i = 0; i <= 40; ++i)
+            rows << cycle[i % 4];
+        for (int n = 1; n <= 20; ++n)
+            moves += QStringLiteral("%1.%2 ").arg(n).arg(n % 2 ? "Kb1 Kb8" : "Ka1 Ka8");
+        const QStringList lines = pgnGame(tags("", ""), rows, kBoard, kNotation).bookLines;
+        const QStringList moveLines = lines.mid(lines.lastIndexOf(QString()) + 1);
+        QVERIFY(moveLines.size() >= 3);
+        QCOMPARE(moveLines.join(u' ').simplified(), moves + u'*');
+    }
+
     // A disk that fills up during the append leaves the book as it was.
     void aFailedAppendLeavesTheBook() {
         QTemporaryDir dir;

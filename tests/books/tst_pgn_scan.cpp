@@ -92,15 +92,6 @@ class TstPgnScan : public QObject {
                               pos(2, afterD4), pos(2, afterD4 + " {cut at 1...Qh4}"),
                               "[3|[Event \"c\"]", pos(3), pos(3, kAfterE4), pos(3, kAfterE5)}));
     }
-
-    void lineEndsOfAnyPlatform() {
-        const QByteArray crlf = "[Event \"a\"]\r\n\r\n1.e4 e5 2.Nf3\r\n\r\n[Event \"b\"]\r\n\r\n"
-                                "1.d4 d5\r\n";
-        const QStringList expected = Pgn(crlf).records();
-        QCOMPARE(expected.size(), 9);
-        for (const char* end : {"\n", "\r"})
-            QCOMPARE(Pgn(QByteArray(crlf).replace("\r\n", end)).records(), expected);
-    }
 };
 
 QTEST_MAIN(TstPgnScan)

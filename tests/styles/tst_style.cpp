@@ -10,8 +10,8 @@ using namespace marlith;
 class TstStyle : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void twipToPix() {
-        // A margin of 0.1 pixel: 224 twips are still 15 pixels, 223 no longer.
+    // A margin of 0.1 pixel: 224 twips are still 15 pixels, 223 no longer.
+    void twipsBecomePixelsWithATenthToSpare() {
         const std::pair<double, int> cases[] = {
             {225, 15}, {224, 15}, {223, 14}, {32760, 2184}, {-7, -1}};
         for (const auto& [twips, pixels] : cases) {
@@ -81,9 +81,16 @@ class TstStyle : public QObject {
         QCOMPARE(formFromStyle(style).piecesList, QLatin1String(kDefaultPiecesList));
     }
 
+    // Columns across the picture's width, rows down its height.
     void aBorderPictureCentresTheBoard() {
-        QCOMPARE(centredBase(3000, 8, 300), 300);
-        QCOMPARE(centredBase(2000, 8, 300), 0);
+        Style style;
+        resetStyle(style);
+        style.BorderWidth = 7;
+        style.BorderHeight = 10;
+        style.SqrHTab = 300;
+        style.SqrVTab = 240;
+        QCOMPARE(centredBoardBase(QSize(3000, 3600), style), QPoint(450, 600));
+        QCOMPARE(centredBoardBase(QSize(2000, 2000), style), QPoint(0, 0)); // never before the edge
         QCOMPARE(scrolledLength(kSizeBarMaximum / 2 + 3, 1500), 1545);
         QCOMPARE(farEdgeOffset(1000, 2000, 90), 0);
     }
