@@ -1,8 +1,10 @@
-// Opening a child window beside the main window, clear of the diagram.
+// Child windows: opening one beside the main window, clear of the diagram,
+// and closing one.
 #pragma once
 
 #include "core/window_place.h"
 
+#include <QCloseEvent>
 #include <QMargins>
 #include <QScreen>
 #include <QVariant>
@@ -35,6 +37,14 @@ inline void placeBesideDiagram(QWidget& window, const QWidget& mainWindow, const
         return;
     window.move(placeBeside(available, mainFrame, diagramOnScreen, size));
     window.setProperty(placed, true);
+}
+
+// The close box only hides a child window while the main window lives, so
+// that the window comes back as it was left; once the main window is gone it
+// closes.
+inline void hideOnClose(QWidget& window, QCloseEvent& event, bool mainWindowAlive) {
+    event.setAccepted(!mainWindowAlive);
+    if (mainWindowAlive) window.hide();
 }
 
 } // namespace marlith

@@ -1,6 +1,7 @@
 #include "gui/engine_window.h"
 
 #include "core/app_state.h"
+#include "gui/child_window_place.h"
 #include "gui/widget_geometry.h"
 
 #include <QAbstractButton>
@@ -148,13 +149,8 @@ void EngineWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void EngineWindow::closeEvent(QCloseEvent* event) {
-    // Closing only hides the window while the main window lives; a run goes on.
-    if (state_.mainWindowAlive) {
-        event->ignore();
-        hide();
-        return;
-    }
-    event->accept();
+    // A run goes on behind a hidden window.
+    hideOnClose(*this, *event, state_.mainWindowAlive);
 }
 
 } // namespace marlith
