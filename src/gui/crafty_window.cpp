@@ -5,7 +5,6 @@
 #include "engines/engine_files.h"
 
 #include "core/app_state.h"
-#include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
 
 #include <QComboBox>
@@ -69,8 +68,8 @@ CraftyWindow::CraftyWindow(AppState& state, QWidget* parent)
         namedButton(this, "printSolutionButton", "&Print Sol", twipsRect(5040, 480, 855, 315));
     closeButton_ = namedButton(this, "closeButton", "Cl&ose", twipsRect(6000, 480, 855, 315));
     connect(solveButton_, &QPushButton::clicked, this, &CraftyWindow::solve);
-    connect(copySolutionButton, &QPushButton::clicked, this, &CraftyWindow::copySolution);
-    connect(printSolutionButton, &QPushButton::clicked, this, &CraftyWindow::printSolution);
+    connect(copySolutionButton, &QPushButton::clicked, this, &EngineWindow::copySolution);
+    connect(printSolutionButton, &QPushButton::clicked, this, &EngineWindow::printSolution);
     connect(closeButton_, &QPushButton::clicked, this, &QWidget::hide);
     connect(clearAllButton, &QPushButton::clicked, this, &CraftyWindow::clearAll);
 
@@ -107,15 +106,6 @@ void CraftyWindow::solve() {
     closeButton_->setText(QStringLiteral("&Hide"));
     run_.begin(state_.programFolder, state_.logExtension);
     pollTimer_->start();
-}
-
-void CraftyWindow::copySolution() {
-    copyRows(listRows(solutionList_));
-}
-
-void CraftyWindow::printSolution() {
-    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
-    if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 
 void CraftyWindow::clearAll() {

@@ -2,6 +2,7 @@
 
 #include "core/app_state.h"
 #include "gui/child_window_place.h"
+#include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
 
 #include <QAbstractButton>
@@ -69,6 +70,15 @@ QListWidget* EngineWindow::makeSolutionList(QRect geometry) {
     fixed.setFixedPitch(true);
     solutionList_->setFont(fixed);
     return solutionList_;
+}
+
+void EngineWindow::copySolution() {
+    copyRows(listRows(solutionList_));
+}
+
+void EngineWindow::printSolution() {
+    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
+    if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 
 void EngineWindow::showClock(const std::optional<QString>& shown) {

@@ -3,7 +3,6 @@
 #include "books/new_file.h"
 
 #include "core/app_state.h"
-#include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
 #include "position/piece_listing.h"
 
@@ -138,8 +137,8 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
     connect(clearAllButton_, &QPushButton::clicked, this, &PopeyeWindow::clearAll);
     connect(solveButton_, &QPushButton::clicked, this, &PopeyeWindow::solve);
     connect(closeButton_, &QPushButton::clicked, this, &QWidget::hide);
-    connect(copySolutionButton_, &QPushButton::clicked, this, &PopeyeWindow::copySolution);
-    connect(printSolutionButton_, &QPushButton::clicked, this, &PopeyeWindow::printSolution);
+    connect(copySolutionButton_, &QPushButton::clicked, this, &EngineWindow::copySolution);
+    connect(printSolutionButton_, &QPushButton::clicked, this, &EngineWindow::printSolution);
 
     makeSolutionList(twipsRect(4560, 45, 3975, 3960))->setFocusPolicy(Qt::NoFocus);
 
@@ -273,15 +272,6 @@ void PopeyeWindow::solve() {
     closeButton_->setText(QStringLiteral("&Hide"));
     run_.begin(protocol, maxTime);
     wake();
-}
-
-void PopeyeWindow::copySolution() {
-    copyRows(listRows(solutionList_));
-}
-
-void PopeyeWindow::printSolution() {
-    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
-    if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 
 void PopeyeWindow::wake() {

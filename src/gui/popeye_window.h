@@ -29,8 +29,6 @@ class PopeyeWindow : public EngineWindow {
 
     void clearAll();
     void solve();
-    void copySolution();
-    void printSolution();
     void setParam(int index);
     void chooseEntry(int index);
     void tick() override;
