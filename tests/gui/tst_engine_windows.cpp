@@ -172,27 +172,27 @@ class TstEngineWindows : public QObject {
         Engines e({{"py", kPopeye}, {"py.dat", "00# '#\r\n01 2 '#\r\n03Variation\r\n03Try\r\n"}});
         PopeyeWindow* w = e.popeye("K7", {});
         w->show();
-        const PopeyeParams& params = e.f->state.popeyeParams;
+        const PopeyeFields& params = e.f->state.popeyeFields;
         for (const auto& [box, text] : {std::pair{0, "#"}, {1, "2"}, {3, "Variation"}}) {
             QLineEdit* edit = w->paramBox(box)->lineEdit();
             edit->setFocus();
             QTest::keyClicks(edit, QLatin1String(text));
             QTest::keyClick(edit, Qt::Key_Return);
             QTest::keyClick(edit, Qt::Key_Tab);
-            QCOMPARE(params[static_cast<size_t>(box)], QLatin1String(text));
+            QCOMPARE(params.box(static_cast<size_t>(box)), QLatin1String(text));
         }
         QComboBox* options = w->paramBox(3);
         for (const char* after : {"Variation Try", "Variation Try Try"}) {
             options->showPopup();
             options->view()->setCurrentIndex(options->model()->index(1, 0));
             QTest::keyClick(options->view(), Qt::Key_Return);
-            QCOMPARE(params[3], QLatin1String(after));
+            QCOMPARE(params.options, QLatin1String(after));
         }
         w->paramBox(0)->setFocus();
         QWheelEvent wheel(QPointF(5, 5), options->mapToGlobal(QPointF(5, 5)), {}, {0, -120},
                           Qt::NoButton, {}, Qt::NoScrollPhase, false);
         QApplication::sendEvent(options, &wheel);
-        QCOMPARE(params[3], QLatin1String("Variation Try Try"));
+        QCOMPARE(params.options, QLatin1String("Variation Try Try"));
     }
 
     // An engine that ends without a result ends the run at once: its own
@@ -302,11 +302,11 @@ class TstEngineWindows : public QObject {
         f.openBook(QStringLiteral("b.fen"), "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
                                             "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
         PopeyeWindow* w = e.popeye("", {});
-        const PopeyeParams& params = f.state.popeyeParams;
-        QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),
+        const PopeyeFields& p = f.state.popeyeFields;
+        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
                  QStringList({"h#", "3", "Qd1 Ke1", "Ke8"}));
         f.window->bookPanel()->gameScrollBar()->setValue(2);
-        QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),
+        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
                  QStringList({"#", "2", "Ka1", ""}));
         QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
     }

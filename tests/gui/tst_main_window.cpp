@@ -218,8 +218,8 @@ class TstMainWindow : public QObject {
             first.positionEdit->clear();
             first.type(QStringLiteral("sS, \"x;y\" %41"));
             first.window->move(40, 30);
-            first.state.popeyeParams[0] = QStringLiteral("ser-h#|;");
-            first.state.popeyeParams[10] = QStringLiteral("twin=1");
+            first.state.popeyeFields.stipulation = QStringLiteral("ser-h#|;");
+            first.state.popeyeFields.maxMem = QStringLiteral("twin=1");
             first.window->close();
         }
         Fixture second({}, {}, shared.path());
@@ -230,7 +230,7 @@ class TstMainWindow : public QObject {
         QCOMPARE(second.window->pos(), QPoint(40, 30));
         const PopeyeWindow popeye(second.state, nullptr);
         QCOMPARE(popeye.findChild<QComboBox*>("stipulationBox")->currentText(), "ser-h#|;");
-        QCOMPARE(second.state.popeyeParams[10], "twin=1");
+        QCOMPARE(second.state.popeyeFields.maxMem, "twin=1");
     }
 
     // The style list matches whole names: nothing completes typing, and the
