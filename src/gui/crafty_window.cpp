@@ -75,13 +75,8 @@ CraftyWindow::CraftyWindow(AppState& state, QWidget* parent)
 
     makeSolutionList(twipsRect(0, 840, 8175, 4050));
 
-    setTabOrder(solveButton_, whiteOption_);
-    setTabOrder(whiteOption_, positionEdit_);
-    setTabOrder(positionEdit_, depthBox_);
-    setTabOrder(depthBox_, clearAllButton);
-    setTabOrder(clearAllButton, copySolutionButton);
-    setTabOrder(copySolutionButton, printSolutionButton);
-    setTabOrder(printSolutionButton, closeButton_);
+    chainTabs({solveButton_, whiteOption_, positionEdit_, depthBox_, clearAllButton,
+               copySolutionButton, printSolutionButton, closeButton_});
 
     watchFocus();
     widenToCaptions();

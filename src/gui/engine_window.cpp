@@ -127,6 +127,11 @@ void EngineWindow::widenToCaptions() {
     }
 }
 
+void EngineWindow::chainTabs(const QList<QWidget*>& controls) {
+    for (qsizetype i = 1; i < controls.size(); ++i)
+        setTabOrder(controls[i - 1], controls[i]);
+}
+
 void EngineWindow::showEnded(const QString& engine, QPushButton* start, QPushButton* hide) {
     QStringList rows;
     const QString said = QString::fromLocal8Bit(engine_.output());

@@ -67,6 +67,8 @@ class EngineWindow : public QWidget {
     void watchFocus();
     // Buttons and labels as wide as their captions need at this desktop's font.
     void widenToCaptions();
+    // Tab goes from each control to the next.
+    void chainTabs(const QList<QWidget*>& controls);
 
     AppState& state_;
     QLabel* clockLabel_ = nullptr;

@@ -142,16 +142,11 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
     makeSolutionList(twipsRect(4560, 45, 3975, 3960))->setFocusPolicy(Qt::NoFocus);
 
     // The boxes top to bottom, then the buttons.
-    QWidget* previous = boxes_.stipulation;
-    const auto follow = [&](QWidget* next) {
-        setTabOrder(previous, next);
-        previous = next;
-    };
-    for (size_t i = 1; i < PopeyeFields::kCount; ++i)
-        follow(boxes_.box(i));
-    for (QWidget* next :
-         {solveButton_, clearAllButton_, copySolutionButton_, printSolutionButton_, closeButton_})
-        follow(next);
+    QList<QWidget*> tabs;
+    for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+        tabs << boxes_.box(i);
+    chainTabs(tabs << solveButton_ << clearAllButton_ << copySolutionButton_ << printSolutionButton_
+                   << closeButton_);
 
     fitCaptions();
     widenToCaptions();

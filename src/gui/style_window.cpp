@@ -339,8 +339,8 @@ QGridLayout* StyleWindow::createColourBox(QWidget* border) {
     autoSizeButton_->setFixedWidth(pictureHeightScrollBar_->sizeHint().width() + 4);
     watchFocus(frameColorSwatch_, frameColorLabel);
     watchFocus(backColorSwatch_, backColorLabel);
-    connect(frameColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickFrameColor);
-    connect(backColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickBackColor);
+    connect(frameColorSwatch_, &QPushButton::clicked, this, [this] { pick(frameColorSwatch_); });
+    connect(backColorSwatch_, &QPushButton::clicked, this, [this] { pick(backColorSwatch_); });
     connect(pictureWidthScrollBar_, &QScrollBar::valueChanged, this,
             &StyleWindow::resizePictureWidth);
     connect(pictureHeightScrollBar_, &QScrollBar::valueChanged, this,
@@ -444,7 +444,7 @@ QGridLayout* StyleWindow::createFontStyles(QWidget* border) {
     fontStyles->addWidget(fontColorLabel, 0, 2);
     fontStyles->addWidget(fontColorSwatch_, 1, 2);
     watchFocus(fontColorSwatch_, fontColorLabel);
-    connect(fontColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickFontColor);
+    connect(fontColorSwatch_, &QPushButton::clicked, this, [this] { pick(fontColorSwatch_); });
     return fontStyles;
 }
 
@@ -580,26 +580,11 @@ void StyleWindow::styleToControls() {
         borderPictureFile_ = style.BorderFile;
 
     const StyleForm form = formFromStyle(style);
-    boardRowsEdit_->setText(form.boardRows);
-    boardColumnsEdit_->setText(form.boardColumns);
-    frameWidthEdit_->setText(form.frameWidth);
-    boardOffsetYEdit_->setText(form.boardOffsetY);
-    boardOffsetXEdit_->setText(form.boardOffsetX);
-    pictureHeightEdit_->setText(form.pictureHeight);
-    pictureWidthEdit_->setText(form.pictureWidth);
-    borderFileEdit_->setText(form.borderFile);
-    piecesFileEdit_->setText(form.piecesFile);
+    for (const auto& [edit, field] : textBoxes())
+        edit->setText(form.*field);
     styleNameBox_->setEditText(form.styleName);
-    startPositionEdit_->setText(form.startPosition);
-    englishNotationEdit_->setText(form.englishNotation);
-    popeyeDictionaryEdit_->setText(form.popeyeDictionary);
     copyCounterCheck_->setChecked(form.copyCounter);
     showGridCheck_->setChecked(form.showGrid);
-    squareSpaceVerticalEdit_->setText(form.squareSpaceVertical);
-    squareSpaceHorizontalEdit_->setText(form.squareSpaceHorizontal);
-    piecesListEdit_->setText(form.piecesList);
-    cellOverlapVerticalEdit_->setText(form.cellOverlapVertical);
-    cellOverlapHorizontalEdit_->setText(form.cellOverlapHorizontal);
     setSwatch(backColorSwatch_, form.backColor);
     setSwatch(frameColorSwatch_, form.frameColor);
 
@@ -634,29 +619,34 @@ void StyleWindow::styleToControls() {
     previewBlocked_ = false;
 }
 
+std::array<std::pair<QLineEdit*, QString StyleForm::*>, 17> StyleWindow::textBoxes() const {
+    return {{{piecesFileEdit_, &StyleForm::piecesFile},
+             {borderFileEdit_, &StyleForm::borderFile},
+             {piecesListEdit_, &StyleForm::piecesList},
+             {startPositionEdit_, &StyleForm::startPosition},
+             {englishNotationEdit_, &StyleForm::englishNotation},
+             {popeyeDictionaryEdit_, &StyleForm::popeyeDictionary},
+             {cellOverlapVerticalEdit_, &StyleForm::cellOverlapVertical},
+             {cellOverlapHorizontalEdit_, &StyleForm::cellOverlapHorizontal},
+             {squareSpaceVerticalEdit_, &StyleForm::squareSpaceVertical},
+             {squareSpaceHorizontalEdit_, &StyleForm::squareSpaceHorizontal},
+             {boardRowsEdit_, &StyleForm::boardRows},
+             {boardColumnsEdit_, &StyleForm::boardColumns},
+             {boardOffsetYEdit_, &StyleForm::boardOffsetY},
+             {boardOffsetXEdit_, &StyleForm::boardOffsetX},
+             {frameWidthEdit_, &StyleForm::frameWidth},
+             {pictureHeightEdit_, &StyleForm::pictureHeight},
+             {pictureWidthEdit_, &StyleForm::pictureWidth}}};
+}
+
 StyleForm StyleWindow::formFromControls() const {
     StyleForm form;
     form.styleName = styleNameBox_->currentText();
-    form.piecesFile = piecesFileEdit_->text();
-    form.borderFile = borderFileEdit_->text();
-    form.piecesList = piecesListEdit_->text();
-    form.startPosition = startPositionEdit_->text();
-    form.englishNotation = englishNotationEdit_->text();
-    form.popeyeDictionary = popeyeDictionaryEdit_->text();
-    form.cellOverlapVertical = cellOverlapVerticalEdit_->text();
-    form.cellOverlapHorizontal = cellOverlapHorizontalEdit_->text();
-    form.squareSpaceVertical = squareSpaceVerticalEdit_->text();
-    form.squareSpaceHorizontal = squareSpaceHorizontalEdit_->text();
+    for (const auto& [edit, field] : textBoxes())
+        form.*field = edit->text();
     form.copyCounter = copyCounterCheck_->isChecked();
-    form.boardRows = boardRowsEdit_->text();
-    form.boardColumns = boardColumnsEdit_->text();
-    form.boardOffsetY = boardOffsetYEdit_->text();
-    form.boardOffsetX = boardOffsetXEdit_->text();
-    form.frameWidth = frameWidthEdit_->text();
     form.frameColor = swatchColor(frameColorSwatch_);
     form.backColor = swatchColor(backColorSwatch_);
-    form.pictureHeight = pictureHeightEdit_->text();
-    form.pictureWidth = pictureWidthEdit_->text();
     form.showGrid = showGridCheck_->isChecked();
     form.fontName = fontNameBox_->currentText();
     form.fontSize = fontSizeBox_->currentText();
@@ -810,18 +800,6 @@ void StyleWindow::pick(QPushButton* box) {
     const int32_t color = pickColor(swatchColor(box), box);
     if (color >= 0) setSwatch(box, color);
     preview();
-}
-
-void StyleWindow::pickFrameColor() {
-    pick(frameColorSwatch_);
-}
-
-void StyleWindow::pickBackColor() {
-    pick(backColorSwatch_);
-}
-
-void StyleWindow::pickFontColor() {
-    pick(fontColorSwatch_);
 }
 
 void StyleWindow::resizePictureWidth(int value) {

@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <array>
 #include <functional>
+#include <utility>
 
 class QAbstractItemView;
 class QCheckBox;
@@ -57,9 +58,6 @@ class StyleWindow : public QDialog {
     void loadBorderFile();
     void browsePiecesFile();
     void browseBorderFile();
-    void pickFrameColor();
-    void pickBackColor();
-    void pickFontColor();
     void resizePictureWidth(int value);
     void resizePictureHeight(int value);
     void updateFarEdgeEntries();
@@ -118,6 +116,8 @@ class StyleWindow : public QDialog {
     void addPairRow(QGridLayout* grid, int& row, QLabel* caption, QWidget* first,
                     const char* timesName, QWidget* second);
     StyleForm formFromControls() const;
+    // The text boxes and the fields of the form they show.
+    std::array<std::pair<QLineEdit*, QString StyleForm::*>, 17> textBoxes() const;
     void setSwatch(QPushButton* swatch, int32_t color);
     int32_t swatchColor(const QPushButton* swatch) const;
     void pick(QPushButton* swatch);
