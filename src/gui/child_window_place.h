@@ -40,8 +40,7 @@ inline void placeBesideDiagram(QWidget& window, const QWidget& mainWindow, const
 }
 
 // The close box only hides a child window while the main window lives, so
-// that the window comes back as it was left; once the main window is gone it
-// closes.
+// that it comes back as it was left; then it closes.
 inline void hideOnClose(QWidget& window, QCloseEvent& event, bool mainWindowAlive) {
     event.setAccepted(!mainWindowAlive);
     if (mainWindowAlive) window.hide();

@@ -39,6 +39,12 @@ QFrame* rule(QWidget* parent, const char* name, int y, const QColor& colour) {
     return line;
 }
 
+// The field and its box show `text`.
+void showParam(QString& field, QComboBox* box, const QString& text) {
+    field = text;
+    box->setEditText(text);
+}
+
 QString cutTrailingBlanks(QString text) {
     while (text.endsWith(QLatin1Char(' ')))
         text.chop(1);
@@ -197,11 +203,6 @@ void PopeyeWindow::takeGameHeaders(const QStringList& headers) {
     PopeyeFields& fields = state_.popeyeFields;
     showParam(fields.stipulation, boxes_.stipulation, split.stipulation);
     if (!split.moves.isEmpty()) showParam(fields.moves, boxes_.moves, split.moves);
-}
-
-void PopeyeWindow::showParam(QString& field, QComboBox* box, const QString& text) {
-    field = text;
-    box->setEditText(text);
 }
 
 void PopeyeWindow::setParam(size_t box) {

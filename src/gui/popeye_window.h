@@ -46,8 +46,6 @@ class PopeyeWindow : public EngineWindow {
   private:
     void focusChanged() override;
     void fitCaptions();
-    // The field and its box show `text`.
-    static void showParam(QString& field, QComboBox* box, const QString& text);
     // The protocol's new rows join the list, which keeps a bounded tail.
     void showProtocolRows();
     // The run's work files go.

@@ -226,8 +226,7 @@ QGroupBox* StyleWindow::createPiecesGroup() {
     int row = 0;
     // A caption and its text box; a browse button beside the box when named.
     const auto line = [&](const char* labelName, const char* caption, const char* editName,
-                          const char* browseName = nullptr,
-                          void(StyleWindow::*browseSlot)() = nullptr) {
+                          const char* browseName = nullptr) {
         QLabel* l = label(pieces, labelName, caption);
         QLineEdit* edit = textEdit(pieces, editName);
         grid->addWidget(l, row, 0);
@@ -238,15 +237,15 @@ QGroupBox* StyleWindow::createPiecesGroup() {
             auto* browse = new ToolButton(faces[0], faces[1], pieces);
             browse->setObjectName(QLatin1String(browseName));
             grid->addWidget(browse, row, 2);
-            connect(browse, &ToolButton::clicked, this, browseSlot);
+            connect(browse, &ToolButton::clicked, this, [this, edit] { browseFile(edit); });
         }
         ++row;
         return edit;
     };
-    piecesFileEdit_ = line("piecesFileLabel", "Pieces file: ", "piecesFileEdit",
-                           "browsePiecesButton", &StyleWindow::browsePiecesFile);
-    borderFileEdit_ = line("borderFileLabel", "Border File: ", "borderFileEdit",
-                           "browseBorderButton", &StyleWindow::browseBorderFile);
+    piecesFileEdit_ =
+        line("piecesFileLabel", "Pieces file: ", "piecesFileEdit", "browsePiecesButton");
+    borderFileEdit_ =
+        line("borderFileLabel", "Border File: ", "borderFileEdit", "browseBorderButton");
     piecesListEdit_ = line("piecesListLabel", "Pieces list: ", "piecesListEdit");
     startPositionEdit_ = line("startPositionLabel", "Start position: ", "startPositionEdit");
     englishNotationEdit_ =
@@ -780,20 +779,15 @@ void StyleWindow::loadBorderFile() {
     preview();
 }
 
-void StyleWindow::browsePiecesFile() {
+void StyleWindow::browseFile(QLineEdit* edit) {
+    const bool sheet = edit == piecesFileEdit_;
     QString path;
-    if (!chooseFile || !chooseFile(ChooserMode::PieceSheet, path)) return;
-    piecesFileEdit_->setText(path);
-    loadPiecesFile();
-    piecesFileEdit_->end(false);
-}
-
-void StyleWindow::browseBorderFile() {
-    QString path;
-    if (!chooseFile || !chooseFile(ChooserMode::BorderBitmap, path)) return;
-    borderFileEdit_->setText(path);
-    loadBorderFile();
-    borderFileEdit_->end(false);
+    if (!chooseFile ||
+        !chooseFile(sheet ? ChooserMode::PieceSheet : ChooserMode::BorderBitmap, path))
+        return;
+    edit->setText(path);
+    sheet ? loadPiecesFile() : loadBorderFile();
+    edit->end(false);
 }
 
 void StyleWindow::pick(QPushButton* box) {

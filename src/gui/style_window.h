@@ -56,8 +56,6 @@ class StyleWindow : public QDialog {
     void switchGrid(bool on);
     void loadPiecesFile();
     void loadBorderFile();
-    void browsePiecesFile();
-    void browseBorderFile();
     void resizePictureWidth(int value);
     void resizePictureHeight(int value);
     void updateFarEdgeEntries();
@@ -96,6 +94,8 @@ class StyleWindow : public QDialog {
   private:
     void createMenu();
     void watchStyleList();
+    // The chooser names the file of the pieces' or the border's box, which reads it.
+    void browseFile(QLineEdit* edit);
     // The controls, group by group as the window shows them.
     void createControls();
     QHBoxLayout* createNameRow();
