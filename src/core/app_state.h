@@ -3,6 +3,7 @@
 #pragma once
 
 #include "books/book_walk.h"
+#include "engines/popeye_fields.h"
 #include "position/fen.h"
 #include "styles/style.h"
 
@@ -38,9 +39,9 @@ struct AppState {
     // gives the Popeye window's boxes.
     QString popeyeProgram;
     QString craftyProgram;
-    std::array<QStringList, 11> pyDatLists;
+    PopeyeLists popeyeLists;
     // The Popeye window's fields, kept for the run and never saved.
-    std::array<QString, 11> popeyeParams;
+    PopeyeFields popeyeFields;
     // The extension of the current Crafty log, such as "007".
     QString logExtension;
     bool otherInstanceRunning = false;

@@ -53,8 +53,8 @@ void readKeptItem(const StyleItem& item, KeptSession& kept) {
         kept.window = QRect(values[0], values[1], values[2], values[3]);
     } else if (item.key == u"RECENTPOPEYE") {
         const QStringList fields = item.value.split(kFieldSeparator);
-        for (size_t i = 0; i < kept.popeyeFields.size(); ++i)
-            kept.popeyeFields[i] =
+        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+            kept.popeyeFields.box(i) =
                 i < size_t(fields.size()) ? unescapeSettingsValue(fields[qsizetype(i)]) : QString();
     }
 }
@@ -309,8 +309,9 @@ bool writeSettings(const QString& programFolder, const RecentList& recentFile,
                              .arg(kept->window.height())
                              .toLatin1());
         QStringList fields;
-        for (const QString& field : kept->popeyeFields)
-            fields.append(escapeSettingsValue(field, QStringView(&kFieldSeparator, 1)));
+        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+            fields.append(
+                escapeSettingsValue(kept->popeyeFields.box(i), QStringView(&kFieldSeparator, 1)));
         lines.append("RecentPopeye = " + fields.join(QChar(kFieldSeparator)).toLatin1());
     }
 

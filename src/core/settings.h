@@ -3,6 +3,7 @@
 // recent books with its menu captions.
 #pragma once
 
+#include "engines/popeye_fields.h"
 #include "styles/style.h"
 
 #include <QByteArray>
@@ -27,7 +28,7 @@ using RecentList = std::array<QString, 4>; // most recent first; unused entries 
 struct KeptSession {
     QString position;
     QRect window; // empty when none was kept
-    std::array<QString, 11> popeyeFields;
+    PopeyeFields popeyeFields;
 };
 
 // A value as the settings grammar can hold it: "%", ",", ";", quotes, "=",

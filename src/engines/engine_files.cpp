@@ -107,7 +107,7 @@ PyDat parsePyDat(const QByteArray& data) {
         const double number = lineNumber(line);
         const QString value = line.mid(2);
         if (number >= 0 && number <= 10)
-            table.lists[static_cast<size_t>(number)].append(value);
+            table.lists.box(static_cast<size_t>(number)).append(value);
         else if (number == 90)
             table.dictionary += value;
     }

@@ -2,9 +2,10 @@
 // at start, the Py.dat table, and the files that their runs leave behind.
 #pragma once
 
+#include "engines/popeye_fields.h"
+
 #include <QString>
 #include <QStringList>
-#include <array>
 
 namespace marlith {
 
@@ -31,7 +32,7 @@ EngineMenu locateEngines(bool popeyeFound, bool craftyFound, const QString& rece
 // The lists of the Popeye window's eleven boxes and the piece dictionary,
 // which always ends in "&&".
 struct PyDat {
-    std::array<QStringList, 11> lists;
+    PopeyeLists lists;
     QString dictionary;
 };
 PyDat readPyDat(const QString& path);

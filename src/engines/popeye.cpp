@@ -11,10 +11,11 @@
 
 namespace marlith {
 
-QString runWarning(const PopeyeParams& popeyeParams) {
-    if (popeyeParams[0].isEmpty()) return QStringLiteral("Enter the stipulation!");
-    if (popeyeParams[1].isEmpty()) return QStringLiteral("Enter the number of moves!");
-    if (popeyeParams[6].isEmpty() && popeyeParams[7].isEmpty() && popeyeParams[8].isEmpty())
+QString runWarning(const PopeyeFields& fields) {
+    if (fields.stipulation.isEmpty()) return QStringLiteral("Enter the stipulation!");
+    if (fields.moves.isEmpty()) return QStringLiteral("Enter the number of moves!");
+    if (fields.whitePieces.isEmpty() && fields.blackPieces.isEmpty() &&
+        fields.neutralPieces.isEmpty())
         return QStringLiteral("Enter the pieces list!");
     return {};
 }
@@ -74,36 +75,36 @@ OptionText makeOptionText(const QString& options) {
     return option;
 }
 
-QStringList problemFileLines(const PopeyeParams& popeyeParams, const QString& protocolPath) {
+QStringList problemFileLines(const PopeyeFields& fields, const QString& protocolPath) {
     QStringList lines;
     auto optional = [&lines](const char* keyword, const QString& value) {
         if (!value.isEmpty()) lines << QLatin1String(keyword) + value;
     };
     lines << QStringLiteral("BeginProblem") << QStringLiteral("Pieces");
-    optional("White ", popeyeParams[6]);
-    optional("Black ", popeyeParams[7]);
-    optional("Neutral ", popeyeParams[8]);
+    optional("White ", fields.whitePieces);
+    optional("Black ", fields.blackPieces);
+    optional("Neutral ", fields.neutralPieces);
     lines << QStringLiteral("Protocol ") + protocolPath;
-    lines << QStringLiteral("Stipulation ") + popeyeParams[0] + popeyeParams[1];
-    optional("Condition ", popeyeParams[2]);
-    lines << QStringLiteral("Option ") + makeOptionText(popeyeParams[3]).text;
-    optional("Twin ", popeyeParams[4]);
-    optional("ZeroPosition ", popeyeParams[5]);
-    optional("", popeyeParams[9]);
+    lines << QStringLiteral("Stipulation ") + fields.stipulation + fields.moves;
+    optional("Condition ", fields.conditions);
+    lines << QStringLiteral("Option ") + makeOptionText(fields.options).text;
+    optional("Twin ", fields.twins);
+    optional("ZeroPosition ", fields.zeroPosition);
+    optional("", fields.command);
     lines << QStringLiteral("EndProblem");
     return lines;
 }
 
-QByteArray problemFileText(const PopeyeParams& popeyeParams, const QString& protocolPath) {
+QByteArray problemFileText(const PopeyeFields& fields, const QString& protocolPath) {
     QByteArray text;
-    for (const QString& line : problemFileLines(popeyeParams, protocolPath))
+    for (const QString& line : problemFileLines(fields, protocolPath))
         text += line.toUtf8() + "\r\n";
     return text;
 }
 
-QStringList popeyeArguments(const PopeyeParams& popeyeParams, const QString& problemPath) {
+QStringList popeyeArguments(const PopeyeFields& fields, const QString& problemPath) {
     QStringList arguments;
-    if (!popeyeParams[10].isEmpty()) arguments << QStringLiteral("-maxmem") << popeyeParams[10];
+    if (!fields.maxMem.isEmpty()) arguments << QStringLiteral("-maxmem") << fields.maxMem;
     arguments << problemPath;
     return arguments;
 }

@@ -4,22 +4,17 @@
 
 #include <QString>
 #include <QStringList>
-#include <array>
 #include <cstdint>
 #include <deque>
 #include <optional>
 
 #include "engines/engine_text.h"
+#include "engines/popeye_fields.h"
 
 namespace marlith {
 
-// The eleven fields of the Popeye window: 0 stipulation, 1 moves,
-// 2 conditions, 3 options, 4 twins, 5 zero position, 6 white, 7 black,
-// 8 neutral pieces, 9 a raw command line, 10 the -maxmem value.
-using PopeyeParams = std::array<QString, 11>;
-
 // The refusal of a run for missing fields, or "" when it may start.
-QString runWarning(const PopeyeParams& popeyeParams);
+QString runWarning(const PopeyeFields& fields);
 
 // A stipulation typed with its number ("#2", "h#3", "ser-h#5", "h#2.5")
 // gives the number to the moves, which must then be empty or say the same.
@@ -44,13 +39,13 @@ struct OptionText {
 OptionText makeOptionText(const QString& options);
 
 // The lines of the problem file, without line ends.
-QStringList problemFileLines(const PopeyeParams& popeyeParams, const QString& protocolPath);
+QStringList problemFileLines(const PopeyeFields& fields, const QString& protocolPath);
 // The same joined, each line ended by CR LF, as written to the file.
-QByteArray problemFileText(const PopeyeParams& popeyeParams, const QString& protocolPath);
+QByteArray problemFileText(const PopeyeFields& fields, const QString& protocolPath);
 
 // The arguments behind the program: "-maxmem" and its value when given, then
 // the problem file. Each is one argument, whatever blanks it holds.
-QStringList popeyeArguments(const PopeyeParams& popeyeParams, const QString& problemPath);
+QStringList popeyeArguments(const PopeyeFields& fields, const QString& problemPath);
 
 // Choosing an entry of a box's list: the text before " '" and the mode
 // character behind it (">" when there is none) combine with the field.

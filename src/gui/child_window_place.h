@@ -1,8 +1,10 @@
-// Opening a child window beside the main window, clear of the diagram.
+// Child windows: opening one beside the main window, clear of the diagram,
+// and closing one.
 #pragma once
 
 #include "core/window_place.h"
 
+#include <QCloseEvent>
 #include <QMargins>
 #include <QScreen>
 #include <QVariant>
@@ -35,6 +37,13 @@ inline void placeBesideDiagram(QWidget& window, const QWidget& mainWindow, const
         return;
     window.move(placeBeside(available, mainFrame, diagramOnScreen, size));
     window.setProperty(placed, true);
+}
+
+// The close box only hides a child window while the main window lives, so
+// that it comes back as it was left; then it closes.
+inline void hideOnClose(QWidget& window, QCloseEvent& event, bool mainWindowAlive) {
+    event.setAccepted(!mainWindowAlive);
+    if (mainWindowAlive) window.hide();
 }
 
 } // namespace marlith

@@ -5,7 +5,6 @@
 #include "engines/engine_files.h"
 
 #include "core/app_state.h"
-#include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
 
 #include <QComboBox>
@@ -69,20 +68,15 @@ CraftyWindow::CraftyWindow(AppState& state, QWidget* parent)
         namedButton(this, "printSolutionButton", "&Print Sol", twipsRect(5040, 480, 855, 315));
     closeButton_ = namedButton(this, "closeButton", "Cl&ose", twipsRect(6000, 480, 855, 315));
     connect(solveButton_, &QPushButton::clicked, this, &CraftyWindow::solve);
-    connect(copySolutionButton, &QPushButton::clicked, this, &CraftyWindow::copySolution);
-    connect(printSolutionButton, &QPushButton::clicked, this, &CraftyWindow::printSolution);
+    connect(copySolutionButton, &QPushButton::clicked, this, &EngineWindow::copySolution);
+    connect(printSolutionButton, &QPushButton::clicked, this, &EngineWindow::printSolution);
     connect(closeButton_, &QPushButton::clicked, this, &QWidget::hide);
     connect(clearAllButton, &QPushButton::clicked, this, &CraftyWindow::clearAll);
 
     makeSolutionList(twipsRect(0, 840, 8175, 4050));
 
-    setTabOrder(solveButton_, whiteOption_);
-    setTabOrder(whiteOption_, positionEdit_);
-    setTabOrder(positionEdit_, depthBox_);
-    setTabOrder(depthBox_, clearAllButton);
-    setTabOrder(clearAllButton, copySolutionButton);
-    setTabOrder(copySolutionButton, printSolutionButton);
-    setTabOrder(printSolutionButton, closeButton_);
+    chainTabs({solveButton_, whiteOption_, positionEdit_, depthBox_, clearAllButton,
+               copySolutionButton, printSolutionButton, closeButton_});
 
     watchFocus();
     widenToCaptions();
@@ -107,15 +101,6 @@ void CraftyWindow::solve() {
     closeButton_->setText(QStringLiteral("&Hide"));
     run_.begin(state_.programFolder, state_.logExtension);
     pollTimer_->start();
-}
-
-void CraftyWindow::copySolution() {
-    copyRows(listRows(solutionList_));
-}
-
-void CraftyWindow::printSolution() {
-    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
-    if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 
 void CraftyWindow::clearAll() {

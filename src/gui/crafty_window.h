@@ -20,8 +20,6 @@ class CraftyWindow : public EngineWindow {
     CraftyWindow(AppState& state, QWidget* parent);
 
     void solve();
-    void copySolution();
-    void printSolution();
     void clearAll();
     void tick() override;
     void stopRun() override;

@@ -1,6 +1,8 @@
 #include "gui/engine_window.h"
 
 #include "core/app_state.h"
+#include "gui/child_window_place.h"
+#include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
 
 #include <QAbstractButton>
@@ -70,6 +72,15 @@ QListWidget* EngineWindow::makeSolutionList(QRect geometry) {
     return solutionList_;
 }
 
+void EngineWindow::copySolution() {
+    copyRows(listRows(solutionList_));
+}
+
+void EngineWindow::printSolution() {
+    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
+    if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
+}
+
 void EngineWindow::showClock(const std::optional<QString>& shown) {
     if (!shown) return;
     clockLabel_->setText(*shown);
@@ -116,6 +127,11 @@ void EngineWindow::widenToCaptions() {
     }
 }
 
+void EngineWindow::chainTabs(const QList<QWidget*>& controls) {
+    for (qsizetype i = 1; i < controls.size(); ++i)
+        setTabOrder(controls[i - 1], controls[i]);
+}
+
 void EngineWindow::showEnded(const QString& engine, QPushButton* start, QPushButton* hide) {
     QStringList rows;
     const QString said = QString::fromLocal8Bit(engine_.output());
@@ -148,13 +164,8 @@ void EngineWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void EngineWindow::closeEvent(QCloseEvent* event) {
-    // Closing only hides the window while the main window lives; a run goes on.
-    if (state_.mainWindowAlive) {
-        event->ignore();
-        hide();
-        return;
-    }
-    event->accept();
+    // A run goes on behind a hidden window.
+    hideOnClose(*this, *event, state_.mainWindowAlive);
 }
 
 } // namespace marlith

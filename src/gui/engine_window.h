@@ -29,6 +29,10 @@ class EngineWindow : public QWidget {
     // Ends the run under way at once: the engine goes, its files go, and the
     // list says so.
     virtual void stopRun() = 0;
+    // The rows of the list go to the clipboard, or to the printer (to
+    // "Solution.pdf" in the program folder when there is none).
+    void copySolution();
+    void printSolution();
 
     // Shows the "Warning" message box (replaced by tests).
     std::function<void(const QString&)> warn;
@@ -63,6 +67,8 @@ class EngineWindow : public QWidget {
     void watchFocus();
     // Buttons and labels as wide as their captions need at this desktop's font.
     void widenToCaptions();
+    // Tab goes from each control to the next.
+    void chainTabs(const QList<QWidget*>& controls);
 
     AppState& state_;
     QLabel* clockLabel_ = nullptr;

@@ -2,6 +2,7 @@
 
 #include "chooser/chooser_rules.h"
 #include "core/app_state.h"
+#include "gui/child_window_place.h"
 #include "gui/widget_geometry.h"
 #include "styles/style.h"
 
@@ -263,11 +264,7 @@ void FileChooser::setFilePattern(const QString& text) {
 }
 
 void FileChooser::closeEvent(QCloseEvent* event) {
-    hide();
-    if (state_.mainWindowAlive)
-        event->ignore();
-    else
-        event->accept();
+    hideOnClose(*this, *event, state_.mainWindowAlive);
 }
 
 bool FileChooser::eventFilter(QObject* watched, QEvent* event) {

@@ -2,6 +2,7 @@
 
 #include "core/app_state.h"
 #include "drawing/diagram.h"
+#include "gui/child_window_place.h"
 #include "gui/pick_color.h"
 #include "styles/style_block.h"
 
@@ -216,10 +217,7 @@ bool GraphicWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void GraphicWindow::closeEvent(QCloseEvent* event) {
-    if (state_.mainWindowAlive) {
-        event->ignore();
-        hide();
-    }
+    hideOnClose(*this, *event, state_.mainWindowAlive);
 }
 
 } // namespace marlith

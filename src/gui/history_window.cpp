@@ -2,6 +2,7 @@
 
 #include "core/app_state.h"
 #include "editing/history.h"
+#include "gui/child_window_place.h"
 #include "gui/widget_geometry.h"
 
 #include <QClipboard>
@@ -207,10 +208,7 @@ bool HistoryWindow::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void HistoryWindow::closeEvent(QCloseEvent* event) {
-    if (state_.mainWindowAlive) {
-        event->ignore();
-        hide();
-    }
+    hideOnClose(*this, *event, state_.mainWindowAlive);
 }
 
 } // namespace marlith

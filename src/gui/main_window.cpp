@@ -834,7 +834,7 @@ void MainWindow::writeSettings() {
     KeptSession kept;
     kept.position = positionUndo_.current();
     kept.window = isNormalState(*this) ? QRect(pos(), size()) : normalGeometry();
-    kept.popeyeFields = state_.popeyeParams;
+    kept.popeyeFields = state_.popeyeFields;
     marlith::writeSettings(state_.programFolder, state_.recentFile, state_.recentEngine,
                            state_.style.StyleName, {}, &kept);
 }

@@ -32,7 +32,7 @@ void MainWindow::detectEngines() {
     const QString& folder = state_.programFolder;
     state_.popeyeProgram = findPopeye(folder);
     state_.craftyProgram = findCrafty(folder);
-    state_.pyDatLists = {};
+    state_.popeyeLists = {};
     state_.pyDatDictionary.clear();
     if (!state_.popeyeProgram.isEmpty()) {
         // The program folder's own table goes before the one that ships.
@@ -40,7 +40,7 @@ void MainWindow::detectEngines() {
         if (tablePath.isEmpty() && !state_.shippedFolder.isEmpty())
             tablePath = findPyDat(state_.shippedFolder);
         PyDat table = readPyDat(tablePath);
-        state_.pyDatLists = std::move(table.lists);
+        state_.popeyeLists = std::move(table.lists);
         state_.pyDatDictionary = table.dictionary;
     }
     const EngineMenu menu = locateEngines(!state_.popeyeProgram.isEmpty(),

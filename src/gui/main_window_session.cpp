@@ -67,7 +67,7 @@ void MainWindow::restoreSession() {
     if (!keptSession_.position.isEmpty()) positionEdit_->setText(keptSession_.position);
     positionUndo_.reset(positionEdit_->text());
     updateUndoItems();
-    state_.popeyeParams = keptSession_.popeyeFields;
+    state_.popeyeFields = keptSession_.popeyeFields;
     if (keptSession_.window.isEmpty()) return;
     // Wholly on the screen, which may have shrunk since.
     const QRect screen = this->screen()->availableGeometry();

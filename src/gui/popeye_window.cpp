@@ -3,7 +3,6 @@
 #include "books/new_file.h"
 
 #include "core/app_state.h"
-#include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
 #include "position/piece_listing.h"
 
@@ -25,9 +24,9 @@ namespace {
 
 constexpr qint64 kRowsShownMs = 250;
 
-const char* const kCaptions[11] = {"Stipulation ", "Moves ",        "Conditions ", "Options ",
-                                   "Twins ",       "ZeroPosition ", "White pcs ",  "Black pcs ",
-                                   "Neutral pcs ", "Command ",      "Maxmem "};
+const char* const kCaptions[PopeyeFields::kCount] = {
+    "Stipulation ", "Moves ",     "Conditions ",  "Options ", "Twins ", "ZeroPosition ",
+    "White pcs ",   "Black pcs ", "Neutral pcs ", "Command ", "Maxmem "};
 
 QFrame* rule(QWidget* parent, const char* name, int y, const QColor& colour) {
     auto* line = new QFrame(parent);
@@ -40,6 +39,12 @@ QFrame* rule(QWidget* parent, const char* name, int y, const QColor& colour) {
     return line;
 }
 
+// The field and its box show `text`.
+void showParam(QString& field, QComboBox* box, const QString& text) {
+    field = text;
+    box->setEditText(text);
+}
+
 QString cutTrailingBlanks(QString text) {
     while (text.endsWith(QLatin1Char(' ')))
         text.chop(1);
@@ -48,7 +53,7 @@ QString cutTrailingBlanks(QString text) {
 
 // The fields' names, in the order of the Popeye parameters: each has a
 // label "<name>Label" and a box "<name>Box".
-constexpr const char* kParamNames[11] = {
+constexpr const char* kParamNames[PopeyeFields::kCount] = {
     "stipulation", "moves",       "conditions",    "options", "twins", "zeroPosition",
     "whitePieces", "blackPieces", "neutralPieces", "command", "maxMem"};
 
@@ -60,8 +65,7 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
 
     QPalette red = palette();
     red.setColor(QPalette::WindowText, QColor(0xFF, 0, 0));
-    for (int i = 0; i < 11; ++i) {
-        const auto at = static_cast<size_t>(i);
+    for (size_t i = 0; i < PopeyeFields::kCount; ++i) {
         auto* label = new QLabel(QString::fromUtf8(kCaptions[i]), this);
         label->setObjectName(QLatin1String(kParamNames[i]) + QStringLiteral("Label"));
         label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
@@ -70,10 +74,10 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
         combo->setEditable(true);
         combo->setInsertPolicy(QComboBox::NoInsert);
         combo->setCompleter(nullptr);
-        combo->addItems(state_.pyDatLists[at]);
+        combo->addItems(state_.popeyeLists.box(i));
         combo->setCurrentIndex(-1);
         // The fields of the last session come back.
-        combo->setEditText(state_.popeyeParams[at]);
+        combo->setEditText(state_.popeyeFields.box(i));
         if (i == 0) {
             label->setGeometry(twipsRect(0, 40, 975, 315));
             combo->setGeometry(twipsRect(960, 40, 1815, 315));
@@ -84,7 +88,7 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
             label->setGeometry(twipsRect(0, 3360, 975, 315));
             combo->setGeometry(twipsRect(960, 3360, 1215, 315));
         } else {
-            const int top = 480 + (i - 2) * 360;
+            const int top = 480 + (static_cast<int>(i) - 2) * 360;
             label->setGeometry(twipsRect(0, top, 975, 315));
             combo->setGeometry(twipsRect(960, top, 3495, 315));
         }
@@ -93,18 +97,18 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
         // is then set along with it.
         connect(combo->lineEdit(), &QLineEdit::textEdited, this, [this, i] { setParam(i); });
         connect(combo, &QComboBox::activated, this, [this, i] {
-            if (listOpen_[static_cast<size_t>(i)])
+            if (listOpen_[i])
                 chooseEntry(i);
             else
                 setParam(i);
-            listOpen_[static_cast<size_t>(i)] = false;
+            listOpen_[i] = false;
         });
         // The wheel chooses nothing: a box is changed by typing or by its list.
         combo->setFocusPolicy(Qt::StrongFocus);
         combo->installEventFilter(this);
         combo->view()->window()->installEventFilter(this);
-        paramLabels_[at] = label;
-        paramBoxes_[at] = combo;
+        labels_.box(i) = label;
+        boxes_.box(i) = combo;
     }
     rule(this, "stipulationSeparatorLine", 405, Qt::white);
     rule(this, "buttonSeparatorLine", 3720, palette().color(QPalette::WindowText));
@@ -138,24 +142,17 @@ PopeyeWindow::PopeyeWindow(AppState& state, QWidget* parent)
     connect(clearAllButton_, &QPushButton::clicked, this, &PopeyeWindow::clearAll);
     connect(solveButton_, &QPushButton::clicked, this, &PopeyeWindow::solve);
     connect(closeButton_, &QPushButton::clicked, this, &QWidget::hide);
-    connect(copySolutionButton_, &QPushButton::clicked, this, &PopeyeWindow::copySolution);
-    connect(printSolutionButton_, &QPushButton::clicked, this, &PopeyeWindow::printSolution);
+    connect(copySolutionButton_, &QPushButton::clicked, this, &EngineWindow::copySolution);
+    connect(printSolutionButton_, &QPushButton::clicked, this, &EngineWindow::printSolution);
 
     makeSolutionList(twipsRect(4560, 45, 3975, 3960))->setFocusPolicy(Qt::NoFocus);
 
-    QWidget* previous = paramBoxes_[0];
-    for (QWidget* next :
-         {static_cast<QWidget*>(paramBoxes_[1]), static_cast<QWidget*>(paramBoxes_[2]),
-          static_cast<QWidget*>(paramBoxes_[3]), static_cast<QWidget*>(paramBoxes_[4]),
-          static_cast<QWidget*>(paramBoxes_[5]), static_cast<QWidget*>(paramBoxes_[6]),
-          static_cast<QWidget*>(paramBoxes_[7]), static_cast<QWidget*>(paramBoxes_[8]),
-          static_cast<QWidget*>(paramBoxes_[9]), static_cast<QWidget*>(paramBoxes_[10]),
-          static_cast<QWidget*>(solveButton_), static_cast<QWidget*>(clearAllButton_),
-          static_cast<QWidget*>(copySolutionButton_), static_cast<QWidget*>(printSolutionButton_),
-          static_cast<QWidget*>(closeButton_)}) {
-        setTabOrder(previous, next);
-        previous = next;
-    }
+    // The boxes top to bottom, then the buttons.
+    QList<QWidget*> tabs;
+    for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+        tabs << boxes_.box(i);
+    chainTabs(tabs << solveButton_ << clearAllButton_ << copySolutionButton_ << printSolutionButton_
+                   << closeButton_);
 
     fitCaptions();
     widenToCaptions();
@@ -167,13 +164,14 @@ void PopeyeWindow::fitCaptions() {
     // that stands right of them moves over, and the list is wide enough for
     // the solver's rows of 50 characters.
     int widest = 0;
-    for (const QLabel* label : paramLabels_)
+    for (size_t i = 0; i < PopeyeFields::kCount; ++i) {
+        const QLabel* label = labels_.box(i);
         widest = std::max(widest, label->fontMetrics().horizontalAdvance(label->text()) + 6);
+    }
     const int labelColumn = twipsToWholePixels(975);
     extraWidth_ = std::max(0, widest - labelColumn);
     for (QWidget* child : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-        if (std::find(paramLabels_.begin(), paramLabels_.end(), child) != paramLabels_.end() &&
-            child->x() < labelColumn)
+        if (qobject_cast<QLabel*>(child) && child != clockLabel_ && child->x() < labelColumn)
             child->resize(child->width() + extraWidth_, child->height());
         else if (child->x() >= twipsToWholePixels(960))
             child->move(child->x() + extraWidth_, child->y());
@@ -188,67 +186,63 @@ void PopeyeWindow::fitCaptions() {
 }
 
 void PopeyeWindow::setPieceLists(const PieceLists& lists) {
-    const QString* texts[3] = {&lists.white, &lists.black, &lists.neutral};
-    for (int i = 0; i < 3; ++i) {
-        const auto at = static_cast<size_t>(6 + i);
-        paramBoxes_[at]->setEditText(cutTrailingBlanks(QLatin1Char(' ') + *texts[i]));
-        state_.popeyeParams[at] = *texts[i];
-    }
+    PopeyeFields& fields = state_.popeyeFields;
+    const auto show = [](QString& field, QComboBox* box, const QString& text) {
+        box->setEditText(cutTrailingBlanks(QLatin1Char(' ') + text));
+        field = text;
+    };
+    show(fields.whitePieces, boxes_.whitePieces, lists.white);
+    show(fields.blackPieces, boxes_.blackPieces, lists.black);
+    show(fields.neutralPieces, boxes_.neutralPieces, lists.neutral);
 }
 
 void PopeyeWindow::takeGameHeaders(const QStringList& headers) {
     const std::optional<QString> stipulation = stipulationTag(headers);
     if (!stipulation) return;
-    const StipulationFields fields = splitStipulation(*stipulation, QString());
-    showParam(0, fields.stipulation);
-    if (!fields.moves.isEmpty()) showParam(1, fields.moves);
+    const StipulationFields split = splitStipulation(*stipulation, QString());
+    PopeyeFields& fields = state_.popeyeFields;
+    showParam(fields.stipulation, boxes_.stipulation, split.stipulation);
+    if (!split.moves.isEmpty()) showParam(fields.moves, boxes_.moves, split.moves);
 }
 
-void PopeyeWindow::showParam(int index, const QString& text) {
-    const auto at = static_cast<size_t>(index);
-    state_.popeyeParams[at] = text;
-    paramBoxes_[at]->setEditText(text);
+void PopeyeWindow::setParam(size_t box) {
+    state_.popeyeFields.box(box) = trimSpaces(boxes_.box(box)->currentText());
 }
 
-void PopeyeWindow::setParam(int index) {
-    const auto at = static_cast<size_t>(index);
-    state_.popeyeParams[at] = trimSpaces(paramBoxes_[at]->currentText());
-}
-
-void PopeyeWindow::chooseEntry(int index) {
-    const auto at = static_cast<size_t>(index);
-    QComboBox* combo = paramBoxes_[at];
-    const EntryChoice choice =
-        entryChoice(combo->itemText(combo->currentIndex()), state_.popeyeParams[at]);
-    state_.popeyeParams[at] = choice.param;
+void PopeyeWindow::chooseEntry(size_t box) {
+    QComboBox* combo = boxes_.box(box);
+    QString& field = state_.popeyeFields.box(box);
+    const EntryChoice choice = entryChoice(combo->itemText(combo->currentIndex()), field);
+    field = choice.param;
     if (choice.none) {
         combo->setEditText(QString());
         return;
     }
     // The next tick shows the assembled field in the box.
-    pendingBox_ = static_cast<int16_t>(index);
+    pendingBox_ = static_cast<int16_t>(box);
     wake();
 }
 
 void PopeyeWindow::clearAll() {
     solutionList_->clear();
-    for (size_t i = 0; i < paramBoxes_.size(); ++i) {
-        state_.popeyeParams[i].clear();
-        paramBoxes_[i]->setEditText(QString());
+    for (size_t i = 0; i < PopeyeFields::kCount; ++i) {
+        state_.popeyeFields.box(i).clear();
+        boxes_.box(i)->setEditText(QString());
     }
 }
 
 void PopeyeWindow::solve() {
     solutionList_->clear();
-    const PopeyeParams& params = state_.popeyeParams;
-    const StipulationFields fields = splitStipulation(params[0], params[1]);
-    if (!fields.warning.isEmpty()) {
-        warn(fields.warning);
+    PopeyeFields& fields = state_.popeyeFields;
+    const StipulationFields split = splitStipulation(fields.stipulation, fields.moves);
+    if (!split.warning.isEmpty()) {
+        warn(split.warning);
         return;
     }
-    if (fields.stipulation != params[0]) showParam(0, fields.stipulation);
-    if (fields.moves != params[1]) showParam(1, fields.moves);
-    const QString refusal = runWarning(state_.popeyeParams);
+    if (split.stipulation != fields.stipulation)
+        showParam(fields.stipulation, boxes_.stipulation, split.stipulation);
+    if (split.moves != fields.moves) showParam(fields.moves, boxes_.moves, split.moves);
+    const QString refusal = runWarning(fields);
     if (!refusal.isEmpty()) {
         warn(refusal);
         return;
@@ -257,11 +251,11 @@ void PopeyeWindow::solve() {
     const QString protocol = protocolPath(state_.programFolder, state_.tempSeed);
     // The solver appends to a protocol file that is there already.
     QFile::remove(protocol);
-    if (!writeNewFile(problem, problemFileText(state_.popeyeParams, protocol))) return;
+    if (!writeNewFile(problem, problemFileText(fields, protocol))) return;
     solutionList_->addItem(QStringLiteral("Calculating..."));
-    const double maxTime = makeOptionText(state_.popeyeParams[3]).maxTime;
+    const double maxTime = makeOptionText(fields.options).maxTime;
 
-    if (!engine_.start(state_.popeyeProgram, popeyeArguments(state_.popeyeParams, problem),
+    if (!engine_.start(state_.popeyeProgram, popeyeArguments(fields, problem),
                        state_.programFolder))
         return;
 
@@ -275,24 +269,15 @@ void PopeyeWindow::solve() {
     wake();
 }
 
-void PopeyeWindow::copySolution() {
-    copyRows(listRows(solutionList_));
-}
-
-void PopeyeWindow::printSolution() {
-    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
-    if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
-}
-
 void PopeyeWindow::wake() {
     if (!pollTimer_->isActive()) pollTimer_->start();
 }
 
 void PopeyeWindow::tick() {
     if (pendingBox_ >= 0) {
-        QComboBox* combo = paramBoxes_[static_cast<size_t>(pendingBox_)];
-        combo->setEditText(QLatin1Char(' ') +
-                           state_.popeyeParams[static_cast<size_t>(pendingBox_)]);
+        const auto at = static_cast<size_t>(pendingBox_);
+        QComboBox* combo = boxes_.box(at);
+        combo->setEditText(QLatin1Char(' ') + state_.popeyeFields.box(at));
         combo->lineEdit()->end(false);
         pendingBox_ = -1;
     }
@@ -325,8 +310,8 @@ void PopeyeWindow::tick() {
 }
 
 bool PopeyeWindow::eventFilter(QObject* watched, QEvent* event) {
-    for (size_t i = 0; i < paramBoxes_.size(); ++i) {
-        QComboBox* combo = paramBoxes_[i];
+    for (size_t i = 0; i < PopeyeFields::kCount; ++i) {
+        QComboBox* combo = boxes_.box(i);
         if (watched == combo && event->type() == QEvent::Wheel) return true;
         if (watched != combo->view()->window()) continue;
         if (event->type() == QEvent::Show) {
@@ -380,9 +365,9 @@ void PopeyeWindow::stopRun() {
 }
 
 void PopeyeWindow::focusChanged() {
-    for (size_t i = 0; i < paramBoxes_.size(); ++i) {
-        const bool focused = paramBoxes_[i]->hasFocus() || paramBoxes_[i]->lineEdit()->hasFocus();
-        setFocusBorder(paramLabels_[i], focused);
+    for (size_t i = 0; i < PopeyeFields::kCount; ++i) {
+        const bool focused = boxes_.box(i)->hasFocus() || boxes_.box(i)->lineEdit()->hasFocus();
+        setFocusBorder(labels_.box(i), focused);
     }
 }
 

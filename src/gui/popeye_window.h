@@ -22,22 +22,21 @@ class PopeyeWindow : public EngineWindow {
   public:
     PopeyeWindow(AppState& state, QWidget* parent);
 
-    // The piece lists of the board go into boxes 6, 7 and 8.
+    // The piece lists of the board go into the boxes of the pieces.
     void setPieceLists(const PieceLists& lists);
     // A game's "[Stipulation]" header fills the stipulation and the moves.
     void takeGameHeaders(const QStringList& headers);
 
     void clearAll();
     void solve();
-    void copySolution();
-    void printSolution();
-    void setParam(int index);
-    void chooseEntry(int index);
+    void setParam(size_t box);
+    void chooseEntry(size_t box);
     void tick() override;
     void stopRun() override;
 
     int16_t running() const { return running_; }
-    QComboBox* paramBox(int index) const { return paramBoxes_[static_cast<size_t>(index)]; }
+    // The box of this number, as PopeyeFields counts them.
+    QComboBox* paramBox(int index) const { return boxes_.box(static_cast<size_t>(index)); }
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -47,8 +46,6 @@ class PopeyeWindow : public EngineWindow {
   private:
     void focusChanged() override;
     void fitCaptions();
-    // The field and its box show `text`.
-    void showParam(int index, const QString& text);
     // The protocol's new rows join the list, which keeps a bounded tail.
     void showProtocolRows();
     // The run's work files go.
@@ -56,8 +53,8 @@ class PopeyeWindow : public EngineWindow {
     // The timer runs while there is something to do, and no longer.
     void wake();
 
-    std::array<QLabel*, 11> paramLabels_{};
-    std::array<QComboBox*, 11> paramBoxes_{};
+    PopeyeBoxes<QLabel*> labels_{};
+    PopeyeBoxes<QComboBox*> boxes_{};
     QPushButton* clearAllButton_ = nullptr;
     QPushButton* solveButton_ = nullptr;
     QPushButton* closeButton_ = nullptr;
@@ -69,7 +66,7 @@ class PopeyeWindow : public EngineWindow {
     int extraWidth_ = 0;
     // The list of box i is open: only then is its "activated" a choice from
     // the list; otherwise it is typed text, taken as typed.
-    std::array<bool, 11> listOpen_{};
+    std::array<bool, PopeyeFields::kCount> listOpen_{};
     PopeyeRun run_;
     // The list shows the protocol (no longer "Calculating..."), and says
     // that its first rows were left out.

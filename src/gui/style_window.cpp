@@ -154,39 +154,108 @@ void StyleWindow::createMenu() {
 }
 
 void StyleWindow::createControls() {
-    // Controls whose label shows a border while they have the focus.
-    const auto watch = [&](QWidget* control, QLabel* shownBy) {
-        control->installEventFilter(this);
-        control->setProperty("focusLabel", QVariant::fromValue(static_cast<QObject*>(shownBy)));
-    };
+    auto* left = new QVBoxLayout;
+    left->addLayout(createNameRow());
+    left->addWidget(createPiecesGroup());
+    left->addLayout(createButtonRow());
+    left->addStretch();
 
-    // Left: the name and what concerns the pieces.
+    // Right: board, frame, picture and grid.
+    auto* border = new QGroupBox(QStringLiteral("2. Border/Frames/Grid"), this);
+    border->setObjectName(QStringLiteral("borderGroup"));
+    auto* grid = new QGridLayout(border);
+    int row = 0;
+    addBoardRows(grid, row);
+    grid->addLayout(createColourBox(border), row++, 0, 1, 4);
+    addPictureRow(grid, row);
+    addGridRows(grid, row);
+    grid->addLayout(createFontStyles(border), row++, 0, 1, 4);
+    grid->addLayout(createAlignGroups(border), row++, 0, 1, 4);
+
+    statusLabel_ = new QLabel(this);
+    statusLabel_->setObjectName(QStringLiteral("statusLabel"));
+    QPalette red = statusLabel_->palette();
+    red.setColor(QPalette::WindowText, kRed);
+    statusLabel_->setPalette(red);
+
+    auto* right = new QVBoxLayout;
+    right->addWidget(border);
+    right->addWidget(statusLabel_);
+    right->addStretch();
+    auto* columns = new QHBoxLayout(this);
+    columns->addLayout(left, 1);
+    columns->addLayout(right);
+}
+
+void StyleWindow::watchFocus(QWidget* control, QLabel* shownBy) {
+    control->installEventFilter(this);
+    control->setProperty("focusLabel", QVariant::fromValue(static_cast<QObject*>(shownBy)));
+}
+
+void StyleWindow::previewOnEnter(QLineEdit* edit, bool sizesPicture) {
+    connect(edit, &QLineEdit::returnPressed, this, &StyleWindow::preview);
+    // A change of a length lets an open padlock size the picture anew.
+    if (sizesPicture) connect(edit, &QLineEdit::textEdited, this, &StyleWindow::autoSizePicture);
+}
+
+void StyleWindow::addPairRow(QGridLayout* grid, int& row, QLabel* caption, QWidget* first,
+                             const char* timesName, QWidget* second) {
+    grid->addWidget(caption, row, 0);
+    grid->addLayout(pair(grid->parentWidget(), first, timesName, second), row++, 1, 1,
+                    grid->columnCount() - 1);
+    watchFocus(first, caption);
+    watchFocus(second, caption);
+}
+
+QHBoxLayout* StyleWindow::createNameRow() {
     auto* styleNameLabel = label(this, "styleNameLabel", "Style: ");
     styleNameBox_ = editableBox(this, "styleNameBox");
-    watch(styleNameBox_, styleNameLabel);
+    watchFocus(styleNameBox_, styleNameLabel);
     watchStyleList();
     connect(styleNameBox_, &QComboBox::activated, this, &StyleWindow::chooseStyle);
+    auto* nameRow = new QHBoxLayout;
+    nameRow->addWidget(styleNameLabel);
+    nameRow->addWidget(styleNameBox_, 1);
+    return nameRow;
+}
 
+QGroupBox* StyleWindow::createPiecesGroup() {
     auto* pieces = new QGroupBox(this);
     pieces->setObjectName(QStringLiteral("piecesGroup"));
-    auto* pg = new QGridLayout(pieces);
-    const auto browse = browseFaces();
-    auto* piecesFileLabel = label(pieces, "piecesFileLabel", "Pieces file: ");
-    piecesFileEdit_ = textEdit(pieces, "piecesFileEdit");
-    auto* browsePieces = new ToolButton(browse[0], browse[1], pieces);
-    browsePieces->setObjectName(QStringLiteral("browsePiecesButton"));
-    auto* borderFileLabel = label(pieces, "borderFileLabel", "Border File: ");
-    borderFileEdit_ = textEdit(pieces, "borderFileEdit");
-    auto* browseBorder = new ToolButton(browse[0], browse[1], pieces);
-    browseBorder->setObjectName(QStringLiteral("browseBorderButton"));
-    auto* piecesListLabel = label(pieces, "piecesListLabel", "Pieces list: ");
-    piecesListEdit_ = textEdit(pieces, "piecesListEdit");
-    auto* startLabel = label(pieces, "startPositionLabel", "Start position: ");
-    startPositionEdit_ = textEdit(pieces, "startPositionEdit");
-    auto* englishLabel = label(pieces, "englishNotationLabel", "English notation: ");
-    englishNotationEdit_ = textEdit(pieces, "englishNotationEdit");
-    auto* dictionaryLabel = label(pieces, "popeyeDictionaryLabel", "Popeye Dictionary:");
-    popeyeDictionaryEdit_ = textEdit(pieces, "popeyeDictionaryEdit");
+    auto* grid = new QGridLayout(pieces);
+    int row = 0;
+    // A caption and its text box; a browse button beside the box when named.
+    const auto line = [&](const char* labelName, const char* caption, const char* editName,
+                          const char* browseName = nullptr) {
+        QLabel* l = label(pieces, labelName, caption);
+        QLineEdit* edit = textEdit(pieces, editName);
+        grid->addWidget(l, row, 0);
+        grid->addWidget(edit, row, 1, 1, browseName ? 1 : 2);
+        watchFocus(edit, l);
+        if (browseName) {
+            const auto faces = browseFaces();
+            auto* browse = new ToolButton(faces[0], faces[1], pieces);
+            browse->setObjectName(QLatin1String(browseName));
+            grid->addWidget(browse, row, 2);
+            connect(browse, &ToolButton::clicked, this, [this, edit] { browseFile(edit); });
+        }
+        ++row;
+        return edit;
+    };
+    piecesFileEdit_ =
+        line("piecesFileLabel", "Pieces file: ", "piecesFileEdit", "browsePiecesButton");
+    borderFileEdit_ =
+        line("borderFileLabel", "Border File: ", "borderFileEdit", "browseBorderButton");
+    piecesListEdit_ = line("piecesListLabel", "Pieces list: ", "piecesListEdit");
+    startPositionEdit_ = line("startPositionLabel", "Start position: ", "startPositionEdit");
+    englishNotationEdit_ =
+        line("englishNotationLabel", "English notation: ", "englishNotationEdit");
+    popeyeDictionaryEdit_ =
+        line("popeyeDictionaryLabel", "Popeye Dictionary:", "popeyeDictionaryEdit");
+    connect(piecesFileEdit_, &QLineEdit::returnPressed, this, &StyleWindow::loadPiecesFile);
+    connect(borderFileEdit_, &QLineEdit::returnPressed, this, &StyleWindow::loadBorderFile);
+    connect(piecesListEdit_, &QLineEdit::textEdited, this, &StyleWindow::autoSizePicture);
+
     auto* overlapLabel = label(pieces, "cellOverlapLabel", "SqrBorder width: ");
     cellOverlapVerticalEdit_ = numberEdit(pieces, "cellOverlapVerticalEdit", 4);
     cellOverlapHorizontalEdit_ = numberEdit(pieces, "cellOverlapHorizontalEdit", 4);
@@ -195,44 +264,21 @@ void StyleWindow::createControls() {
     squareSpaceHorizontalEdit_ = numberEdit(pieces, "squareSpaceHorizontalEdit", 4);
     copyCounterCheck_ = new QCheckBox(QStringLiteral("Copy counter"), pieces);
     copyCounterCheck_->setObjectName(QStringLiteral("copyCounterCheck"));
+    grid->addLayout(heads(pieces, "cellOverlapVerticalLabel", "cellOverlapHorizontalLabel",
+                          cellOverlapVerticalEdit_->maximumWidth()),
+                    row++, 1, 1, 2);
+    addPairRow(grid, row, overlapLabel, cellOverlapVerticalEdit_, "cellOverlapTimesLabel",
+               cellOverlapHorizontalEdit_);
+    addPairRow(grid, row, spaceLabel, squareSpaceVerticalEdit_, "squareSpaceTimesLabel",
+               squareSpaceHorizontalEdit_);
+    grid->addWidget(copyCounterCheck_, row++, 0, 1, 3);
+    for (QLineEdit* edit : {cellOverlapVerticalEdit_, cellOverlapHorizontalEdit_,
+                            squareSpaceVerticalEdit_, squareSpaceHorizontalEdit_})
+        previewOnEnter(edit, true);
+    return pieces;
+}
 
-    int r = 0;
-    const auto line = [&](QLabel* l, QWidget* w, QWidget* extra = nullptr) {
-        pg->addWidget(l, r, 0);
-        pg->addWidget(w, r, 1, 1, extra ? 1 : 2);
-        if (extra) pg->addWidget(extra, r, 2);
-        watch(w, l);
-        ++r;
-    };
-    line(piecesFileLabel, piecesFileEdit_, browsePieces);
-    line(borderFileLabel, borderFileEdit_, browseBorder);
-    line(piecesListLabel, piecesListEdit_);
-    line(startLabel, startPositionEdit_);
-    line(englishLabel, englishNotationEdit_);
-    line(dictionaryLabel, popeyeDictionaryEdit_);
-    const int numberWidth = cellOverlapVerticalEdit_->maximumWidth();
-    pg->addLayout(
-        heads(pieces, "cellOverlapVerticalLabel", "cellOverlapHorizontalLabel", numberWidth), r++,
-        1, 1, 2);
-    pg->addWidget(overlapLabel, r, 0);
-    pg->addLayout(
-        pair(pieces, cellOverlapVerticalEdit_, "cellOverlapTimesLabel", cellOverlapHorizontalEdit_),
-        r++, 1, 1, 2);
-    pg->addWidget(spaceLabel, r, 0);
-    pg->addLayout(
-        pair(pieces, squareSpaceVerticalEdit_, "squareSpaceTimesLabel", squareSpaceHorizontalEdit_),
-        r++, 1, 1, 2);
-    pg->addWidget(copyCounterCheck_, r++, 0, 1, 3);
-    watch(cellOverlapVerticalEdit_, overlapLabel);
-    watch(cellOverlapHorizontalEdit_, overlapLabel);
-    watch(squareSpaceVerticalEdit_, spaceLabel);
-    watch(squareSpaceHorizontalEdit_, spaceLabel);
-
-    connect(browsePieces, &ToolButton::clicked, this, &StyleWindow::browsePiecesFile);
-    connect(browseBorder, &ToolButton::clicked, this, &StyleWindow::browseBorderFile);
-    connect(piecesFileEdit_, &QLineEdit::returnPressed, this, &StyleWindow::loadPiecesFile);
-    connect(borderFileEdit_, &QLineEdit::returnPressed, this, &StyleWindow::loadBorderFile);
-
+QHBoxLayout* StyleWindow::createButtonRow() {
     auto* buttons = new QHBoxLayout;
     const auto button = [&](const char* name, const char* caption, void (StyleWindow::*slot)()) {
         auto* b = new QPushButton(QString::fromUtf8(caption), this);
@@ -245,20 +291,11 @@ void StyleWindow::createControls() {
     button("okButton", "O&k", &StyleWindow::keepStyle);
     button("previewButton", "Pr&eView", &StyleWindow::preview);
     button("cancelButton", "&Cancel", &StyleWindow::reject);
+    return buttons;
+}
 
-    auto* left = new QVBoxLayout;
-    auto* nameRow = new QHBoxLayout;
-    nameRow->addWidget(styleNameLabel);
-    nameRow->addWidget(styleNameBox_, 1);
-    left->addLayout(nameRow);
-    left->addWidget(pieces);
-    left->addLayout(buttons);
-    left->addStretch();
-
-    // Right: board, frame, picture and grid.
-    auto* border = new QGroupBox(QStringLiteral("2. Border/Frames/Grid"), this);
-    border->setObjectName(QStringLiteral("borderGroup"));
-    auto* bg = new QGridLayout(border);
+void StyleWindow::addBoardRows(QGridLayout* grid, int& row) {
+    QWidget* border = grid->parentWidget();
     auto* boardLabel = label(border, "boardSizeLabel", "Board (squares): ");
     boardRowsEdit_ = numberEdit(border, "boardRowsEdit", 2);
     boardColumnsEdit_ = numberEdit(border, "boardColumnsEdit", 2);
@@ -267,6 +304,21 @@ void StyleWindow::createControls() {
     boardOffsetXEdit_ = numberEdit(border, "boardOffsetXEdit", 4);
     auto* frameLabel = label(border, "frameWidthLabel", "Frame width: ");
     frameWidthEdit_ = numberEdit(border, "frameWidthEdit", 4);
+    grid->addLayout(
+        heads(border, "boardRowsLabel", "boardColumnsLabel", boardRowsEdit_->maximumWidth()), row++,
+        1, 1, 3);
+    addPairRow(grid, row, boardLabel, boardRowsEdit_, "boardSizeTimesLabel", boardColumnsEdit_);
+    addPairRow(grid, row, offsetLabel, boardOffsetYEdit_, "boardOffsetTimesLabel",
+               boardOffsetXEdit_);
+    grid->addWidget(frameLabel, row, 0);
+    grid->addWidget(frameWidthEdit_, row++, 1, 1, 3);
+    watchFocus(frameWidthEdit_, frameLabel);
+    for (QLineEdit* edit :
+         {boardRowsEdit_, boardColumnsEdit_, boardOffsetYEdit_, boardOffsetXEdit_, frameWidthEdit_})
+        previewOnEnter(edit, true);
+}
+
+QGridLayout* StyleWindow::createColourBox(QWidget* border) {
     auto* frameColorLabel = label(border, "frameColorLabel", "Frame color: ");
     frameColorSwatch_ = swatch(border, "frameColorSwatch");
     auto* backColorLabel = label(border, "backColorLabel", "Back color: ");
@@ -284,21 +336,63 @@ void StyleWindow::createControls() {
     autoSizeButton_->setObjectName(QStringLiteral("autoSizeButton"));
     autoSizeButton_->setAutoDefault(false);
     autoSizeButton_->setFixedWidth(pictureHeightScrollBar_->sizeHint().width() + 4);
+    watchFocus(frameColorSwatch_, frameColorLabel);
+    watchFocus(backColorSwatch_, backColorLabel);
+    connect(frameColorSwatch_, &QPushButton::clicked, this, [this] { pick(frameColorSwatch_); });
+    connect(backColorSwatch_, &QPushButton::clicked, this, [this] { pick(backColorSwatch_); });
+    connect(pictureWidthScrollBar_, &QScrollBar::valueChanged, this,
+            &StyleWindow::resizePictureWidth);
+    connect(pictureHeightScrollBar_, &QScrollBar::valueChanged, this,
+            &StyleWindow::resizePictureHeight);
+    connect(autoSizeButton_, &QPushButton::clicked, this, &StyleWindow::autoSizeAndPreview);
+    // The height bar on the left of the colours, the width bar under them,
+    // "+" in the corner.
+    auto* colours = new QGridLayout;
+    colours->addWidget(pictureHeightScrollBar_, 0, 0, 2, 1);
+    colours->addWidget(frameColorLabel, 0, 1);
+    colours->addWidget(frameColorSwatch_, 0, 2);
+    colours->addWidget(backColorLabel, 1, 1);
+    colours->addWidget(backColorSwatch_, 1, 2);
+    colours->addWidget(autoSizeButton_, 2, 0);
+    colours->addWidget(pictureWidthScrollBar_, 2, 1, 1, 2);
+    return colours;
+}
+
+void StyleWindow::addPictureRow(QGridLayout* grid, int& row) {
+    QWidget* border = grid->parentWidget();
     padlockButton_ = new ToolButton(padlockFaces_[0], padlockFaces_[0], border);
     padlockButton_->setObjectName(QStringLiteral("padlockButton"));
+    padlockButton_->setFixedSize(19, 19);
     pictureSizeLabel_ = label(border, "pictureSizeLabel", "Picture: ");
     pictureHeightEdit_ = numberEdit(border, "pictureHeightEdit", 5);
     pictureWidthEdit_ = numberEdit(border, "pictureWidthEdit", 5);
+    connect(padlockButton_, &ToolButton::clicked, this, &StyleWindow::togglePadlock);
+    for (QLineEdit* edit : {pictureHeightEdit_, pictureWidthEdit_})
+        previewOnEnter(edit, false);
+    auto* pictureRow = new QHBoxLayout;
+    pictureRow->addWidget(padlockButton_);
+    pictureRow->addWidget(pictureSizeLabel_);
+    grid->addLayout(pictureRow, row, 0);
+    grid->addLayout(pair(border, pictureHeightEdit_, "pictureSizeTimesLabel", pictureWidthEdit_),
+                    row++, 1, 1, 3);
+    watchFocus(pictureHeightEdit_, pictureSizeLabel_);
+    watchFocus(pictureWidthEdit_, pictureSizeLabel_);
+}
+
+void StyleWindow::addGridRows(QGridLayout* grid, int& row) {
+    QWidget* border = grid->parentWidget();
     auto* separator = new QFrame(border);
     separator->setObjectName(QStringLiteral("gridSeparatorLine"));
     separator->setFrameShape(QFrame::HLine);
     showGridCheck_ = new QCheckBox(QStringLiteral("Show grid"), border);
     showGridCheck_->setObjectName(QStringLiteral("showGridCheck"));
+    connect(showGridCheck_, &QCheckBox::clicked, this, &StyleWindow::switchGrid);
     fontNameBox_ = editableBox(border, "fontNameBox");
     QStringList families = QFontDatabase::families();
     std::stable_sort(families.begin(), families.end(),
                      [](const QString& a, const QString& b) { return a.toUpper() < b.toUpper(); });
     fontNameBox_->addItems(families);
+    connect(fontNameBox_, &QComboBox::activated, this, &StyleWindow::preview);
     auto* sizeLabel = label(border, "fontSizeLabel", "Size: ");
     fontSizeBox_ = editableBox(border, "fontSizeBox");
     for (int size = 6; size <= 24; size += 2)
@@ -308,16 +402,30 @@ void StyleWindow::createControls() {
     gridOffsetXBox_ = editableBox(border, "gridOffsetXBox");
     for (QComboBox* box : {gridOffsetYBox_, gridOffsetXBox_}) {
         box->addItems({QStringLiteral("4"), QStringLiteral("4")});
-        box->setMaximumWidth(numberWidth * 3 / 2);
+        box->setMaximumWidth(cellOverlapVerticalEdit_->maximumWidth() * 3 / 2);
     }
-    static const char* const styleNames[] = {"boldCheck", "italicCheck", "underlineCheck",
-                                             "strikeoutCheck", "capsCheck"};
-    static const char* const styleCaptions[] = {"&Bold", "&Italic", "&Underline", "S&trikeout",
-                                                "CA&PS"};
+    for (QComboBox* box : {fontSizeBox_, gridOffsetYBox_, gridOffsetXBox_}) {
+        connect(box->lineEdit(), &QLineEdit::returnPressed, this, &StyleWindow::preview);
+        connect(box, &QComboBox::activated, this, &StyleWindow::preview);
+    }
+    grid->addWidget(separator, row++, 0, 1, 4);
+    grid->addWidget(showGridCheck_, row++, 0, 1, 4);
+    grid->addWidget(fontNameBox_, row++, 0, 1, 4);
+    grid->addWidget(sizeLabel, row, 0);
+    grid->addWidget(fontSizeBox_, row++, 1, 1, 3);
+    watchFocus(fontSizeBox_, sizeLabel);
+    addPairRow(grid, row, gridOffsetLabel, gridOffsetYBox_, "gridOffsetTimesLabel",
+               gridOffsetXBox_);
+}
+
+QGridLayout* StyleWindow::createFontStyles(QWidget* border) {
+    static const char* const names[] = {"boldCheck", "italicCheck", "underlineCheck",
+                                        "strikeoutCheck", "capsCheck"};
+    static const char* const captions[] = {"&Bold", "&Italic", "&Underline", "S&trikeout", "CA&PS"};
     auto* fontStyles = new QGridLayout;
     for (size_t i = 0; i < fontStyleChecks_.size(); ++i) {
-        auto* check = new QCheckBox(QString::fromUtf8(styleCaptions[i]), border);
-        check->setObjectName(QLatin1String(styleNames[i]));
+        auto* check = new QCheckBox(QString::fromUtf8(captions[i]), border);
+        check->setObjectName(QLatin1String(names[i]));
         // Each shown in the attribute it names.
         QFont font = check->font();
         font.setBold(i == 0);
@@ -334,7 +442,12 @@ void StyleWindow::createControls() {
     fontColorLabel->setBuddy(fontColorSwatch_);
     fontStyles->addWidget(fontColorLabel, 0, 2);
     fontStyles->addWidget(fontColorSwatch_, 1, 2);
+    watchFocus(fontColorSwatch_, fontColorLabel);
+    connect(fontColorSwatch_, &QPushButton::clicked, this, [this] { pick(fontColorSwatch_); });
+    return fontStyles;
+}
 
+QHBoxLayout* StyleWindow::createAlignGroups(QWidget* border) {
     const auto alignGroup =
         [&](const char* name, const char* caption, const std::array<const char*, 3>& names,
             const std::array<const char*, 3>& captions, std::array<QRadioButton*, 3>& options) {
@@ -356,103 +469,7 @@ void StyleWindow::createControls() {
     aligns->addWidget(alignGroup("horizontalAlignGroup", "Horiz. align",
                                  {"alignLeftOption", "alignCenterOption", "alignRightOption"},
                                  {"Left", "Center", "Right"}, horizontalAlignOptions_));
-
-    r = 0;
-    const int boardWidth = boardRowsEdit_->maximumWidth();
-    bg->addLayout(heads(border, "boardRowsLabel", "boardColumnsLabel", boardWidth), r++, 1, 1, 3);
-    bg->addWidget(boardLabel, r, 0);
-    bg->addLayout(pair(border, boardRowsEdit_, "boardSizeTimesLabel", boardColumnsEdit_), r++, 1, 1,
-                  3);
-    bg->addWidget(offsetLabel, r, 0);
-    bg->addLayout(pair(border, boardOffsetYEdit_, "boardOffsetTimesLabel", boardOffsetXEdit_), r++,
-                  1, 1, 3);
-    bg->addWidget(frameLabel, r, 0);
-    bg->addWidget(frameWidthEdit_, r++, 1, 1, 3);
-    // The colours, with the size bars round them: the height bar on their
-    // left, the width bar under them, "+" in the corner.
-    auto* colours = new QGridLayout;
-    colours->addWidget(pictureHeightScrollBar_, 0, 0, 2, 1);
-    colours->addWidget(frameColorLabel, 0, 1);
-    colours->addWidget(frameColorSwatch_, 0, 2);
-    colours->addWidget(backColorLabel, 1, 1);
-    colours->addWidget(backColorSwatch_, 1, 2);
-    colours->addWidget(autoSizeButton_, 2, 0);
-    colours->addWidget(pictureWidthScrollBar_, 2, 1, 1, 2);
-    bg->addLayout(colours, r++, 0, 1, 4);
-    auto* pictureRow = new QHBoxLayout;
-    pictureRow->addWidget(padlockButton_);
-    pictureRow->addWidget(pictureSizeLabel_);
-    bg->addLayout(pictureRow, r, 0);
-    bg->addLayout(pair(border, pictureHeightEdit_, "pictureSizeTimesLabel", pictureWidthEdit_), r++,
-                  1, 1, 3);
-    bg->addWidget(separator, r++, 0, 1, 4);
-    bg->addWidget(showGridCheck_, r++, 0, 1, 4);
-    bg->addWidget(fontNameBox_, r++, 0, 1, 4);
-    bg->addWidget(sizeLabel, r, 0);
-    bg->addWidget(fontSizeBox_, r++, 1, 1, 3);
-    bg->addWidget(gridOffsetLabel, r, 0);
-    bg->addLayout(pair(border, gridOffsetYBox_, "gridOffsetTimesLabel", gridOffsetXBox_), r++, 1, 1,
-                  3);
-    bg->addLayout(fontStyles, r++, 0, 1, 4);
-    bg->addLayout(aligns, r++, 0, 1, 4);
-    padlockButton_->setFixedSize(19, 19);
-
-    statusLabel_ = new QLabel(this);
-    statusLabel_->setObjectName(QStringLiteral("statusLabel"));
-    QPalette red = statusLabel_->palette();
-    red.setColor(QPalette::WindowText, kRed);
-    statusLabel_->setPalette(red);
-
-    auto* right = new QVBoxLayout;
-    right->addWidget(border);
-    right->addWidget(statusLabel_);
-    right->addStretch();
-    auto* columns = new QHBoxLayout(this);
-    columns->addLayout(left, 1);
-    columns->addLayout(right);
-
-    // Focus borders: the label of each box, and the colour boxes themselves.
-    watch(boardRowsEdit_, boardLabel);
-    watch(boardColumnsEdit_, boardLabel);
-    watch(boardOffsetYEdit_, offsetLabel);
-    watch(boardOffsetXEdit_, offsetLabel);
-    watch(frameWidthEdit_, frameLabel);
-    watch(frameColorSwatch_, frameColorLabel);
-    watch(backColorSwatch_, backColorLabel);
-    watch(fontColorSwatch_, fontColorLabel);
-    watch(pictureHeightEdit_, pictureSizeLabel_);
-    watch(pictureWidthEdit_, pictureSizeLabel_);
-    watch(fontSizeBox_, sizeLabel);
-    watch(gridOffsetYBox_, gridOffsetLabel);
-    watch(gridOffsetXBox_, gridOffsetLabel);
-
-    // Enter previews; a change of a length lets an open padlock size the
-    // picture anew.
-    for (QLineEdit* edit :
-         {boardRowsEdit_, boardColumnsEdit_, squareSpaceVerticalEdit_, boardOffsetYEdit_,
-          boardOffsetXEdit_, frameWidthEdit_, cellOverlapVerticalEdit_, cellOverlapHorizontalEdit_,
-          squareSpaceHorizontalEdit_}) {
-        connect(edit, &QLineEdit::returnPressed, this, &StyleWindow::preview);
-        connect(edit, &QLineEdit::textEdited, this, &StyleWindow::autoSizePicture);
-    }
-    connect(piecesListEdit_, &QLineEdit::textEdited, this, &StyleWindow::autoSizePicture);
-    for (QLineEdit* edit : {pictureHeightEdit_, pictureWidthEdit_})
-        connect(edit, &QLineEdit::returnPressed, this, &StyleWindow::preview);
-    for (QComboBox* box : {fontSizeBox_, gridOffsetYBox_, gridOffsetXBox_}) {
-        connect(box->lineEdit(), &QLineEdit::returnPressed, this, &StyleWindow::preview);
-        connect(box, &QComboBox::activated, this, &StyleWindow::preview);
-    }
-    connect(fontNameBox_, &QComboBox::activated, this, &StyleWindow::preview);
-    connect(showGridCheck_, &QCheckBox::clicked, this, &StyleWindow::switchGrid);
-    connect(frameColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickFrameColor);
-    connect(backColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickBackColor);
-    connect(fontColorSwatch_, &QPushButton::clicked, this, &StyleWindow::pickFontColor);
-    connect(pictureWidthScrollBar_, &QScrollBar::valueChanged, this,
-            &StyleWindow::resizePictureWidth);
-    connect(pictureHeightScrollBar_, &QScrollBar::valueChanged, this,
-            &StyleWindow::resizePictureHeight);
-    connect(autoSizeButton_, &QPushButton::clicked, this, &StyleWindow::autoSizeAndPreview);
-    connect(padlockButton_, &ToolButton::clicked, this, &StyleWindow::togglePadlock);
+    return aligns;
 }
 
 void StyleWindow::watchStyleList() {
@@ -562,26 +579,11 @@ void StyleWindow::styleToControls() {
         borderPictureFile_ = style.BorderFile;
 
     const StyleForm form = formFromStyle(style);
-    boardRowsEdit_->setText(form.boardRows);
-    boardColumnsEdit_->setText(form.boardColumns);
-    frameWidthEdit_->setText(form.frameWidth);
-    boardOffsetYEdit_->setText(form.boardOffsetY);
-    boardOffsetXEdit_->setText(form.boardOffsetX);
-    pictureHeightEdit_->setText(form.pictureHeight);
-    pictureWidthEdit_->setText(form.pictureWidth);
-    borderFileEdit_->setText(form.borderFile);
-    piecesFileEdit_->setText(form.piecesFile);
+    for (const auto& [edit, field] : textBoxes())
+        edit->setText(form.*field);
     styleNameBox_->setEditText(form.styleName);
-    startPositionEdit_->setText(form.startPosition);
-    englishNotationEdit_->setText(form.englishNotation);
-    popeyeDictionaryEdit_->setText(form.popeyeDictionary);
     copyCounterCheck_->setChecked(form.copyCounter);
     showGridCheck_->setChecked(form.showGrid);
-    squareSpaceVerticalEdit_->setText(form.squareSpaceVertical);
-    squareSpaceHorizontalEdit_->setText(form.squareSpaceHorizontal);
-    piecesListEdit_->setText(form.piecesList);
-    cellOverlapVerticalEdit_->setText(form.cellOverlapVertical);
-    cellOverlapHorizontalEdit_->setText(form.cellOverlapHorizontal);
     setSwatch(backColorSwatch_, form.backColor);
     setSwatch(frameColorSwatch_, form.frameColor);
 
@@ -616,29 +618,34 @@ void StyleWindow::styleToControls() {
     previewBlocked_ = false;
 }
 
+std::array<std::pair<QLineEdit*, QString StyleForm::*>, 17> StyleWindow::textBoxes() const {
+    return {{{piecesFileEdit_, &StyleForm::piecesFile},
+             {borderFileEdit_, &StyleForm::borderFile},
+             {piecesListEdit_, &StyleForm::piecesList},
+             {startPositionEdit_, &StyleForm::startPosition},
+             {englishNotationEdit_, &StyleForm::englishNotation},
+             {popeyeDictionaryEdit_, &StyleForm::popeyeDictionary},
+             {cellOverlapVerticalEdit_, &StyleForm::cellOverlapVertical},
+             {cellOverlapHorizontalEdit_, &StyleForm::cellOverlapHorizontal},
+             {squareSpaceVerticalEdit_, &StyleForm::squareSpaceVertical},
+             {squareSpaceHorizontalEdit_, &StyleForm::squareSpaceHorizontal},
+             {boardRowsEdit_, &StyleForm::boardRows},
+             {boardColumnsEdit_, &StyleForm::boardColumns},
+             {boardOffsetYEdit_, &StyleForm::boardOffsetY},
+             {boardOffsetXEdit_, &StyleForm::boardOffsetX},
+             {frameWidthEdit_, &StyleForm::frameWidth},
+             {pictureHeightEdit_, &StyleForm::pictureHeight},
+             {pictureWidthEdit_, &StyleForm::pictureWidth}}};
+}
+
 StyleForm StyleWindow::formFromControls() const {
     StyleForm form;
     form.styleName = styleNameBox_->currentText();
-    form.piecesFile = piecesFileEdit_->text();
-    form.borderFile = borderFileEdit_->text();
-    form.piecesList = piecesListEdit_->text();
-    form.startPosition = startPositionEdit_->text();
-    form.englishNotation = englishNotationEdit_->text();
-    form.popeyeDictionary = popeyeDictionaryEdit_->text();
-    form.cellOverlapVertical = cellOverlapVerticalEdit_->text();
-    form.cellOverlapHorizontal = cellOverlapHorizontalEdit_->text();
-    form.squareSpaceVertical = squareSpaceVerticalEdit_->text();
-    form.squareSpaceHorizontal = squareSpaceHorizontalEdit_->text();
+    for (const auto& [edit, field] : textBoxes())
+        form.*field = edit->text();
     form.copyCounter = copyCounterCheck_->isChecked();
-    form.boardRows = boardRowsEdit_->text();
-    form.boardColumns = boardColumnsEdit_->text();
-    form.boardOffsetY = boardOffsetYEdit_->text();
-    form.boardOffsetX = boardOffsetXEdit_->text();
-    form.frameWidth = frameWidthEdit_->text();
     form.frameColor = swatchColor(frameColorSwatch_);
     form.backColor = swatchColor(backColorSwatch_);
-    form.pictureHeight = pictureHeightEdit_->text();
-    form.pictureWidth = pictureWidthEdit_->text();
     form.showGrid = showGridCheck_->isChecked();
     form.fontName = fontNameBox_->currentText();
     form.fontSize = fontSizeBox_->currentText();
@@ -771,38 +778,21 @@ void StyleWindow::loadBorderFile() {
     preview();
 }
 
-void StyleWindow::browsePiecesFile() {
+void StyleWindow::browseFile(QLineEdit* edit) {
+    const bool sheet = edit == piecesFileEdit_;
     QString path;
-    if (!chooseFile || !chooseFile(ChooserMode::PieceSheet, path)) return;
-    piecesFileEdit_->setText(path);
-    loadPiecesFile();
-    piecesFileEdit_->end(false);
-}
-
-void StyleWindow::browseBorderFile() {
-    QString path;
-    if (!chooseFile || !chooseFile(ChooserMode::BorderBitmap, path)) return;
-    borderFileEdit_->setText(path);
-    loadBorderFile();
-    borderFileEdit_->end(false);
+    if (!chooseFile ||
+        !chooseFile(sheet ? ChooserMode::PieceSheet : ChooserMode::BorderBitmap, path))
+        return;
+    edit->setText(path);
+    sheet ? loadPiecesFile() : loadBorderFile();
+    edit->end(false);
 }
 
 void StyleWindow::pick(QPushButton* box) {
     const int32_t color = pickColor(swatchColor(box), box);
     if (color >= 0) setSwatch(box, color);
     preview();
-}
-
-void StyleWindow::pickFrameColor() {
-    pick(frameColorSwatch_);
-}
-
-void StyleWindow::pickBackColor() {
-    pick(backColorSwatch_);
-}
-
-void StyleWindow::pickFontColor() {
-    pick(fontColorSwatch_);
 }
 
 void StyleWindow::resizePictureWidth(int value) {

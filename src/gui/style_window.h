@@ -12,10 +12,14 @@
 #include <QPointer>
 #include <array>
 #include <functional>
+#include <utility>
 
 class QAbstractItemView;
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
+class QGroupBox;
+class QHBoxLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -52,11 +56,6 @@ class StyleWindow : public QDialog {
     void switchGrid(bool on);
     void loadPiecesFile();
     void loadBorderFile();
-    void browsePiecesFile();
-    void browseBorderFile();
-    void pickFrameColor();
-    void pickBackColor();
-    void pickFontColor();
     void resizePictureWidth(int value);
     void resizePictureHeight(int value);
     void updateFarEdgeEntries();
@@ -95,8 +94,30 @@ class StyleWindow : public QDialog {
   private:
     void createMenu();
     void watchStyleList();
+    // The chooser names the file of the pieces' or the border's box, which reads it.
+    void browseFile(QLineEdit* edit);
+    // The controls, group by group as the window shows them.
     void createControls();
+    QHBoxLayout* createNameRow();
+    QGroupBox* createPiecesGroup();
+    QHBoxLayout* createButtonRow();
+    void addBoardRows(QGridLayout* grid, int& row);
+    QGridLayout* createColourBox(QWidget* border);
+    void addPictureRow(QGridLayout* grid, int& row);
+    void addGridRows(QGridLayout* grid, int& row);
+    QGridLayout* createFontStyles(QWidget* border);
+    QHBoxLayout* createAlignGroups(QWidget* border);
+    // The label of a control shows a border while the control has the focus.
+    void watchFocus(QWidget* control, QLabel* shownBy);
+    // Enter in the box previews; with `sizesPicture` typing in it lets an
+    // open padlock size the picture anew.
+    void previewOnEnter(QLineEdit* edit, bool sizesPicture);
+    // A caption, then two boxes with "X" between them over the other columns.
+    void addPairRow(QGridLayout* grid, int& row, QLabel* caption, QWidget* first,
+                    const char* timesName, QWidget* second);
     StyleForm formFromControls() const;
+    // The text boxes and the fields of the form they show.
+    std::array<std::pair<QLineEdit*, QString StyleForm::*>, 17> textBoxes() const;
     void setSwatch(QPushButton* swatch, int32_t color);
     int32_t swatchColor(const QPushButton* swatch) const;
     void pick(QPushButton* swatch);

@@ -4,6 +4,7 @@
 #include "drawing/diagram.h"
 #include "drawing/palette.h"
 #include "editing/board_edit.h"
+#include "gui/child_window_place.h"
 #include "gui/diagram_view.h"
 
 #include <QCloseEvent>
@@ -54,17 +55,11 @@ void ViewWindow::returnToPosition() {
 }
 
 void ViewWindow::closeEvent(QCloseEvent* event) {
-    // The close box gives up the chosen piece; the window is only hidden
-    // while the main window lives.
+    // The close box gives up the chosen piece.
     returnToPosition();
     state_.chosenPiece = -1;
     drawChosenPiece();
-    if (state_.mainWindowAlive) {
-        event->ignore();
-        hide();
-    } else {
-        event->accept();
-    }
+    hideOnClose(*this, *event, state_.mainWindowAlive);
 }
 
 bool ViewWindow::eventFilter(QObject* watched, QEvent* event) {

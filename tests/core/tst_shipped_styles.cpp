@@ -106,14 +106,14 @@ class TstShippedStyles : public QObject {
         const PyDat table = readPyDat(kLibrary + QStringLiteral("py.dat"));
         QVERIFY(table.dictionary.contains(u"&&N=WS") && table.dictionary.contains(u"&&n=BS"));
         for (const int box : {0, 1, 2, 3, 4, 9, 10}) {
-            const QStringList& entries = table.lists[static_cast<size_t>(box)];
+            const QStringList& entries = table.lists.box(static_cast<size_t>(box));
             QVERIFY2(entries.size() >= 4, qPrintable(QString::number(box)));
             for (const QString& entry : entries) {
                 const EntryChoice choice = entryChoice(entry, QString());
                 QVERIFY2(choice.none || !choice.param.isEmpty(), qPrintable(entry));
             }
         }
-        QCOMPARE(entryChoice(table.lists[0].first(), QStringLiteral("h#")).param, "#");
+        QCOMPARE(entryChoice(table.lists.stipulation.first(), QStringLiteral("h#")).param, "#");
     }
 };
 

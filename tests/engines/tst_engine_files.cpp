@@ -52,14 +52,14 @@ class TstEngineFiles : public QObject {
                                        "90&&K=wKing\r\n90&&Q=wQueen\r\n"
                                        "11ignored\r\n-1ignored\r\n 5five\r\nabc\r\n90\r\n00h#");
         QStringList lists; // each box's list joined by "|"
-        for (const QStringList& list : table.lists)
-            lists << list.join(u'|');
+        for (size_t box = 0; box < PopeyeLists::kCount; ++box)
+            lists << table.lists.box(box).join(u'|');
         QCOMPARE(lists, QStringList({"#|=|c|h#", " 2 ", "", "MaxTime 30 '<", "", "five", "", "", "",
                                      "", "128"}));
         QCOMPARE(table.dictionary, QStringLiteral("&&K=wKing&&Q=wQueen&&"));
         // A one-character line ends the reading; what was read stays, the dictionary is closed.
         const PyDat cut = parsePyDat("00first\r\n;\r\n90&&P=wPawn\r\nx\r\n00second\r\n");
-        QCOMPARE(cut.lists[0], QStringList({"first"}));
+        QCOMPARE(cut.lists.stipulation, QStringList({"first"}));
         QCOMPARE(cut.dictionary, QStringLiteral("&&P=wPawn&&"));
         QCOMPARE(readPyDat("/nonexistent/py.dat").dictionary, QString("&&"));
     }

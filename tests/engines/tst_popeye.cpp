@@ -11,10 +11,10 @@ using namespace marlith::testing;
 
 namespace {
 
-PopeyeParams params(std::initializer_list<std::pair<int, const char*>> fields) {
-    PopeyeParams p;
+PopeyeFields params(std::initializer_list<std::pair<int, const char*>> fields) {
+    PopeyeFields p;
     for (const auto& [index, text] : fields)
-        p[static_cast<size_t>(index)] = QString::fromUtf8(text);
+        p.box(static_cast<size_t>(index)) = QString::fromUtf8(text);
     return p;
 }
 
@@ -57,7 +57,7 @@ class TstPopeye : public QObject {
         QCOMPARE(problemFileText(params({{0, "#"}, {1, "2"}, {6, "Ke1 Qd1"}}), "/p/Fi.tmp"),
                  QByteArray("BeginProblem\r\nPieces\r\nWhite Ke1 Qd1\r\nProtocol /p/Fi.tmp\r\n"
                             "Stipulation #2\r\nOption MaxTime 60 NoBoard\r\nEndProblem\r\n"));
-        const PopeyeParams all = {"h#",  "3",   "Circe", "Intelligent", "move e1 e2", "rotate 90",
+        const PopeyeFields all = {"h#",  "3",   "Circe", "Intelligent", "move e1 e2", "rotate 90",
                                   "Ke1", "Ke8", "Pa2",   "Remark raw",  "512M"};
         QCOMPARE(problemFileLines(all, "proto").join(u'|'),
                  QString("BeginProblem|Pieces|White Ke1|Black Ke8|Neutral Pa2|Protocol proto|"

@@ -242,11 +242,11 @@ class TstEngineWindows : public QObject {
         f.openBook(QStringLiteral("b.fen"), "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
                                             "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
         PopeyeWindow* w = e.popeye("", {});
-        const PopeyeParams& params = f.state.popeyeParams;
-        QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),
+        const PopeyeFields& p = f.state.popeyeFields;
+        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
                  QStringList({"h#", "3", "Qd1 Ke1", "Ke8"}));
         f.window->bookPanel()->gameScrollBar()->setValue(2);
-        QCOMPARE(QStringList({params[0], params[1], params[6], params[7]}),
+        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
                  QStringList({"#", "2", "Ka1", ""}));
         QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
     }
