@@ -126,7 +126,9 @@ QStringList absoluteArguments(const QStringList& arguments, const QString& start
     const QDir start(startFolder);
     for (const QString& argument : arguments) {
         const QString path = argument.trimmed();
-        absolute.append(path.isEmpty() ? path : QDir::cleanPath(start.absoluteFilePath(path)));
+        // Qt reads a leading ":" as its resources; here it is a file's name.
+        const QString file = path.startsWith(u':') ? QStringLiteral("./") + path : path;
+        absolute.append(path.isEmpty() ? path : QDir::cleanPath(start.absoluteFilePath(file)));
     }
     return absolute;
 }
