@@ -140,31 +140,24 @@ class TstEngineWindows : public QObject {
         QVERIFY(readFile(e.path + QStringLiteral("Marlith.ini")).contains("RecentEngine = Popeye"));
     }
 
-    // Incomplete fields are refused; a solver that is gone runs nothing.
-    void popeyeThatCannotStart() {
-        Engines e({{"py", kPopeye}});
-        PopeyeWindow* popeyeWindow = e.popeye("K7", {{1, QStringLiteral("1")}});
-        childOf(popeyeWindow, "solveButton")->click();
-        QCOMPARE(e.f->warnings, QStringList{"Enter the stipulation!"});
-        QVERIFY(e.files("*.tmp").isEmpty());
-        QTest::keyClicks(popeyeWindow->paramBox(0)->lineEdit(), QStringLiteral("#"));
-        QVERIFY(QFile::remove(e.path + QStringLiteral("py")));
-        childOf(popeyeWindow, "solveButton")->click();
-        QCOMPARE(popeyeWindow->running(), int16_t(0));
-        QVERIFY(childOf(popeyeWindow, "solveButton")->isEnabled());
-    }
-
-    // An engine that ends without a result ends the run at once: its own
-    // words and its exit status in the list, the run's files gone.
+    // Incomplete fields are refused; a solver that is gone runs nothing; an
+    // engine that ends without a result ends the run at once, its own words
+    // and its exit status in the list, the run's files gone.
     void runsThatEndWithoutAResult() {
         Engines e({{"py", "#!/bin/sh\necho 'not enough memory for -maxmem 1G' >&2\nexit 3\n"},
                    {"crafty", "#!/bin/sh\necho 'Illegal position, no king'\nexit 1\n"}});
-        PopeyeWindow* popeye = e.popeye("K7", {{0, QStringLiteral("#")}, {1, QStringLiteral("2")}});
+        PopeyeWindow* popeye = e.popeye("K7", {{1, QStringLiteral("2")}});
+        childOf(popeye, "solveButton")->click();
+        QCOMPARE(e.f->warnings, QStringList{"Enter the stipulation!"});
+        QTest::keyClicks(popeye->paramBox(0)->lineEdit(), QStringLiteral("#"));
         e.solve(popeye);
         e.awaitEnd(popeye);
         QCOMPARE(rowsOf(popeye), QStringList({"not enough memory for -maxmem 1G",
                                               "Popeye ended without a result (exit status 3)."}));
         QVERIFY(e.files("*.tmp").isEmpty());
+        QVERIFY(QFile::remove(e.path + QStringLiteral("py")));
+        childOf(popeye, "solveButton")->click();
+        QVERIFY(!popeye->running() && childOf(popeye, "solveButton")->isEnabled());
         e.f->action("craftyAction")->trigger();
         CraftyWindow* crafty = e.f->window->craftyWindow();
         e.solve(crafty);
