@@ -2,7 +2,6 @@
 #include "gui/add_to_book_window.h"
 #include "gui/book_panel.h"
 #include "gui/history_window.h"
-#include "gui/search_window.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
@@ -57,15 +56,6 @@ struct History : Fixture {
             w.hide();
         };
         click("addToBookButton");
-    }
-    void search(const QString& words) {
-        window->runSearchWindow = [&](SearchWindow& w) {
-            w.show();
-            w.fieldEdit(0)->setText(words);
-            QTest::keyClick(w.fieldEdit(0), Qt::Key_Return);
-            w.hide();
-        };
-        action("searchAction")->trigger();
     }
     void click(const char* button) {
         history->findChild<QPushButton*>(QLatin1String(button))->click();
@@ -194,13 +184,13 @@ class TstHistoryWindow : public QObject {
         QFETCH(QByteArray, added);
         History h;
         h.openBook(name, book);
-        h.search(QStringLiteral("Old"));
+        h.search({QStringLiteral("Old")});
         for (const QByteArray& board : {kStart, kStart, kAfterE4, kAfterE5})
             h.copy(QString::fromLatin1(board));
         h.addToBook();
         QCOMPARE(h.window->bookPanel()->gameScrollBar()->value(), 2);
         QCOMPARE(readFile(h.state.bookFile), book + added);
-        h.search(QString());
+        h.search({});
         for (int opening = 0; opening < 2; ++opening) {
             for (int game = 1; game <= 3; ++game) {
                 h.window->bookPanel()->gameScrollBar()->setValue(game);

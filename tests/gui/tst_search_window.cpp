@@ -23,17 +23,6 @@ struct Search : Fixture {
         openBook(QStringLiteral("b.pgn"), book);
         window->searchWindow()->warn = [this](const QString& text) { warnings.append(text); };
     }
-    // Fills the five fields, presses Enter in the last, as a user would.
-    void search(const QStringList& fields) {
-        window->runSearchWindow = [&](SearchWindow& w) {
-            w.show();
-            for (int i = 0; i < 5; ++i)
-                w.fieldEdit(i)->setText(fields.value(i));
-            QTest::keyClick(w.fieldEdit(4), Qt::Key_Return);
-            w.hide();
-        };
-        action("searchAction")->trigger();
-    }
     int gamesShown() const { return static_cast<int>(state.book.gameIndex.size()); }
     bool narrowed() const { return action("searchAction")->isChecked(); }
 };

@@ -4,6 +4,7 @@
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
 #include "gui/main_window.h"
+#include "gui/search_window.h"
 #include "gui/tool_button.h"
 
 #include <QAction>
@@ -62,6 +63,17 @@ struct Fixture {
         file.close();
         window->loadBook();
         waitForScan();
+    }
+    // Fills the Search Criteria fields and presses Enter, as a user would.
+    void search(const QStringList& fields) {
+        window->runSearchWindow = [&](SearchWindow& w) {
+            w.show();
+            for (int i = 0; i < 5; ++i)
+                w.fieldEdit(i)->setText(fields.value(i));
+            QTest::keyClick(w.fieldEdit(4), Qt::Key_Return);
+            w.hide();
+        };
+        action("searchAction")->trigger();
     }
     void type(const QString& keys) { QTest::keyClicks(positionEdit, keys); }
     QAction* action(const char* name) const { return window->action(QLatin1String(name)); }
