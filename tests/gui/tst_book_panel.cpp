@@ -6,7 +6,6 @@
 #include "support/main_window_fixture.h"
 
 #include <QDir>
-#include <QListWidget>
 #include <QRandomGenerator>
 #include <QScrollBar>
 #include <chrono>
@@ -106,6 +105,7 @@ class TstBookPanel : public QObject {
         const QByteArray none;
         QTest::newRow("missing") << "none nosuch.pgn" << none << "doesn't exist";
         QTest::newRow("unreadable") << "locked b.fen" << kTwoGames << "can't be read";
+        QTest::newRow("link to itself") << "loop b.fen" << none << "can't be read";
         QTest::newRow("folder") << "folder b.pgn" << none << "no book";
         QTest::newRow("pipe") << "fifo b.pgn" << none << "no book";
         QTest::newRow("empty") << "file b.pgn" << none << "holds no game";
@@ -122,6 +122,7 @@ class TstBookPanel : public QObject {
         if (made == "file" || made == "locked") writeFile(path, bytes);
         if (made == "locked" && ::geteuid() == 0) QSKIP("the superuser reads any file");
         if (made == "locked") QVERIFY(QFile::setPermissions(path, {}));
+        if (made == "loop") QVERIFY(QFile::link(path, path));
         if (made == "folder") QVERIFY(QDir().mkdir(path));
         if (made == "fifo") QVERIFY(::mkfifo(QFile::encodeName(path).constData(), 0600) == 0);
         f.state.bookFile = path;
@@ -144,6 +145,7 @@ class TstBookPanel : public QObject {
         QCOMPARE(b.label("gameLabel"), "Game 2. (2 of 2)");
         QCOMPARE(b.lines(), QStringList({"[Event \"second\"]", "[Site \"a site whose name is far l",
                                          " onger than one line\"]"}));
+        QCOMPARE(b.positionEdit->text(), rank1("1K6"));
         QVERIFY(b.stepStrip()->isVisible());
         QCOMPARE(b.button("nextPositionButton"), rank1("2K5"));
         QCOMPARE(b.label("sideLabel"), "Black moves...");
@@ -189,6 +191,7 @@ class TstBookPanel : public QObject {
         QCOMPARE(f.positionEdit->text(), "K"); // the key went to the scan, not to the box
         f.waitForScan();
         QCOMPARE(f.state.book.gameCount, 6'000);
+        QVERIFY(f.window->bookPanel()->gameScrollBar()->isEnabled());
         f.window->bookPanel()->gameScrollBar()->setValue(6'000);
         QCOMPARE(label->text(), "Game 6000. (6000 of 6000)");
         QVERIFY(f.warnings.isEmpty());
@@ -210,6 +213,7 @@ class TstBookPanel : public QObject {
         QVERIFY2(f.warnings[0].contains(QStringLiteral("File too large")) &&
                      f.warnings[0].contains(QStringLiteral("The first 2525 games")),
                  qPrintable(f.warnings[0]));
+        QCOMPARE(f.window->bookPanel()->gameScrollBar()->maximum(), 2'525);
         f.window->bookPanel()->gameScrollBar()->setValue(2'525);
         QCOMPARE(f.positionEdit->text(), "K7/8/8/8/8/8/8/8");
         QCOMPARE(marlith::testing::readFile(f.state.bookFile), text);

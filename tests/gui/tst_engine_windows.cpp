@@ -9,12 +9,10 @@
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QAbstractButton>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QGuiApplication>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
@@ -139,6 +137,7 @@ class TstEngineWindows : public QObject {
         PopeyeWindow* popeye = e.popeye("K7", {{1, QStringLiteral("2")}});
         childOf(popeye, "solveButton")->click();
         QCOMPARE(e.f->warnings, QStringList{"Enter the stipulation!"});
+        QVERIFY(e.files("*.tmp").isEmpty());
         QTest::keyClicks(popeye->paramBox(0)->lineEdit(), QStringLiteral("#"));
         e.solve(popeye);
         e.awaitEnd(popeye);

@@ -50,9 +50,16 @@ class TstSearchWindow : public QObject {
         s.search({"zzz"});
         QCOMPARE(s.warnings, QStringList{"Game not found!"});
         QCOMPARE(s.state.book.gameIndex, narrowedIndex);
+        QVERIFY(s.narrowed());
         s.search({});
         QVERIFY(!s.narrowed());
         QCOMPARE(s.state.book.gameIndex, s.state.book.fullIndex);
+        // A book of one game is searched like any other, by a count of men too.
+        Search one("[Event \"Only\"]\n\n1. e4 *\n");
+        one.search({"only", "16"});
+        QCOMPARE(one.gamesShown(), 1);
+        one.search({"only", "15"});
+        QCOMPARE(one.warnings, QStringList{"Game not found!"});
     }
 
     // A book of 12,000 games, every thousandth of them rare: the search finds

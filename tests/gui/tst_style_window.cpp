@@ -6,7 +6,6 @@
 
 #include <QAbstractItemView>
 #include <QCheckBox>
-#include <QDir>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
@@ -183,6 +182,9 @@ class TstStyleWindow : public QObject {
             StyleSession::run(w, "saveStyleAction");
             StyleSession::run(w, "deleteStyleAction");
             StyleSession::run(w, "restoreDefaultsAction");
+            // The fields show the defaults, the picture sizing itself again.
+            QCOMPARE(StyleSession::in<QLineEdit>(w, "pictureWidthEdit")->text(), "124");
+            QVERIFY(StyleSession::in<QPushButton>(w, "autoSizeButton")->isEnabled());
             // The default style draws from the built-in sheet again.
             QCOMPARE(s.window->diagram().image().copy(0, 0, 15, 15),
                      builtInSheet().copy(0, 0, 15, 15));

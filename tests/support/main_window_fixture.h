@@ -19,6 +19,12 @@
 
 namespace marlith::testing {
 
+inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
+                 Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mousePress(widget, button, keys, from);
+    QTest::mouseRelease(widget, button, keys, to);
+}
+
 struct Fixture {
     QTemporaryDir dir;
     QString home; // the program folder: dir unless another is given
@@ -76,6 +82,20 @@ struct Fixture {
         action("searchAction")->trigger();
     }
     void type(const QString& keys) { QTest::keyClicks(positionEdit, keys); }
+    // The position after a key in its box, a stroke on the board or a command.
+    QString key(Qt::Key key, Qt::KeyboardModifiers keys = {}) {
+        QTest::keyClick(positionEdit, key, keys);
+        return positionEdit->text();
+    }
+    QString dragOnBoard(QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
+                        Qt::MouseButton button = Qt::LeftButton) {
+        drag(window->diagramView(), from, to, keys, button);
+        return positionEdit->text();
+    }
+    QString run(const char* command) {
+        action(command)->trigger();
+        return positionEdit->text();
+    }
     QAction* action(const char* name) const { return window->action(QLatin1String(name)); }
     DiagramView* diagramView() const { return window->diagramView(); }
     template <typename T = ToolButton> T* child(const char* name) const {
@@ -97,12 +117,6 @@ template <typename List> QStringList itemTexts(const List* list) {
 // The middle of square (row, column) of the default 15-pixel board.
 inline QPoint squareCentre(int row, int column) {
     return QPoint(column * 15 + 7, row * 15 + 7);
-}
-
-inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
-                 Qt::MouseButton button = Qt::LeftButton) {
-    QTest::mousePress(widget, button, keys, from);
-    QTest::mouseRelease(widget, button, keys, to);
 }
 
 } // namespace marlith::testing
