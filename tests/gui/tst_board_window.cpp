@@ -43,28 +43,24 @@ class TstBoardWindow : public QObject {
         Fixture f;
         QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         f.positionEdit->setText(QStringLiteral("K"));
-        drag(f.diagramView(), square(0, 0), square(1, 1));
-        QCOMPARE(f.positionEdit->text(), "8/1K6/8/8/8/8/8/8");
+        QCOMPARE(f.dragOnBoard(square(0, 0), square(1, 1)), "8/1K6/8/8/8/8/8/8");
         QTRY_VERIFY(f.positionEdit->hasFocus());
-        drag(f.diagramView(), square(1, 1), square(2, 2), Qt::ControlModifier);
-        QCOMPARE(f.positionEdit->text(), "8/1K6/2K5/8/8/8/8/8");
-        click(f.diagramView(), square(2, 2), Qt::RightButton);
-        QCOMPARE(f.positionEdit->text(), "8/1K6/8/8/8/8/8/8");
+        QCOMPARE(f.dragOnBoard(square(1, 1), square(2, 2), Qt::ControlModifier),
+                 "8/1K6/2K5/8/8/8/8/8");
+        QCOMPARE(f.dragOnBoard(square(2, 2), square(2, 2), {}, Qt::RightButton),
+                 "8/1K6/8/8/8/8/8/8");
         QCOMPARE(f.pieceCounterLabel->text(), "(1x0)");
         // A stroke with Shift edits nothing and asks for no piece.
-        drag(f.diagramView(), square(1, 1), square(3, 3), Qt::ShiftModifier);
-        QCOMPARE(f.positionEdit->text(), "8/1K6/8/8/8/8/8/8");
+        QCOMPARE(f.dragOnBoard(square(1, 1), square(3, 3), Qt::ShiftModifier), "8/1K6/8/8/8/8/8/8");
         QVERIFY(!f.window->viewWindow()->isVisible());
 
         // Undo takes back each change, pastes too; a new change forgets
         // what was undone.
         QGuiApplication::clipboard()->setText(QStringLiteral("q"));
-        f.action("pastePositionAction")->trigger();
-        f.action("undoAction")->trigger();
-        f.action("undoAction")->trigger();
-        QCOMPARE(f.positionEdit->text(), "8/1K6/2K5/8/8/8/8/8");
-        f.action("redoAction")->trigger();
-        QCOMPARE(f.positionEdit->text(), "8/1K6/8/8/8/8/8/8");
+        f.run("pastePositionAction");
+        f.run("undoAction");
+        QCOMPARE(f.run("undoAction"), "8/1K6/2K5/8/8/8/8/8");
+        QCOMPARE(f.run("redoAction"), "8/1K6/8/8/8/8/8/8");
         click(f.diagramView(), square(1, 1), Qt::RightButton);
         QVERIFY(!f.action("redoAction")->isEnabled());
     }
@@ -96,8 +92,7 @@ class TstBoardWindow : public QObject {
                       "  BorderHeight = 10 \r\n  XBase = 12 \r\n  YBase = 12 \r\n"
                       "  SqrHSpc = 6 \r\n  SqrVSpc = 6 \r\nEndStyle\r\n");
         f.type(QStringLiteral("K"));
-        drag(f.diagramView(), {19, 19}, {31, 31});
-        QCOMPARE(f.positionEdit->text(), "7/1K5/7/7/7/7/7/7/7/7");
+        QCOMPARE(f.dragOnBoard({19, 19}, {31, 31}), "7/1K5/7/7/7/7/7/7/7/7");
         f.window->graphicWindow()->findChild<QRadioButton*>("snapCornerOption")->setChecked(true);
         QTest::mousePress(f.diagramView(), Qt::LeftButton, Qt::ShiftModifier, {31, 31});
         QTest::mouseRelease(f.diagramView(), Qt::LeftButton, Qt::ShiftModifier, {50, 52});
@@ -171,16 +166,13 @@ class TstBoardWindow : public QObject {
         QVERIFY(f.action("reverseAction")->isChecked());
         QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(255, 0, 0));
         // The white king, on a1, is shown top right; dragged one down there.
-        drag(f.diagramView(), square(0, 7), square(1, 7));
-        QCOMPARE(f.positionEdit->text(), "k7/8/8/8/8/8/K7/8");
-        f.action("reverseAction")->trigger();
-        QCOMPARE(f.positionEdit->text(), "k7/8/8/8/8/8/K7/8");
+        QCOMPARE(f.dragOnBoard(square(0, 7), square(1, 7)), "k7/8/8/8/8/8/K7/8");
+        QCOMPARE(f.run("reverseAction"), "k7/8/8/8/8/8/K7/8");
         QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(0, 0, 0));
 
         f.action("recModeAction")->trigger();
         const int rows = f.window->historyWindow()->rowCount();
-        f.action("horizontalMirrorAction")->trigger();
-        QCOMPARE(f.positionEdit->text(), "8/K7/8/8/8/8/8/k7");
+        QCOMPARE(f.run("horizontalMirrorAction"), "8/K7/8/8/8/8/8/k7");
         QCOMPARE(f.window->historyWindow()->rowCount(), rows);
     }
 

@@ -9,12 +9,10 @@
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QAbstractButton>
 #include <QClipboard>
 #include <QComboBox>
 #include <QDir>
 #include <QGuiApplication>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QRadioButton>
@@ -39,25 +37,15 @@ sleep 2
 printf '%s\r\n' "solution: 1.Qd1-d8 ! zugzwang, and then a line long enough to wrap" >> "$proto"
 )sh";
 
-// Reads its commands from standard input. It opens the first free log at
-// start, removes it at "log off" and opens the next number at "log on".
+// Reads its commands from standard input and writes the first log.
 const QByteArray kCrafty = R"sh(#!/bin/sh
-next() {
-  n=$((n+1))
-  while [ -e "$(printf 'log.%03d' "$n")" ]; do n=$((n+1)); done
-  log=$(printf 'log.%03d' "$n"); game=$(printf 'game.%03d' "$n")
-  : > "$log"; : > "$game"
-}
-n=0; next
 while IFS= read -r line; do
   line=$(printf '%s' "$line" | tr -d '\r')
   printf '%s\n' "$line" >> received.txt
   case $line in
-    "log off") rm -f "$log" "$game" ;;
-    "log on") next ;;
     setboard*) board=${line#setboard } ;;
-    analyze) sleep 0.3; printf 'Crafty stand-in\r\n\r\nposition %s\r\n' "$board" >> "$log" ;;
-    quit) sleep 2; printf '  depth 9 done\n' >> "$log"; printf 'no line end' >> "$log"; exit 0 ;;
+    analyze) sleep 0.3; : > game.001; printf 'Crafty stand-in\r\n\r\nposition %s\r\n' "$board" >> log.001 ;;
+    quit) sleep 2; printf '  depth 9 done\nno line end' >> log.001; exit 0 ;;
   esac
 done
 )sh";
@@ -140,31 +128,25 @@ class TstEngineWindows : public QObject {
         QVERIFY(readFile(e.path + QStringLiteral("Marlith.ini")).contains("RecentEngine = Popeye"));
     }
 
-    // Incomplete fields are refused; a solver that is gone runs nothing.
-    void popeyeThatCannotStart() {
-        Engines e({{"py", kPopeye}});
-        PopeyeWindow* popeyeWindow = e.popeye("K7", {{1, QStringLiteral("1")}});
-        childOf(popeyeWindow, "solveButton")->click();
-        QCOMPARE(e.f->warnings, QStringList{"Enter the stipulation!"});
-        QVERIFY(e.files("*.tmp").isEmpty());
-        QTest::keyClicks(popeyeWindow->paramBox(0)->lineEdit(), QStringLiteral("#"));
-        QVERIFY(QFile::remove(e.path + QStringLiteral("py")));
-        childOf(popeyeWindow, "solveButton")->click();
-        QCOMPARE(popeyeWindow->running(), int16_t(0));
-        QVERIFY(childOf(popeyeWindow, "solveButton")->isEnabled());
-    }
-
-    // An engine that ends without a result ends the run at once: its own
-    // words and its exit status in the list, the run's files gone.
+    // Incomplete fields are refused; a solver that is gone runs nothing; an
+    // engine that ends without a result ends the run at once, its own words
+    // and its exit status in the list, the run's files gone.
     void runsThatEndWithoutAResult() {
         Engines e({{"py", "#!/bin/sh\necho 'not enough memory for -maxmem 1G' >&2\nexit 3\n"},
                    {"crafty", "#!/bin/sh\necho 'Illegal position, no king'\nexit 1\n"}});
-        PopeyeWindow* popeye = e.popeye("K7", {{0, QStringLiteral("#")}, {1, QStringLiteral("2")}});
+        PopeyeWindow* popeye = e.popeye("K7", {{1, QStringLiteral("2")}});
+        childOf(popeye, "solveButton")->click();
+        QCOMPARE(e.f->warnings, QStringList{"Enter the stipulation!"});
+        QVERIFY(e.files("*.tmp").isEmpty());
+        QTest::keyClicks(popeye->paramBox(0)->lineEdit(), QStringLiteral("#"));
         e.solve(popeye);
         e.awaitEnd(popeye);
         QCOMPARE(rowsOf(popeye), QStringList({"not enough memory for -maxmem 1G",
                                               "Popeye ended without a result (exit status 3)."}));
         QVERIFY(e.files("*.tmp").isEmpty());
+        QVERIFY(QFile::remove(e.path + QStringLiteral("py")));
+        childOf(popeye, "solveButton")->click();
+        QVERIFY(!popeye->running() && childOf(popeye, "solveButton")->isEnabled());
         e.f->action("craftyAction")->trigger();
         CraftyWindow* crafty = e.f->window->craftyWindow();
         e.solve(crafty);
@@ -251,8 +233,8 @@ class TstEngineWindows : public QObject {
         QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
     }
 
-    // The engine reads its commands from the file on its standard input and
-    // renumbers its log; the window shows the log of the run, read after the
+    // The engine reads its commands from the file on its standard input; the
+    // window shows the log of the run, read after the
     // engine ended, and log and game files go.
     void craftyAnalysesInTheBackground() {
         Engines e({{"crafty", kCrafty}}, QStringLiteral("a b; c"));

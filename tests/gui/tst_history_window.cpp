@@ -2,7 +2,6 @@
 #include "gui/add_to_book_window.h"
 #include "gui/book_panel.h"
 #include "gui/history_window.h"
-#include "gui/search_window.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
@@ -58,15 +57,6 @@ struct History : Fixture {
         };
         click("addToBookButton");
     }
-    void search(const QString& words) {
-        window->runSearchWindow = [&](SearchWindow& w) {
-            w.show();
-            w.fieldEdit(0)->setText(words);
-            QTest::keyClick(w.fieldEdit(0), Qt::Key_Return);
-            w.hide();
-        };
-        action("searchAction")->trigger();
-    }
     void click(const char* button) {
         history->findChild<QPushButton*>(QLatin1String(button))->click();
     }
@@ -94,18 +84,17 @@ class TstHistoryWindow : public QObject {
         QCOMPARE(clipboardText(), rows[3]);
         // Undo takes each recorded edit back with its row, Redo brings both
         // again; Undo Rec steps back through the rows alone.
-        for (int undo = 0; undo < 3; ++undo)
-            h.action("undoAction")->trigger();
+        h.run("undoAction");
+        h.run("undoAction");
+        QCOMPARE(h.run("undoAction"), rows[0]);
         QCOMPARE(h.history->rows(), QStringList{rows[0]});
-        QCOMPARE(h.positionEdit->text(), rows[0]);
-        h.action("redoAction")->trigger();
-        h.action("redoAction")->trigger();
+        h.run("redoAction");
+        QCOMPARE(h.run("redoAction"), rows[2]);
         QCOMPARE(h.history->rows(), rows.mid(0, 3));
-        QCOMPARE(h.positionEdit->text(), rows[2]);
-        for (int undo = 0; undo < 3; ++undo)
-            h.action("undoRecAction")->trigger();
+        h.run("undoRecAction");
+        h.run("undoRecAction");
+        QCOMPARE(h.run("undoRecAction"), rows[0]);
         QCOMPARE(h.history->rows(), QStringList{rows[0]});
-        QCOMPARE(h.positionEdit->text(), rows[0]);
         QCOMPARE(clipboardText(), rows[3]);
         // Off: edits go unrecorded; the rows stay.
         h.action("recModeAction")->trigger();
@@ -194,13 +183,13 @@ class TstHistoryWindow : public QObject {
         QFETCH(QByteArray, added);
         History h;
         h.openBook(name, book);
-        h.search(QStringLiteral("Old"));
+        h.search({QStringLiteral("Old")});
         for (const QByteArray& board : {kStart, kStart, kAfterE4, kAfterE5})
             h.copy(QString::fromLatin1(board));
         h.addToBook();
         QCOMPARE(h.window->bookPanel()->gameScrollBar()->value(), 2);
         QCOMPARE(readFile(h.state.bookFile), book + added);
-        h.search(QString());
+        h.search({});
         for (int opening = 0; opening < 2; ++opening) {
             for (int game = 1; game <= 3; ++game) {
                 h.window->bookPanel()->gameScrollBar()->setValue(game);

@@ -48,31 +48,27 @@ class TstMainWindow : public QObject {
         Fixture f;
         QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         QSignalSpy saveAs(f.action("saveImageAsAction"), &QAction::triggered);
+        const Qt::KeyboardModifiers ctrl = Qt::ControlModifier,
+                                    ctrlShift = ctrl | Qt::ShiftModifier;
         f.type(QStringLiteral("kKQ"));
         QCOMPARE(f.pieceCounterLabel->text(), "(2x1)");
-        QTest::keyClick(f.positionEdit, Qt::Key_Return); // completes the rows
-        QCOMPARE(f.positionEdit->text(), "kKQ5/8/8/8/8/8/8/8");
+        QCOMPARE(f.key(Qt::Key_Return), "kKQ5/8/8/8/8/8/8/8"); // completes the rows
         // The typing and its rewrite at Enter are one step of Undo.
-        QTest::keyClick(f.positionEdit, Qt::Key_Z, Qt::ControlModifier);
-        QVERIFY(f.positionEdit->text().isEmpty());
-        QTest::keyClick(f.positionEdit, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-        QCOMPARE(f.positionEdit->text(), "kKQ5/8/8/8/8/8/8/8");
-        QTest::keyClick(f.positionEdit, Qt::Key_T, Qt::ControlModifier);
+        QCOMPARE(f.key(Qt::Key_Z, ctrl), "");
+        QCOMPARE(f.key(Qt::Key_Z, ctrlShift), "kKQ5/8/8/8/8/8/8/8");
+        f.key(Qt::Key_T, ctrl);
         QCOMPARE(f.pieceCounterLabel->text(), "(16x16)");
-        QTest::keyClick(f.positionEdit, Qt::Key_N, Qt::ControlModifier);
-        QVERIFY(f.positionEdit->text().isEmpty());
+        QCOMPARE(f.key(Qt::Key_N, ctrl), "");
         // The editing keys stay with the box; with nothing selected Ctrl+C
         // copies the position.
         f.type(QStringLiteral("kK"));
-        QTest::keyClick(f.positionEdit, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClick(f.positionEdit, Qt::Key_X, Qt::ControlModifier);
-        QVERIFY(f.positionEdit->text().isEmpty());
-        QTest::keyClick(f.positionEdit, Qt::Key_V, Qt::ControlModifier);
-        QTest::keyClick(f.positionEdit, Qt::Key_V, Qt::ControlModifier);
-        QCOMPARE(f.positionEdit->text(), "kKkK");
-        QTest::keyClick(f.positionEdit, Qt::Key_C, Qt::ControlModifier);
+        f.key(Qt::Key_A, ctrl);
+        QCOMPARE(f.key(Qt::Key_X, ctrl), "");
+        f.key(Qt::Key_V, ctrl);
+        QCOMPARE(f.key(Qt::Key_V, ctrl), "kKkK");
+        f.key(Qt::Key_C, ctrl);
         QCOMPARE(QGuiApplication::clipboard()->text(), "kKkK4/8/8/8/8/8/8/8");
-        QTest::keyClick(f.positionEdit, Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
+        f.key(Qt::Key_S, ctrlShift);
         QCOMPARE(saveAs.count(), 1);
         QVERIFY(f.positionEdit->hasFocus());
     }

@@ -5,7 +5,6 @@
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QDir>
 #include <QListWidget>
 #include <QProcess>
 #include <QPushButton>

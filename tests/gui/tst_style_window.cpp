@@ -6,7 +6,6 @@
 
 #include <QAbstractItemView>
 #include <QCheckBox>
-#include <QDir>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
@@ -95,10 +94,8 @@ class TstStyleWindow : public QObject {
     void previewsAreLiveAndCancelForgetsThem() {
         StyleSession s;
         const QImage before = s.window->diagram().image();
-        QCOMPARE(before.width(), 8 * 20 + 4);
         s.picked = 0x0000FF; // red
         s.open([&](StyleWindow& w) {
-            QCOMPARE(StyleSession::in<QLineEdit>(w, "boardRowsEdit")->text(), "8");
             // The padlock open: the picture takes the size of the board.
             StyleSession::in<ToolButton>(w, "padlockButton")->clicked();
             StyleSession::enter(w, "boardColumnsEdit", QStringLiteral("5"));
@@ -185,6 +182,7 @@ class TstStyleWindow : public QObject {
             StyleSession::run(w, "saveStyleAction");
             StyleSession::run(w, "deleteStyleAction");
             StyleSession::run(w, "restoreDefaultsAction");
+            // The fields show the defaults, the picture sizing itself again.
             QCOMPARE(StyleSession::in<QLineEdit>(w, "pictureWidthEdit")->text(), "124");
             QVERIFY(StyleSession::in<QPushButton>(w, "autoSizeButton")->isEnabled());
             // The default style draws from the built-in sheet again.

@@ -4,6 +4,7 @@
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
 #include "gui/main_window.h"
+#include "gui/search_window.h"
 #include "gui/tool_button.h"
 
 #include <QAction>
@@ -17,6 +18,12 @@
 #include <memory>
 
 namespace marlith::testing {
+
+inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
+                 Qt::MouseButton button = Qt::LeftButton) {
+    QTest::mousePress(widget, button, keys, from);
+    QTest::mouseRelease(widget, button, keys, to);
+}
 
 struct Fixture {
     QTemporaryDir dir;
@@ -63,7 +70,32 @@ struct Fixture {
         window->loadBook();
         waitForScan();
     }
+    // Fills the Search Criteria fields and presses Enter, as a user would.
+    void search(const QStringList& fields) {
+        window->runSearchWindow = [&](SearchWindow& w) {
+            w.show();
+            for (int i = 0; i < 5; ++i)
+                w.fieldEdit(i)->setText(fields.value(i));
+            QTest::keyClick(w.fieldEdit(4), Qt::Key_Return);
+            w.hide();
+        };
+        action("searchAction")->trigger();
+    }
     void type(const QString& keys) { QTest::keyClicks(positionEdit, keys); }
+    // The position after a key in its box, a stroke on the board or a command.
+    QString key(Qt::Key key, Qt::KeyboardModifiers keys = {}) {
+        QTest::keyClick(positionEdit, key, keys);
+        return positionEdit->text();
+    }
+    QString dragOnBoard(QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
+                        Qt::MouseButton button = Qt::LeftButton) {
+        drag(window->diagramView(), from, to, keys, button);
+        return positionEdit->text();
+    }
+    QString run(const char* command) {
+        action(command)->trigger();
+        return positionEdit->text();
+    }
     QAction* action(const char* name) const { return window->action(QLatin1String(name)); }
     DiagramView* diagramView() const { return window->diagramView(); }
     template <typename T = ToolButton> T* child(const char* name) const {
@@ -85,12 +117,6 @@ template <typename List> QStringList itemTexts(const List* list) {
 // The middle of square (row, column) of the default 15-pixel board.
 inline QPoint squareCentre(int row, int column) {
     return QPoint(column * 15 + 7, row * 15 + 7);
-}
-
-inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
-                 Qt::MouseButton button = Qt::LeftButton) {
-    QTest::mousePress(widget, button, keys, from);
-    QTest::mouseRelease(widget, button, keys, to);
 }
 
 } // namespace marlith::testing
