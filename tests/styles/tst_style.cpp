@@ -20,6 +20,13 @@ class TstStyle : public QObject {
         }
     }
 
+    void boardSquaresRefusesWhatTheVectorCannotHold() {
+        QCOMPARE(boardSquares(20, 20), 400);
+        QCOMPARE(boardSquares(21, 20), 64);
+        QCOMPARE(boardSquares(0, 8), 0);
+        QCOMPARE(boardSquares(8, -1), 64);
+    }
+
     // What the Style window shows of a style gives the same style back, given
     // the sheet that the style was made for.
     void theControlsGiveTheStyleBack() {
