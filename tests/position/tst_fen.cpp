@@ -2,7 +2,6 @@
 
 #include <QRandomGenerator>
 #include <QTest>
-#include <iterator>
 #include <vector>
 
 using namespace marlith;
@@ -11,41 +10,22 @@ namespace {
 
 const QString kPieces = QStringLiteral("pPnNbBrRqQkK");
 
-// Builds the text into a fresh vector whose painted slots are all invalid.
+// Builds the text into a vector whose painted slots are all invalid, noting
+// the cells painted (cell, square counted from 1).
 struct Run {
     SquareVector squareVector{};
     Board board;
-    QString pieces = kPieces;
-    std::vector<std::pair<int, int>> painted; // cell, square counted from 1
+    std::vector<std::pair<int, int>> painted;
     PieceCount count{-1, -1};
-    bool complete = false;
 
     explicit Run(Board b = {8, 8}) : board(b) { invalidatePainted(squareVector, board); }
-    Run& build(const QString& text) {
+    bool build(const QString& text) {
         painted.clear();
-        const auto paint = [this](int cell, int oneBasedSquare) {
-            painted.emplace_back(cell, oneBasedSquare);
-        };
-        complete = buildBoard(text, squareVector, board, pieces, paint, &count);
-        return *this;
+        return buildBoard(
+            text, squareVector, board, kPieces,
+            [this](int cell, int square) { painted.emplace_back(cell, square); }, &count);
     }
-    QString fen() const { return squaresToFen(squareVector, board, pieces); }
-    int at(int i) const { return squareVector[i].wanted; }
-};
-
-struct ReadCase {
-    const char *name, *text, *canonical;
-    int whites, blacks;
-};
-
-const ReadCase kReads[] = {
-    {"slash moves to no row", "p/p", "pp6/8/8/8/8/8/8/8", 0, 2},
-    {"12 then piece", "12K", "3K4/8/8/8/8/8/8/8", 1, 0},
-    // The counter prefix ends at the first ")".
-    {"second paren skipped", "(3x2)K)k", "Kk6/8/8/8/8/8/8/8", 1, 1},
-    {"zero, blanks and unknown letters skipped", "0 KxK 0", "KK6/8/8/8/8/8/8/8", 2, 0},
-    {"fields stored beyond the board", "8/8/8/8/8/8/8/7K w - - 0 1", "8/8/8/8/8/8/8/7K", 1, 0},
-    {"long row draws the next one up", "ppppppppppK", "pppppppp/ppK5/8/8/8/8/8/8", 1, 10},
+    QString fen() const { return squaresToFen(squareVector, board, kPieces); }
 };
 
 } // namespace
@@ -54,33 +34,48 @@ class TstFen : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void squareColorStartsEachRowAnew() {
-        // Every row starts anew: with 9 columns, squares 8 and 9 share a colour.
+        // With 9 columns, squares 8 and 9 share a colour.
         const int cases[][3] = {{1, 8, 1}, {8, 8, 1}, {63, 8, 0}, {8, 9, 0}, {9, 9, 1}, {5, 0, 0}};
         for (const auto& [square, columns, colour] : cases)
             QCOMPARE(squareColor(square, columns), int16_t(colour));
     }
 
     void readingTheDialect_data() {
-        QTest::addColumn<int>("index");
-        for (int n = 0; n < int(std::size(kReads)); ++n)
-            QTest::newRow(kReads[n].name) << n;
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("canonical");
+        QTest::addColumn<int>("whites");
+        QTest::addColumn<int>("blacks");
+        QTest::newRow("slash moves to no row") << "p/p"
+                                               << "pp6/8/8/8/8/8/8/8" << 0 << 2;
+        QTest::newRow("12 then piece") << "12K"
+                                       << "3K4/8/8/8/8/8/8/8" << 1 << 0;
+        QTest::newRow("counter ends at the first )") << "(3x2)K)k"
+                                                     << "Kk6/8/8/8/8/8/8/8" << 1 << 1;
+        QTest::newRow("zero, blanks, unknown skipped") << "0 KxK 0"
+                                                       << "KK6/8/8/8/8/8/8/8" << 2 << 0;
+        QTest::newRow("fields beyond the board") << "8/8/8/8/8/8/8/7K w - - 0 1"
+                                                 << "8/8/8/8/8/8/8/7K" << 1 << 0;
+        QTest::newRow("long row runs on") << "ppppppppppK"
+                                          << "pppppppp/ppK5/8/8/8/8/8/8" << 1 << 10;
     }
     void readingTheDialect() {
-        QFETCH(int, index);
-        const ReadCase& c = kReads[index];
+        QFETCH(QString, text);
+        QFETCH(QString, canonical);
+        QFETCH(int, whites);
+        QFETCH(int, blacks);
         Run run;
-        QVERIFY(run.build(QString::fromLatin1(c.text)).complete);
-        QCOMPARE(run.fen(), QString::fromLatin1(c.canonical));
-        QCOMPARE(std::pair(run.count.whites, run.count.blacks), std::pair(c.whites, c.blacks));
+        QVERIFY(run.build(text));
+        QCOMPARE(run.fen(), canonical);
+        QCOMPARE(std::pair(run.count.whites, run.count.blacks), std::pair(whites, blacks));
     }
 
     void textPastTheVectorStopsWithoutCounter() {
         Run run;
-        QVERIFY(run.build(QString(44, QLatin1Char('9')) + QStringLiteral("5")).complete); // 401
-        QVERIFY(!run.build(QStringLiteral("K") + QString(45, QLatin1Char('9'))).complete);
-        QCOMPARE(run.at(0), 12);
-        QVERIFY(!run.build(QString(402, QLatin1Char('k'))).complete);
-        QCOMPARE(run.at(400), 11);
+        QVERIFY(run.build(QString(44, QLatin1Char('9')) + QStringLiteral("5"))); // 401
+        QVERIFY(!run.build(QStringLiteral("K") + QString(45, QLatin1Char('9'))));
+        QCOMPARE(run.squareVector[0].wanted, 12);
+        QVERIFY(!run.build(QString(402, QLatin1Char('k'))));
+        QCOMPARE(run.squareVector[400].wanted, 11);
     }
 
     void writing() {
@@ -115,23 +110,22 @@ class TstFen : public QObject {
                 for (int i = 0; i < rows * columns; ++i)
                     source.squareVector[i].wanted =
                         int16_t(random.bounded(3) == 0 ? random.bounded(1, 13) : 0);
-                QVERIFY(target.build(source.fen()).complete);
+                QVERIFY(target.build(source.fen()));
                 QCOMPARE(target.fen(), source.fen());
             }
         }
     }
 
+    // After invalidatePainted (up to one past the board) every square is
+    // painted, then only what changed.
     void buildPaintsOnlyWhatDiffers() {
         Run run;
-        // After invalidatePainted every square is painted, then only changes.
-        QCOMPARE(run.build(QString()).painted.size(), size_t(64));
-        QVERIFY(run.build(QString()).painted.empty());
+        run.build(QString());
+        QCOMPARE(run.painted.size(), size_t(64));
         run.build(QStringLiteral("1P"));
-        QCOMPARE(run.painted[0], std::pair(2 + 13, 2)); // white pawn on a dark square
-        // The painted slots are invalidated up to one past the board.
+        QCOMPARE(run.painted, (std::vector{std::pair(2 + 13, 2)})); // white pawn, dark square
         invalidatePainted(run.squareVector, run.board);
         QCOMPARE(run.squareVector[65].painted, int16_t(0));
-        QCOMPARE(run.build(QStringLiteral("P")).painted.size(), size_t(64));
     }
 
     // 'F' fills the rows, 'E' (End) cuts behind the last piece, '/' completes

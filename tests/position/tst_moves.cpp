@@ -17,47 +17,30 @@ const Notation kNotations[] = {
 };
 const char* const kStart = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
 const char* const kGerman = "tsldklst/pppppppp/8/8/8/8/PPPPPPPP/TSLDKLST";
-const char* const kKnights = "1n2k3/8/5n2/8/8/8/8/4K3";
-const char* const kPawns = "3r4/4P3/8/8/8/8/4p3/5R2";
 const char* const kPassant = "4k3/8/8/3pP3/4pP2/8/8/4K3";
 const char* const kCastles = "r3k2r/8/8/8/8/8/8/R3K2R";
-const char* const kWide = "r4k3r/82/82/82/82/82/82/R4K3R";
-const char* const kPinned = "4k3/8/1n6/4n3/8/8/8/4R2K"; // the rook pins e5 to e8
 
-// One board in the wanted slot, as the book scanner keeps it while it plays.
+// One board in the wanted slot, as the book scanner keeps it while it plays;
+// the scanner's byte entry point is played alongside on a copy.
 struct Table {
     SquareVector squareVector{};
     Board board;
     Notation notation;
+    bool bytesAgree = true;
 
     explicit Table(QString fen, Board b = {8, 8}, int letters = 0)
         : board(b), notation(kNotations[letters]) {
         fenToSlot(1, fen, squareVector, board, notation.piecesList);
     }
-    // The scanner's entry point is played alongside on a copy.
-    bool bytesAgree = true;
-
-    QString play(int side, const QString& move) {
+    QString play(int side, QString word) {
         SquareVector bytesPlayed = squareVector;
-        const bool played = playMove(side, move.toLatin1(), bytesPlayed, board, notation);
-        QString word = move;
+        const bool played = playMove(side, word.toLatin1(), bytesPlayed, board, notation);
         playMove(side, word, squareVector, board, notation);
-        if (QString::fromLatin1(move.toLatin1()) == move)
-            bytesAgree = bytesAgree && played != word.isEmpty() && bytesPlayed == squareVector;
+        bytesAgree = bytesAgree && played != word.isEmpty() && bytesPlayed == squareVector;
         return word;
     }
     QString fen() const { return squaresToFen(squareVector, board, notation.piecesList); }
 };
-
-// The move between two positions, loaded the way the History window does.
-QString moveBetween(QString before, QString after, Board board, const Notation& notation) {
-    SquareVector squareVector{};
-    fenToSlot(0, before, squareVector, board, notation.piecesList);
-    fenToSlot(1, after, squareVector, board, notation.piecesList);
-    QString m = QStringLiteral("junk");
-    writeMove(0, m, squareVector, board, notation);
-    return m;
-}
 
 // A word played on a board 8 rows high; `after` null: the board is unchanged.
 struct ReadCase {
@@ -67,54 +50,41 @@ struct ReadCase {
     int columns = 8, letters = 0; // letters: the place in kNotations
 };
 
+// No rule of chess is checked; of two pieces that reach the target a pinned
+// one gives way to the next in the search order.
 const ReadCase kReads[] = {
-    // Two knights reach d7: without a file the search order picks f6.
-    {"Nd7 by order", kKnights, 1, "Nd7", "ok", "1n2k3/3n4/8/8/8/8/8/4K3"},
-    {"Nbd7 by file", kKnights, 1, "Nbd7", "ok", "4k3/3n4/5n2/8/8/8/8/4K3"},
-    // A rook of the wrong rank does not hide the one behind it; a full
-    // square as mask gives its file alone.
-    {"R1a3 behind a2", "4k3/8/8/8/8/8/R7/R3K3", 0, "R1a3", "ok", "4k3/8/8/8/8/R7/R7/4K3"},
-    {"e8=Q+", kPawns, 0, "e8=Q+", "ok", "3rQ3/8/8/8/8/8/4p3/5R2"},
-    {"exf1=N black", kPawns, 1, "exf1=N", "ok", "3r4/4P3/8/8/8/8/8/5n2"},
-    // En passant: the pawn beside goes before the source is sought, even
-    // when no pawn can make the move.
-    {"exd6ep", kPassant, 0, "exd6ep", "ok", "4k3/8/3P4/8/4pP2/8/8/4K3"},
-    {"cxd6 finds none", kPassant, 0, "cxd6", "", "4k3/8/8/4P3/4pP2/8/8/4K3"},
-    // No rule of chess: neither the pawn's path nor the target is looked at.
+    {"two knights: search order", "1n2k3/8/5n2/8/8/8/8/4K3", 1, "Nd7", "ok",
+     "1n2k3/3n4/8/8/8/8/8/4K3"},
+    {"rank mask passes the wrong rank", "4k3/8/8/8/8/8/R7/R3K3", 0, "R1a3", "ok",
+     "4k3/8/8/8/8/R7/R7/4K3"},
+    {"black promotes on a capture", "3r4/4P3/8/8/8/8/4p3/5R2", 1, "exf1=N", "ok",
+     "3r4/4P3/8/8/8/8/8/5n2"},
+    {"en passant", kPassant, 0, "exd6ep", "ok", "4k3/8/3P4/8/4pP2/8/8/4K3"},
+    {"en passant pawn goes first", kPassant, 0, "cxd6", "", "4k3/8/8/4P3/4pP2/8/8/4K3"},
     {"blocked first step", "4k3/8/8/8/8/4n3/4P3/4K3", 0, "e4", "ok", "4k3/8/8/8/4P3/4n3/8/4K3"},
     {"own piece, marks dropped", kStart, 0, "Ke2!?", "ok",
      "rnbqkbnr/pppppppp/8/8/8/8/PPPPKPPP/RNBQ1BNR"},
-    // Castling gives the word back; the four squares are written on any
-    // board, long from the left corner, short from the right.
-    {"O-O White", kCastles, 0, "O-O", "O-O", "r3k2r/8/8/8/8/8/8/R4RK1"},
-    {"0-0-0 White", kCastles, 0, "0-0-0", "0-0-0", "r3k2r/8/8/8/8/8/8/2KR3R"},
-    {"10 columns O-O-O", kWide, 0, "O-O-O", "O-O-O", "r4k3r/82/82/82/82/82/82/2KR1K3R", 10},
-    // Ranks are counted for eight rows: rank 7 is the second row.
-    {"10 columns Rj7", "9k/82/82/82/82/82/82/9R", 0, "Rj7", "ok", "81k/81R/82/82/82/82/82/82", 10},
-    // The style's letters name the pieces, the English ones tell their kind.
-    {"Nf3 in German", kGerman, 0, "Nf3", "", nullptr, 8, 1},
+    {"castling with zeros", kCastles, 0, "0-0-0", "0-0-0", "r3k2r/8/8/8/8/8/8/2KR3R"},
+    {"10 columns O-O-O", "r4k3r/82/82/82/82/82/82/R4K3R", 0, "O-O-O", "O-O-O",
+     "r4k3r/82/82/82/82/82/82/2KR1K3R", 10},
+    {"10 columns: rank 7 is row 2", "9k/82/82/82/82/82/82/9R", 0, "Rj7", "ok",
+     "81k/81R/82/82/82/82/82/82", 10},
+    {"English letter in German", kGerman, 0, "Nf3", "", nullptr, 8, 1},
     {"Sf3", kGerman, 0, "Sf3", "ok", "tsldklst/pppppppp/8/8/8/5S2/PPPPPPPP/TSLDKL1T", 8, 1},
     {"O-O in German", kGerman, 0, "O-O", "O-O", "tsldklst/pppppppp/8/8/8/8/PPPPPPPP/TSLD1TK1", 8,
      1},
-    // Without a "P" in the list the default pawn letter names nothing.
     {"no pawn letter", "rnbqkbnr/oooooooo/8/8/8/8/OOOOOOOO/RNBQKBNR", 0, "e4", "", nullptr, 8, 2},
-    // Letters that the English notation does not know can't be moved.
     {"fairy piece", "8/8/8/8/8/8/8/A7", 0, "Ab1", "", nullptr},
-    // Of two pieces that reach the target, a pinned one gives way to the
-    // next in the order; a lone pinned piece, or one with no king, moves.
-    {"pinned knight on a file", kPinned, 1, "Nd7", "ok", "4k3/3n4/8/4n3/8/8/8/4R2K"},
-    // The pin goes by the kinds, not the letters: T rook, L bishop, and the
-    // king the list's last letter.
-    {"pinned rook on a diagonal", "3T3k/8/8/6l1/8/4T3/8/2K5", 0, "Td3", "ok",
+    {"pinned knight on a file", "4k3/8/1n6/4n3/8/8/8/4R2K", 1, "Nd7", "ok",
+     "4k3/3n4/8/4n3/8/8/8/4R2K"},
+    {"pinned rook on a diagonal, German", "3T3k/8/8/6l1/8/4T3/8/2K5", 0, "Td3", "ok",
      "7k/8/8/6l1/8/3TT3/8/2K5", 8, 1},
     {"bishop pinned along a rank", "5b2/8/8/k1b4R/8/8/8/7K", 1, "Bd6", "ok",
      "8/8/3b4/k1b4R/8/8/8/7K"},
-    {"no king on the board", "8/8/1n6/4n3/8/8/8/4R2K", 1, "Nd7", "ok", "8/3n4/1n6/8/8/8/8/4R2K"},
+    {"pin without a king", "8/8/1n6/4n3/8/8/8/4R2K", 1, "Nd7", "ok", "8/3n4/1n6/8/8/8/8/4R2K"},
     {"lone pinned knight", "4k3/8/8/4n3/8/8/8/4R2K", 1, "Nd7", "ok", "4k3/3n4/8/8/8/8/8/4R2K"},
-    // The pin along the first rank runs past the eighth column.
-    {"10 columns pinned knight", "82/82/82/82/82/2N7/82/r5N2K", 0, "Ne2", "ok",
+    {"10 columns: pin past column 8", "82/82/82/82/82/2N7/82/r5N2K", 0, "Ne2", "ok",
      "82/82/82/82/82/82/4N5/r5N2K", 10},
-    // Results, annotations and bare letters are no moves.
     {"empty word", kStart, 0, "", "", nullptr},
 };
 
@@ -125,30 +95,29 @@ struct WriteCase {
 };
 
 const WriteCase kWrites[] = {
-    {"rooks on a rank", "4k3/8/8/8/8/8/8/R6R", "4k3/8/8/8/8/8/8/3R3R", "Rad1"},
     {"knights on a file", "4k3/8/8/6N1/8/8/8/6N1", "4k3/8/8/6N1/8/5N2/8/8", "N1f3"},
     {"three queens", "4k3/8/8/8/Q7/8/8/Q2Q4", "4k3/8/8/8/Q2Q4/8/8/3Q4", "Qa1d4"},
     {"twin behind the mover", "4k3/8/8/8/8/8/R7/R7", "4k3/8/8/R7/8/8/8/R7", "R2a5"},
     {"twin blocked", "4k3/8/8/8/8/8/8/R1n4R", "4k3/8/8/8/8/8/8/R1n1R3", "Re1"},
     {"black promotion", "8/8/8/8/8/8/4p3/8", "8/8/8/8/8/8/8/4n3", "e1=N"},
     {"en passant", "4k3/8/8/3pP3/8/8/8/4K3", "4k3/8/3P4/8/8/8/8/4K3", "exd6"},
-    {"O-O", kCastles, "r3k2r/8/8/8/8/8/8/R4RK1", "O-O"},
     {"O-O-O black", kCastles, "2kr3r/8/8/8/8/8/8/R3K2R", "O-O-O"},
     {"style letters, promotion", "3t4/4P3/8/8/8/8/8/8", "3D4/8/8/8/8/8/8/8", "exd8=D", 1},
-    // Ranks count from the width: a10 is the top left square.
-    {"10 columns R0a7", "R9/82/82/82/82/82/82/R9", "82/82/82/R9/82/82/82/R9", "R0a7", 0, 10},
+    {"10 columns: a10 on top", "R9/82/82/82/82/82/82/R9", "82/82/82/R9/82/82/82/R9", "R0a7", 0, 10},
 };
+
+template <typename Case, size_t N> void namedRows(const Case (&cases)[N]) {
+    QTest::addColumn<int>("index");
+    for (size_t n = 0; n < N; ++n)
+        QTest::newRow(cases[n].name) << int(n);
+}
 
 } // namespace
 
 class TstMoves : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void reading_data() {
-        QTest::addColumn<int>("index");
-        for (int n = 0; n < int(std::size(kReads)); ++n)
-            QTest::newRow(kReads[n].name) << n;
-    }
+    void reading_data() { namedRows(kReads); }
     void reading() {
         QFETCH(int, index);
         const ReadCase& c = kReads[index];
@@ -158,28 +127,31 @@ class TstMoves : public QObject {
         QVERIFY(table.bytesAgree);
     }
 
-    void writing_data() {
-        QTest::addColumn<int>("index");
-        for (int n = 0; n < int(std::size(kWrites)); ++n)
-            QTest::newRow(kWrites[n].name) << n;
-    }
+    void writing_data() { namedRows(kWrites); }
     void writing() {
         QFETCH(int, index);
         const WriteCase& c = kWrites[index];
-        QCOMPARE(moveBetween(c.before, c.after, Board{8, c.columns}, kNotations[c.letters]),
-                 QString::fromLatin1(c.move));
+        SquareVector squareVector{};
+        const Board board{8, c.columns};
+        QString before = c.before, after = c.after, move = QStringLiteral("junk");
+        fenToSlot(0, before, squareVector, board, kNotations[c.letters].piecesList);
+        fenToSlot(1, after, squareVector, board, kNotations[c.letters].piecesList);
+        writeMove(0, move, squareVector, board, kNotations[c.letters]);
+        QCOMPARE(move, QString::fromLatin1(c.move));
     }
 
+    // The counter is cut from the text itself, as the caller reads it again;
+    // the side to move lands behind the board.
     void fenToSlotCutsTheCounter() {
         SquareVector squareVector{};
         QString text = QStringLiteral("(2x1)K7/1k6/8/8/8/8/8/8 b - - 0 1");
         fenToSlot(1, text, squareVector, Board{8, 8}, kPieces);
-        // The counter is cut from the text itself, as the caller reads it
-        // again; the side to move lands behind the board.
         QCOMPARE(text, QStringLiteral("K7/1k6/8/8/8/8/8/8 b - - 0 1"));
         QCOMPARE(int(squareVector[64].wanted), 5);
     }
 
+    // Each move is played, and the writer gives it back from the two
+    // positions, as the History window will.
     void roundTrip_data() {
         QTest::addColumn<QString>("moves");
         QTest::addColumn<QString>("final");
@@ -193,8 +165,6 @@ class TstMoves : public QObject {
             << "rn3r2/pbppq1p1/1p2pN2/8/3P2NP/6P1/PPPKBP1R/R5k1";
     }
     void roundTrip() {
-        // Each move is played on the board, and the writer must give it back
-        // from the two positions, as the History window will.
         QFETCH(QString, moves);
         QFETCH(QString, final);
         Table game(kStart);

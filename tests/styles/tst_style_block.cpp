@@ -1,5 +1,6 @@
 #include "styles/style_block.h"
 
+#include <QSize>
 #include <QTest>
 #include <array>
 #include <optional>
@@ -28,15 +29,13 @@ bool storeText(Style& style, const QString& text, const QString& folder = {},
     return true;
 }
 
-// The 8 x 8 board of 15-pixel squares after its first draw.
+// The 8 x 8 board of 15-pixel squares after its first draw: 7 x 225 + 225 + 60.
 Style drawnSample() {
     Style style = defaults();
     style.StyleName = QStringLiteral("Sample");
     style.PiecesFile = QStringLiteral("pieces.bmp");
-    style.SqrHTab = 225;
-    style.SqrVTab = 225;
-    style.WndWidth = 1860; // 7 x 225 + 225 + 60
-    style.WndHeight = 1860;
+    style.SqrHTab = style.SqrVTab = 225;
+    style.WndWidth = style.WndHeight = 1860;
     return style;
 }
 
@@ -181,24 +180,23 @@ class TstStyleBlock : public QObject {
         }
     }
 
+    // The record of more than 400 squares falls back to 8 x 8 after its
+    // counts are printed as they were; the size is then the 8 x 8 board's.
     void boardsOfMoreThan400Squares() {
-        // Rows, columns, and whether the record falls back to 8 x 8; odd
-        // counts are printed as they are, and nothing divides by zero.
-        const std::tuple<int, int, bool> cases[] = {
-            {21, 20, true}, {20, 20, false}, {-32768, -32768, true}};
-        for (const auto& [rows, columns, fallsBack] : cases) {
+        const std::tuple<int, int, const char*> cases[] = {
+            {21, 20, "BorderWidth = 20 \r\n  BorderHeight = 21 "},
+            {20, 20, "BorderWidth = 20 \r\n  BorderHeight = 20 "},
+            {-32768, -32768, "BorderWidth =-32768 \r\n  BorderHeight =-32768 "}};
+        for (const auto& [rows, columns, printed] : cases) {
             Style style = drawnSample();
-            style.BorderHeight = static_cast<int16_t>(rows);
-            style.BorderWidth = static_cast<int16_t>(columns);
+            style.BorderHeight = int16_t(rows);
+            style.BorderWidth = int16_t(columns);
             const QString block = writeStyleBlock(style);
-            QVERIFY(block.contains(
-                QStringLiteral("BorderWidth =%1%2 \r\n").arg(columns < 0 ? "" : " ").arg(columns)));
-            QVERIFY(block.contains(
-                QStringLiteral("BorderHeight =%1%2 \r\n").arg(rows < 0 ? "" : " ").arg(rows)));
-            QCOMPARE(style.BorderHeight, int16_t(fallsBack ? 8 : rows));
-            QCOMPARE(style.BorderWidth, int16_t(fallsBack ? 8 : columns));
-            // The size is worked out for the 8 x 8 board: the drawn size matches.
-            if (fallsBack) QVERIFY(!block.contains(QStringLiteral("Wnd")));
+            QVERIFY2(block.contains(QLatin1String(printed)), printed);
+            const bool fallsBack = rows != 20;
+            QCOMPARE(QSize(style.BorderWidth, style.BorderHeight),
+                     fallsBack ? QSize(8, 8) : QSize(20, 20));
+            QCOMPARE(block.contains(QStringLiteral("Wnd")), !fallsBack);
         }
     }
 
