@@ -1,7 +1,6 @@
 #include "engines/popeye.h"
 #include "support/file_bytes.h"
 
-#include <QBuffer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
