@@ -112,6 +112,7 @@ class TstPopeye : public QObject {
             if (empty) writeFile(protocol, QByteArray());
             QCOMPARE(run.advance(true), PopeyeRun::Step::Waiting);
             QCOMPARE(run.advance(false), PopeyeRun::Step::Ended);
+            QVERIFY(!run.active());
         }
         run.begin(protocol, 90);
         writeFile(protocol, "solution\r\n\r\n1.Qd1-d8 !\r");
