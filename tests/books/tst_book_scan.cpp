@@ -5,10 +5,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <atomic>
-#include <functional>
 
 using namespace marlith;
-using testing::FileSizeLimit;
 using testing::scanSummary;
 
 namespace {
@@ -20,9 +18,6 @@ struct Book {
 
     Book() { work.open(dir.filePath("F1.tmp")); }
     QString write(const QByteArray& b) { return testing::writeBook(dir.filePath("book"), b); }
-    BookScan fen(const QByteArray& t) { return scanFen(write(t), work, {}); }
-    BookScan pbm(const QByteArray& b) { return scanPbm(write(b), work, 8, 8, "pPnNbBrRqQkK", {}); }
-    QStringList records(const BookScan& s) { return testing::recordLines(work, s.recordCount); }
 };
 
 // `size` bytes of `value`, the lowest first.
@@ -73,37 +68,69 @@ class TstBookScan : public QObject {
         QCOMPARE(testing::readFile(victim), "keep");
     }
 
-    void fenBooks() {
-        Book book;
-        // A list before any header, skipped lines, and headers at the end opening no game.
-        const BookScan scan =
-            book.fen("; a\r\nK7\r\nk7\r\n\r\n[Event \"Two\"]\n[Site \"x\"]\n* a\n{ b\n"
-                     "% c\n   1K6   \n[Event \"Headers alone\"]\n");
-        QCOMPARE(scanSummary(scan), QStringLiteral("2 games, 6 records, index (1 3)"));
-        QCOMPARE(book.records(scan),
-                 QStringList({"E1|K7", "E1|k7", "[2|[Event \"Two\"]", "[2|[Site \"x\"]", "E2|1K6",
-                              "[3|[Event \"Headers alone\"]"}));
-    }
-
-    void missingAndHugeBooks() {
-        Book book;
-        QCOMPARE(scanSummary(scanFen(book.dir.filePath(QStringLiteral("none")), book.work, {})),
-                 QStringLiteral("1 games, 0 records, index (), cut short"));
-        // A single line of megabytes is read whole and cut.
-        QCOMPARE(book.records(book.fen(QByteArray(3 << 20, 'K'))),
-                 QStringList({"E1|" + QString(kRecordTextLength, u'K')}));
-    }
-
-    void epdOperationsBecomeHeaders() {
-        Book book;
+    // Each book as its scan summary and its records; a damaged binary book
+    // (a count, pointer or square the file can't hold) is refused whole.
+    void books_data() {
+        QTest::addColumn<char>("format");
+        QTest::addColumn<QByteArray>("bytes"); // a null array: no file there
+        QTest::addColumn<QString>("outcome");
+        const auto row = [](const char* name, char format, const QByteArray& bytes,
+                            const QString& outcome) {
+            QTest::newRow(name) << format << bytes << outcome;
+        };
+        row("list before a header, skipped lines, headers at the end", 'f',
+            "; a\r\nK7\r\nk7\r\n\r\n[Event \"Two\"]\n[Site \"x\"]\n* a\n{ b\n% c\n   1K6   \n"
+            "[Event \"Headers alone\"]\n",
+            "2 games, 6 records, index (1 3): E1|K7 / E1|k7 / [2|[Event \"Two\"] / "
+            "[2|[Site \"x\"] / E2|1K6 / [3|[Event \"Headers alone\"]");
+        row("missing book", 'f', {}, "1 games, 0 records, index (), cut short: ");
+        row("one line of megabytes is cut", 'f', QByteArray(3 << 20, 'K'),
+            "1 games, 1 records, index (1): E1|" + QString(kRecordTextLength, u'K'));
         // A line with fewer than four blanks; an empty operation ends the operations.
-        const BookScan scan = scanEpd(book.write("a w KQkq - bm e4; id \"b;x\";\r\n; c\r\n"
-                                                 "b w -\r\nc b - - ;; id 3;\r\n"),
-                                      book.work, {});
-        QCOMPARE(scanSummary(scan), QStringLiteral("3 games, 6 records, index (1 5 6)"));
-        QCOMPARE(book.records(scan), QStringList({"[1|[bm e4]", "[1|[id \"b]", "[1|[x\"]",
-                                                  "E1|a w KQkq - bm e4; id \"b;x\";", "E2|b w -",
-                                                  "E3|c b - - ;; id 3;"}));
+        row("EPD operations become headers", 'e',
+            "a w KQkq - bm e4; id \"b;x\";\r\n; c\r\nb w -\r\nc b - - ;; id 3;\r\n",
+            "3 games, 6 records, index (1 5 6): [1|[bm e4] / [1|[id \"b] / [1|[x\"] / "
+            "E1|a w KQkq - bm e4; id \"b;x\"; / E2|b w - / E3|c b - - ;; id 3;");
+        // Behind the two entries the texts: empty, White, Site.
+        const int e = 2 + 2 * 96, w = e + 2, s = w + 13;
+        const QByteArray board = QByteArray("&       %").leftJustified(63) + '*'; // K P k
+        row("binary book", 'p',
+            littleEndian(1, 2) + pbmEntry(1, 3, {w, s, e, e, e, e, e}, board) +
+                pbmEntry(0, 2, {e, e, e, e, e, e, e}, {}) + pbmText("") + pbmText("A. Composer") +
+                pbmText("Somewhere"),
+            "2 games, 6 records, index (1 5): [1|[Event \"h#3\"] / [1|[White \"A. Composer\"] / "
+            "[1|[Site \"Somewhere\"] / E1|K7/P7/8/8/8/8/8/7k / [2|[Event \"#2\"] / "
+            "E2|8/8/8/8/8/8/8/8");
+        const int one = 2 + 96; // the empty text behind one entry
+        const auto entry = [one](int pointer, const QByteArray& board = {}) {
+            return littleEndian(0, 2) +
+                   pbmEntry(0, 2, {one, one, one, pointer, one, one, one}, board);
+        };
+        const QByteArray empty = pbmText("");
+        const QString damaged = "not a book";
+        row("three entries counted, one there", 'p', littleEndian(2, 2) + entry(one).mid(2) + empty,
+            damaged);
+        row("too short for its count", 'p', QByteArray("\x05", 1), damaged);
+        row("pointer behind the end", 'p', entry(1 << 20) + empty, damaged);
+        row("pointer onto the count", 'p', entry(0) + empty, damaged);
+        row("length behind the end", 'p', entry(one + 1) + empty, damaged);
+        row("text longer than the file", 'p', entry(one) + "\xff\x7f", damaged);
+        row("square outside the code", 'p', entry(one, "x") + empty, damaged);
+    }
+    void books() {
+        QFETCH(char, format);
+        QFETCH(QByteArray, bytes);
+        Book book;
+        const QString path = bytes.isNull() ? book.dir.filePath("none") : book.write(bytes);
+        const BookScan scan = format == 'e'   ? scanEpd(path, book.work, {})
+                              : format == 'f' ? scanFen(path, book.work, {})
+                                              : scanPbm(path, book.work, 8, 8, "pPnNbBrRqQkK", {});
+        QTEST(
+            scan.end == ScanEnd::NotABook
+                ? QStringLiteral("not a book")
+                : scanSummary(scan) + ": " +
+                      testing::recordLines(book.work, scan.recordCount).join(QStringLiteral(" / ")),
+            "outcome");
     }
 
     // However a scan ends early, every game whose first record reached the
@@ -111,80 +138,30 @@ class TstBookScan : public QObject {
     void earlyEndsKeepWhatWasRead() {
         Book book;
         const QString games = book.write(QByteArray("[E]\nK\n").repeated(12'000));
-        std::atomic<bool> stop{false};
-        const ScanControl stopAt5000{[&stop](int32_t n) { stop = stop || n == 5'000; }, &stop};
-        struct Case {
-            std::function<BookScan()> scan;
-            ScanEnd end;
-            int32_t games;
-            int32_t records;
+        const auto keeps = [&book](const BookScan& scan, ScanEnd end, int32_t count) {
+            QCOMPARE(scan.end, end);
+            QCOMPARE(scan.gameCount, count);
+            QCOMPARE(scan.gameIndex.size(), size_t(count));
+            QCOMPARE(parseRecord(*book.work.read(scan.gameIndex.back())).gameNumber(), count);
+            QVERIFY(book.work.read(scan.recordCount) && !book.work.read(scan.recordCount + 1));
         };
-        const Case cases[] = {
-            {[&] { return scanFen(games, book.work, stopAt5000); }, ScanEnd::Stopped, 5'000, 9'999},
-            {[&] {
-                 const FileSizeLimit full(1'000'000);
-                 return scanFen(games, book.work, {});
-             },
-             ScanEnd::WriteFault, 3'788, 7'575},
-            {[&] {
-                 return scanEpd(book.write(QByteArray("K\n").repeated(1'000'001)), book.work, {});
-             },
-             ScanEnd::GameLimit, 999'999, 999'999}};
-        for (const Case& c : cases) {
-            const BookScan scan = c.scan();
-            QCOMPARE(scan.end, c.end);
-            QCOMPARE(scan.gameCount, c.games);
-            QCOMPARE(scan.recordCount, c.records);
-            QCOMPARE(scan.gameIndex.size(), size_t(c.games));
-            QCOMPARE(parseRecord(*book.work.read(scan.gameIndex.back())).gameNumber(), c.games);
-            QVERIFY(!book.work.read(c.records + 1));
+        std::atomic<bool> stop{false};
+        keeps(scanFen(games, book.work, {[&stop](int32_t n) { stop = stop || n == 5'000; }, &stop}),
+              ScanEnd::Stopped, 5'000);
+        {
+            const testing::FileSizeLimit full(1'000'000);
+            keeps(scanFen(games, book.work, {}), ScanEnd::WriteFault, 3'788);
         }
+        keeps(scanEpd(book.write(QByteArray("K\n").repeated(1'000'001)), book.work, {}),
+              ScanEnd::GameLimit, 999'999);
+        QVERIFY(bookScanRefusal(QStringLiteral("b.PBM"), ScanEnd::NotABook).contains(u"damaged"));
     }
 
-    void pbmBooks() {
-        Book book;
-        // Two entries; behind them the texts: empty, White, Site.
-        const int e = 2 + 2 * 96, w = e + 2, s = w + 13;
-        const QByteArray board = QByteArray("&       %").leftJustified(63) + '*'; // K P k
-        const BookScan scan =
-            book.pbm(littleEndian(1, 2) + pbmEntry(1, 3, {w, s, e, e, e, e, e}, board) +
-                     pbmEntry(0, 2, {e, e, e, e, e, e, e}, {}) + pbmText("") +
-                     pbmText("A. Composer") + pbmText("Somewhere"));
-        QCOMPARE(scanSummary(scan), QStringLiteral("2 games, 6 records, index (1 5)"));
-        QCOMPARE(book.records(scan),
-                 QStringList({"[1|[Event \"h#3\"]", "[1|[White \"A. Composer\"]",
-                              "[1|[Site \"Somewhere\"]", "E1|K7/P7/8/8/8/8/8/7k",
-                              "[2|[Event \"#2\"]", "E2|8/8/8/8/8/8/8/8"}));
-        // Stipulations: bit 2 means nothing, bits from 6 on are ignored.
+    // Bit 2 means nothing, bits from 6 on are ignored.
+    void stipulations() {
         QCOMPARE(stipulationText(8, 12), QByteArray("Sd#12"));
         QCOMPARE(stipulationText(32 + 16 + 8 + 1, 7), QByteArray("Max Sh=7"));
         QCOMPARE(stipulationText(64 + 128 + 4 + 2, 255), QByteArray("s#255"));
-    }
-
-    // A count, a pointer or a square that the file can't hold: the book is
-    // refused whole, not shown as far as it went.
-    void damagedPbmFilesAreRefused_data() {
-        QTest::addColumn<QByteArray>("bytes");
-        const int e = 2 + 96; // the empty text behind one entry
-        const auto entry = [e](int pointer, const QByteArray& board = {}) {
-            return littleEndian(0, 2) + pbmEntry(0, 2, {e, e, e, pointer, e, e, e}, board);
-        };
-        const QByteArray empty = pbmText("");
-        QTest::newRow("three entries counted, one there")
-            << littleEndian(2, 2) + entry(e).mid(2) + empty;
-        QTest::newRow("too short for its count") << QByteArray("\x05", 1);
-        QTest::newRow("pointer behind the end") << entry(1 << 20) + empty;
-        QTest::newRow("pointer onto the count") << entry(0) + empty;
-        QTest::newRow("length behind the end") << entry(e + 1) + empty;
-        QTest::newRow("text longer than the file") << entry(e) + "\xff\x7f";
-        QTest::newRow("square outside the code") << entry(e, "x") + empty;
-    }
-    void damagedPbmFilesAreRefused() {
-        QFETCH(QByteArray, bytes);
-        Book book;
-        const BookScan scan = book.pbm(bytes);
-        QCOMPARE(scan.end, ScanEnd::NotABook);
-        QVERIFY(bookScanRefusal(QStringLiteral("b.PBM"), scan.end).contains(u"damaged"));
     }
 };
 

@@ -1,6 +1,7 @@
 #include "engines/crafty.h"
 #include "support/file_bytes.h"
 
+#include <QBuffer>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -47,6 +48,11 @@ class TstCrafty : public QObject {
     void logRowsAndEnglishLetters() {
         // Any run of line ends is one; what follows the last one is no row.
         QCOMPARE(logRows("a\r\nb\n\n\r\rc\rd"), QStringList({"a", "b", "c"}));
+        // The reader's limit of bytes.
+        QByteArray text = "one\r\ntwo\n\nthree\rfour";
+        QBuffer buffer(&text);
+        QVERIFY(buffer.open(QIODevice::ReadOnly));
+        QCOMPARE(readLines(buffer, true, 100, 7), QStringList({"one", "tw"}));
         QCOMPARE(craftyFen("sK6/8/3B4/8 w", "bBsSlLtTdDkK", "pPnNbBrRqQkK"),
                  QString("nK6/8/3P4/8 w"));
         // A letter beyond the English notation is dropped; a digit in the list is a piece.
