@@ -69,11 +69,9 @@ class TstStartup : public QObject {
         QFETCH(QStringList, fromLibrary);
         const TempFolder program;
         const TempFolder library;
-        const QByteArray settings = "RecentStyle = Big\r\n\r\n"
-                                    "BeginStyle = Big\r\n  PiecesFile = big.bmp\r\n"
-                                    "  BorderFile = frame.bmp\r\nEndStyle\r\n\r\n"
-                                    "BeginStyle = Small\r\n  PiecesFile = /elsewhere/small.bmp\r\n"
-                                    "  PiecesFile = big.bmp\r\nEndStyle\r\n";
+        const QByteArray settings = crlf("BeginStyle = Big\n  PiecesFile = big.bmp\n  BorderFile = "
+                                         "frame.bmp\nBeginStyle = Small\n  PiecesFile = "
+                                         "/elsewhere/small.bmp\n  PiecesFile = big.bmp\n");
         for (const char* name : {"Marlith.ini", "big.bmp", "frame.bmp", "unnamed.bmp"})
             if (!libraryLacks.contains(QLatin1String(name)))
                 writeFile(library.path() + name, name[0] == 'M' ? settings : QByteArray(name));
