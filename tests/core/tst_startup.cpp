@@ -4,35 +4,15 @@
 #include "support/file_bytes.h"
 
 #include <QDir>
-#include <QFile>
 #include <QLockFile>
-#include <QTemporaryDir>
 #include <QTest>
 
 using namespace marlith;
 using namespace marlith::testing;
 
-namespace {
-
-// Two styles: a sheet named twice, a border, a sheet by path that is no
-// file of the library, and a bitmap that no style names.
-const QByteArray kShippedSettings = "RecentStyle = Big\r\n\r\n"
-                                    "BeginStyle = Big\r\n  PiecesFile = big.bmp\r\n"
-                                    "  BorderFile = frame.bmp\r\nEndStyle\r\n\r\n"
-                                    "BeginStyle = Small\r\n  PiecesFile = /elsewhere/small.bmp\r\n"
-                                    "  PiecesFile = big.bmp\r\nEndStyle\r\n";
-
-} // namespace
-
 class TstStartup : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void tempSeed() {
-        // Hundredths of a second, the last six digits, zeros in front.
-        QCOMPARE(makeTempSeed(59), QStringLiteral("F000005"));
-        QCOMPARE(makeTempSeed(12345670), QStringLiteral("F234567"));
-    }
-
     // The files made in a folder with bin/ and share/marlith/, MARLITH_HOME
     // set or not, and the program folder that comes of it.
     void programFolder_data() {
@@ -45,81 +25,66 @@ class TstStartup : public QObject {
         QTest::newRow("build tree") << QStringList{shipped, "CMakeCache.txt"} << false << "bin";
         QTest::newRow("portable copy") << QStringList() << false << "bin";
     }
-
     void programFolder() {
         QFETCH(QStringList, files);
         QFETCH(bool, home);
         QFETCH(QString, expected);
-        QTemporaryDir dir;
-        const QString root = dir.path() + u'/';
+        const TempFolder dir;
+        const QString root = dir.path();
         QVERIFY(QDir().mkpath(root + "bin") && QDir().mkpath(root + "share/marlith"));
         for (const QString& file : files)
             writeFile(root + file);
-        // Always with a slash behind; the data folder is made.
         QCOMPARE(programFolderFrom(home ? root + "home" : QString(), root + "bin", root + "data"),
                  root + expected + u'/');
-        QCOMPARE(QDir(root + "data").exists(), expected == QLatin1String("data"));
+        QCOMPARE(QDir(root + "data").exists(), expected == u"data"); // made when taken
+        // The library ships from the installed share folder, else from bin.
+        QCOMPARE(shippedDataFolder(root + "bin"),
+                 files.isEmpty() ? QString() : root + "share/marlith/");
+        writeFile(root + "bin/Marlith.ini", "");
+        QCOMPARE(shippedDataFolder(root + "bin"),
+                 root + (files.isEmpty() ? "bin/" : "share/marlith/"));
     }
 
-    void shippedFolder() {
-        // The installed share folder first, else the executable's own.
-        QTemporaryDir dir;
-        const QString bin = dir.path() + QStringLiteral("/bin");
-        const QString share = dir.path() + QStringLiteral("/share/marlith/");
-        QVERIFY(QDir().mkpath(bin) && QDir().mkpath(share));
-        QCOMPARE(shippedDataFolder(bin), QString());
-        writeFile(bin + QStringLiteral("/Marlith.ini"), "");
-        QCOMPARE(shippedDataFolder(bin), bin + QLatin1Char('/'));
-        writeFile(share + QStringLiteral("Marlith.ini"), "");
-        QCOMPARE(shippedDataFolder(bin), share);
-    }
-
+    // The shipped settings name a sheet twice, a border, a sheet by path that
+    // is no file of the library; the library has a bitmap that no style names.
     void installShipped_data() {
         QTest::addColumn<QStringList>("present"); // in the program folder before
-        QTest::addColumn<bool>("libraryThere");
         QTest::addColumn<QStringList>("libraryLacks");
         QTest::addColumn<bool>("installed");
         QTest::addColumn<QStringList>("fromLibrary"); // in the program folder after
-
-        const QStringList all{"Marlith.ini", "big.bmp", "frame.bmp"};
-        QTest::newRow("first start") << QStringList() << true << QStringList() << true << all;
-        QTest::newRow("settings there")
-            << QStringList{"Marlith.ini"} << true << QStringList() << false << QStringList();
-        QTest::newRow("sheet there") << QStringList{"big.bmp"} << true << QStringList() << true
-                                     << QStringList{"Marlith.ini", "frame.bmp"};
-        QTest::newRow("no library")
-            << QStringList() << false << QStringList() << false << QStringList();
+        const QStringList none;
+        QTest::newRow("first start")
+            << none << none << true << QStringList{"Marlith.ini", "big.bmp", "frame.bmp"};
+        QTest::newRow("settings there") << QStringList{"Marlith.ini"} << none << false << none;
+        QTest::newRow("sheet there")
+            << QStringList{"big.bmp"} << none << true << QStringList{"Marlith.ini", "frame.bmp"};
+        QTest::newRow("no library") << none << QStringList{"Marlith.ini"} << false << none;
         // The sheet copied before the missing border goes again.
         QTest::newRow("library lacks a border")
-            << QStringList() << true << QStringList{"frame.bmp"} << false << QStringList();
+            << none << QStringList{"frame.bmp"} << false << none;
     }
-
     void installShipped() {
         QFETCH(QStringList, present);
-        QFETCH(bool, libraryThere);
         QFETCH(QStringList, libraryLacks);
-        QFETCH(bool, installed);
         QFETCH(QStringList, fromLibrary);
-
-        QTemporaryDir programDir;
-        QTemporaryDir libraryDir;
-        const QString program = programDir.path() + QLatin1Char('/');
-        const QString library = libraryDir.path() + QLatin1Char('/');
-        writeFile(library + QStringLiteral("Marlith.ini"), kShippedSettings);
-        for (const QString& name : QStringList{"big.bmp", "frame.bmp", "unnamed.bmp"})
-            if (!libraryLacks.contains(name)) writeFile(library + name, "library " + name.toUtf8());
+        const TempFolder program;
+        const TempFolder library;
+        const QByteArray settings = crlf("BeginStyle = Big\n  PiecesFile = big.bmp\n  BorderFile = "
+                                         "frame.bmp\nBeginStyle = Small\n  PiecesFile = "
+                                         "/elsewhere/small.bmp\n  PiecesFile = big.bmp\n");
+        for (const char* name : {"Marlith.ini", "big.bmp", "frame.bmp", "unnamed.bmp"})
+            if (!libraryLacks.contains(QLatin1String(name)))
+                writeFile(library.path() + name, name[0] == 'M' ? settings : QByteArray(name));
         for (const QString& name : present)
-            writeFile(program + name, "mine");
-
-        const QString shipped = libraryThere ? library : library + QStringLiteral("gone/");
-        QCOMPARE(installShippedSettings(program, shipped), installed);
+            writeFile(program.path() + name, "mine");
+        QTEST(installShippedSettings(program.path(), library.path()), "installed");
         for (const QString& name : present)
-            QCOMPARE(readFile(program + name), QByteArray("mine"));
+            QCOMPARE(readFile(program.path() + name), QByteArray("mine"));
         for (const QString& name : fromLibrary)
-            QCOMPARE(readFile(program + name), readFile(library + name));
+            QCOMPARE(readFile(program.path() + name), readFile(library.path() + name));
         QStringList expected = present + fromLibrary;
         expected.sort();
-        QCOMPARE(QDir(program).entryList(QDir::Files, QDir::Name), expected);
+        QCOMPARE(QDir(program.path()).entryList(QDir::Files, QDir::Name), expected);
     }
 
     // A screen of 1000 x 700.
@@ -141,7 +106,6 @@ class TstStartup : public QObject {
         QTest::newRow("larger than the screen") << QRect(0, 0, 500, 400) << QRect(200, 50, 250, 250)
                                                 << QSize(1200, 900) << QPoint(0, 0);
     }
-
     void windowPlace() {
         QFETCH(QRect, mainFrame);
         QFETCH(QRect, diagram);
@@ -149,24 +113,16 @@ class TstStartup : public QObject {
         QTEST(placeBeside(QRect(0, 0, 1000, 700), mainFrame, diagram, window), "expected");
     }
 
-    void pathsFromTheShell() {
-        // A name that starts with ":" is a file too, not one of Qt's resources.
+    // Paths made absolute, a name with ":" in front a file too; a bare name
+    // taken whole, blanks and quotes inside included; style names in
+    // upper-case order, names equal but for case in the order they came.
+    void namesAndPaths() {
         QCOMPARE(absoluteArguments({"b.pgn", "../x/c.fen", "/abs/d.epd", " e f.pbm ", "", ":c.pgn"},
                                    QStringLiteral("/home/u/books")),
                  QStringList({"/home/u/books/b.pgn", "/home/u/x/c.fen", "/abs/d.epd",
                               "/home/u/books/e f.pbm", "", "/home/u/books/:c.pgn"}));
-    }
-
-    // A bare name is taken whole, blanks and quotes inside included; the
-    // split of several is tst_main_window's.
-    void commandLine() {
         const CommandLine one = splitCommandLine({QStringLiteral("  my \"best\" book.pgn ")});
-        QCOMPARE(one.bookFile, QStringLiteral("my \"best\" book.pgn"));
-        QVERIFY(one.rest.isEmpty());
-    }
-
-    void styleListOrder() {
-        // Upper-case order; names equal but for case keep the order they came in.
+        QVERIFY(one.bookFile == u"my \"best\" book.pgn" && one.rest.isEmpty());
         QCOMPARE(sortStyleNames({"beta", "Alpha", "ALPHA", "_x", "Zeta", "alpha", "a1"}),
                  QStringList({"a1", "Alpha", "ALPHA", "alpha", "beta", "Zeta", "_x"}));
     }
@@ -174,8 +130,8 @@ class TstStartup : public QObject {
     // A copy removes the files of its own seed at its end; at its start,
     // those of copies that no longer run and those without a seed.
     void temporaryFilesOfEachCopy() {
-        QTemporaryDir dir;
-        const QString folder = dir.path() + QLatin1Char('/');
+        const TempFolder dir;
+        const QString folder = dir.path();
         const QStringList mine{"F123456.tmp", "f123456o.TMP", "F123456i.tmp"};
         const QStringList orphans{"F654321.tmp", "f1.tmp", "FOO.TMP", "F0000000.tmp"};
         const QStringList others{"F111111.tmp", "keep.tmp", "F123456.txt", "xF123456.tmp"};
@@ -189,6 +145,9 @@ class TstStartup : public QObject {
             QVERIFY2(QFile::exists(folder + name), qPrintable(name));
         QCOMPARE(deleteTempFiles(QStringLiteral("/no/such/folder/"), QStringLiteral("F1")), 0);
 
+        // Hundredths of a second, the last six digits, zeros in front.
+        QCOMPARE(makeTempSeed(59), QStringLiteral("F000005"));
+        QCOMPARE(makeTempSeed(12345670), QStringLiteral("F234567"));
         // A seed that a copy holds is passed over, and free again when it ends.
         QString seed = QStringLiteral("F999999");
         const auto first = takeTempSeed(folder, seed);

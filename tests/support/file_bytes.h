@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QFile>
+#include <QTemporaryDir>
 #include <QTest>
 #include <csignal>
 #include <sys/resource.h>
@@ -25,9 +26,13 @@ inline QByteArray crlf(QByteArray text) {
     return text.replace("\n", "\r\n");
 }
 
-// A full disk, as far as this process goes: while it lives, a write that
-// would make a file larger than `bytes` fails with EFBIG instead of
-// ending the process.
+// A temporary folder whose path ends in "/".
+struct TempFolder : QTemporaryDir {
+    QString path() const { return QTemporaryDir::path() + u'/'; }
+};
+
+// A full disk for this process: while it lives, a write past `bytes` fails
+// with EFBIG instead of ending the process.
 class FileSizeLimit {
   public:
     explicit FileSizeLimit(rlim_t bytes) {
