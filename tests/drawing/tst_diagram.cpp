@@ -1,3 +1,4 @@
+#include "core/settings.h"
 #include "drawing/diagram.h"
 #include "drawing/piece_sheet.h"
 #include "output/image_output.h"
@@ -5,6 +6,9 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <array>
+#include <set>
+#include <vector>
 
 using namespace marlith;
 
@@ -108,17 +112,71 @@ class TstDiagram : public QObject {
             scene.diagram.copyCellToSquare(cell, oneBasedSquare, scene.style, 0);
     }
 
-    void frame() {
+    // The shipped Print style, and its margins on a board of another shape:
+    // the frame closes the picture with its corners and nothing past them,
+    // the strips inside it are even, and the coordinates lie in them alone.
+    void framedStrips_data() {
+        QTest::addColumn<int>("rows");
+        QTest::addColumn<int>("columns");
+        QTest::newRow("Print") << 8 << 8;
+        QTest::newRow("Print on 7 x 10") << 7 << 10;
+    }
+    void framedStrips() {
+        QFETCH(int, rows);
+        QFETCH(int, columns);
+        QTemporaryDir dir;
+        QImage solid(13 * 64, 2 * 64, QImage::Format_RGB32);
+        solid.fill(kRed);
+        QVERIFY(solid.save(dir.filePath(QStringLiteral("red.bmp"))));
         Scene scene;
-        scene.style.FrameWidth = 3;
-        scene.style.FrameColor = 0x0000FF; // red in the low byte
-        scene.style.BackColor = 0xFFFFFF;
-        scene.diagram.drawBoard(scene.style, 0, QString());
-        // h = 22 twips, one pixel: three pixels of line round x = 1. The far
-        // lines stand 66 twips in from the edge: x = 1860 - 22 - 66.
-        const int dots[][3] = {{1, 60, 1}, {60, 1, 1}, {5, 60, 0}, {118, 60, 1}, {122, 60, 0}};
-        for (const auto& [x, y, red] : dots)
-            QCOMPARE(scene.diagram.image().pixel(x, y), red ? kRed : kWhite);
+        Style& style = scene.style;
+        RecentList recent;
+        QString engine;
+        style.StyleName = QStringLiteral("Print");
+        QVERIFY(
+            readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, style, recent, engine).opened);
+        style.PiecesFile = dir.filePath(QStringLiteral("red.bmp"));
+        // Another shape keeps the margins: the far edges move with the board.
+        style.WndWidth += (columns - style.BorderWidth) * style.SqrWidth;
+        style.WndHeight += (rows - style.BorderHeight) * style.SqrHeight;
+        style.FontYBase = int16_t(style.FontYBase + (rows - style.BorderHeight) * style.SqrHeight);
+        style.BorderHeight = int16_t(rows);
+        style.BorderWidth = int16_t(columns);
+        scene.draw(QString());
+        const QImage plain = scene.diagram.image();
+        const int w = plain.width() - 1, h = plain.height() - 1, band = style.FrameWidth;
+        for (const auto& [x, y, dx, dy] :
+             {std::array{0, 0, 1, 1}, {w, 0, -1, 1}, {w, h, -1, -1}, {0, h, 1, -1}}) {
+            QCOMPARE(plain.pixel(x, y), kBlack);
+            QCOMPARE(plain.pixel(x + dx * (band - 1), y + dy * (band - 1)), kBlack);
+            QCOMPARE(plain.pixel(x + dx * band, y + dy * band), kWhite);
+        }
+        std::vector<int> toBoard; // pixels from each edge's middle to the first square
+        for (const auto& [x, y, dx, dy] :
+             {std::array{0, h / 2, 1, 0}, {w, h / 2, -1, 0}, {w / 2, 0, 0, 1}, {w / 2, h, 0, -1}}) {
+            int n = 0;
+            while (n < w / 2 && plain.pixel(x + dx * n, y + dy * n) != kRed)
+                ++n;
+            toBoard.push_back(n);
+        }
+        QCOMPARE(std::set<int>(toBoard.begin(), toBoard.end()).size(), size_t(1));
+        QCOMPARE(toBoard[0], twipsToWholePixels(style.XBase));
+
+        scene.diagram.drawBoard(style, 0, dir.path());
+        const QImage bare = scene.diagram.image();
+        style.ShowGrid = 1;
+        style.FontColor = 0xFF0000; // blue ink shows also over the frame
+        scene.diagram.drawBoard(style, 0, dir.path());
+        const QRect inside = plain.rect().adjusted(band, band, -band, -band);
+        const QRect board(toBoard[0], toBoard[0], columns * 64, rows * 64);
+        int inked = 0;
+        for (int y = 0; y <= h; ++y)
+            for (int x = 0; x <= w; ++x)
+                if (scene.diagram.image().pixel(x, y) != bare.pixel(x, y)) {
+                    QVERIFY(inside.contains(x, y) && !board.contains(x, y));
+                    ++inked;
+                }
+        QVERIFY(inked > 0);
     }
 
     // Row numbers in the left margin, letters in the top one, turned with the board.
