@@ -57,6 +57,12 @@ std::optional<QImage> loadPicture(const QString& path) {
     return flat;
 }
 
+// Thickness in pixels of the frame's bands: the style's width, but no more
+// than fills the picture.
+int frameBand(int frameWidth, QSize picture) {
+    return std::min(frameWidth, std::max(picture.width(), picture.height()));
+}
+
 } // namespace
 
 QString programPath(const QString& programFolder, const QString& path) {
@@ -150,7 +156,7 @@ void Diagram::drawFrame(const Style& style) {
     // lies outside the frame. The strip inside it is what the style leaves
     // between the edge and the board: XBase and YBase on the left and top,
     // WndWidth and WndHeight less the board on the right and bottom.
-    const int band = std::min<int>(style.FrameWidth, std::max(image_.width(), image_.height()));
+    const int band = frameBand(style.FrameWidth, image_.size());
     const QColor colour(styleColor(style.FrameColor));
     const int width = image_.width();
     const int height = image_.height();
@@ -189,8 +195,19 @@ void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
     const int columns = style.BorderWidth;
     const int flip = reversedBoard != 0 ? rows - 1 : 0;
     const int flipc = reversedBoard != 0 ? columns - 1 : 0;
+    // A coordinate never lies under the frame: one placed on it, as the grid
+    // offsets 0 place it, moves inward to the frame's inner edge.
+    const int band = style.FrameWidth > 0 ? frameBand(style.FrameWidth, image_.size()) : 0;
     auto print = [&](double x, double y, const QString& text) {
-        painter.drawText(twipsToWholePixels(x), twipsToWholePixels(y) + metrics.ascent(), text);
+        int left = twipsToWholePixels(x);
+        int top = twipsToWholePixels(y);
+        if (band > 0) {
+            const int right = image_.width() - band - metrics.horizontalAdvance(text);
+            const int bottom = image_.height() - band - metrics.height();
+            left = std::clamp(left, band, std::max(band, right));
+            top = std::clamp(top, band, std::max(band, bottom));
+        }
+        painter.drawText(left, top + metrics.ascent(), text);
     };
 
     for (int i = 0; i < rows; ++i) {

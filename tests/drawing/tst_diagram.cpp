@@ -162,21 +162,27 @@ class TstDiagram : public QObject {
         QCOMPARE(std::set<int>(toBoard.begin(), toBoard.end()).size(), size_t(1));
         QCOMPARE(toBoard[0], twipsToWholePixels(style.XBase));
 
-        scene.diagram.drawBoard(style, 0, dir.path());
-        const QImage bare = scene.diagram.image();
-        style.ShowGrid = 1;
-        style.FontColor = 0xFF0000; // blue ink shows also over the frame
-        scene.diagram.drawBoard(style, 0, dir.path());
+        // With the style's grid offsets and with the offsets 0, which lie on the frame.
         const QRect inside = plain.rect().adjusted(band, band, -band, -band);
         const QRect board(toBoard[0], toBoard[0], columns * 64, rows * 64);
-        int inked = 0;
-        for (int y = 0; y <= h; ++y)
-            for (int x = 0; x <= w; ++x)
-                if (scene.diagram.image().pixel(x, y) != bare.pixel(x, y)) {
-                    QVERIFY(inside.contains(x, y) && !board.contains(x, y));
-                    ++inked;
-                }
-        QVERIFY(inked > 0);
+        for (const auto& [x, y] : {std::pair{style.FontXBase, style.FontYBase}, {0, 0}}) {
+            style.ShowGrid = 0;
+            scene.diagram.drawBoard(style, 0, dir.path());
+            const QImage bare = scene.diagram.image();
+            style.ShowGrid = 1;
+            style.FontColor = 0xFF0000; // blue ink shows also over the frame
+            style.FontXBase = x;
+            style.FontYBase = y;
+            scene.diagram.drawBoard(style, 0, dir.path());
+            int inked = 0;
+            for (int py = 0; py <= h; ++py)
+                for (int px = 0; px <= w; ++px)
+                    if (scene.diagram.image().pixel(px, py) != bare.pixel(px, py)) {
+                        QVERIFY(inside.contains(px, py) && !board.contains(px, py));
+                        ++inked;
+                    }
+            QVERIFY(inked > 0);
+        }
     }
 
     // Row numbers in the left margin, letters in the top one, turned with the board.
