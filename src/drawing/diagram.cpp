@@ -57,12 +57,6 @@ std::optional<QImage> loadPicture(const QString& path) {
     return flat;
 }
 
-// Thickness in pixels of the frame's bands: the style's width, but no more
-// than fills the picture.
-int frameBand(int frameWidth, QSize picture) {
-    return std::min(frameWidth, std::max(picture.width(), picture.height()));
-}
-
 } // namespace
 
 QString programPath(const QString& programFolder, const QString& path) {
@@ -156,7 +150,7 @@ void Diagram::drawFrame(const Style& style) {
     // lies outside the frame. The strip inside it is what the style leaves
     // between the edge and the board: XBase and YBase on the left and top,
     // WndWidth and WndHeight less the board on the right and bottom.
-    const int band = frameBand(style.FrameWidth, image_.size());
+    const int band = style.FrameWidth;
     const QColor colour(styleColor(style.FrameColor));
     const int width = image_.width();
     const int height = image_.height();
@@ -197,7 +191,7 @@ void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
     const int flipc = reversedBoard != 0 ? columns - 1 : 0;
     // A coordinate never lies under the frame: one placed on it, as the grid
     // offsets 0 place it, moves inward to the frame's inner edge.
-    const int band = style.FrameWidth > 0 ? frameBand(style.FrameWidth, image_.size()) : 0;
+    const int band = std::max<int>(style.FrameWidth, 0);
     auto print = [&](double x, double y, const QString& text) {
         int left = twipsToWholePixels(x);
         int top = twipsToWholePixels(y);
