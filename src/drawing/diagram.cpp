@@ -5,7 +5,6 @@
 
 #include <QFontMetrics>
 #include <QPainter>
-#include <QPen>
 #include <algorithm>
 #include <cmath>
 #include <optional>
@@ -146,23 +145,20 @@ Diagram::Outcome Diagram::drawBoard(Style& style, int reversedBoard, const QStri
 }
 
 void Diagram::drawFrame(const Style& style) {
+    // The frame closes the picture: four bands flush with its edges that meet
+    // at the corners, so nothing of a line runs past another and no strip
+    // lies outside the frame. The strip inside it is what the style leaves
+    // between the edge and the board: XBase and YBase on the left and top,
+    // WndWidth and WndHeight less the board on the right and bottom.
+    const int band = style.FrameWidth;
+    const QColor colour(styleColor(style.FrameColor));
+    const int width = image_.width();
+    const int height = image_.height();
     QPainter painter(&image_);
-    QPen pen(QColor(styleColor(style.FrameColor)));
-    pen.setWidth(style.FrameWidth);
-    pen.setCapStyle(Qt::FlatCap);
-    painter.setPen(pen);
-    const int h = style.FrameWidth * kTwipsPerPixel / 2;
-    const double width = style.WndWidth;
-    const double height = style.WndHeight;
-    auto line = [&](double x1, double y1, double x2, double y2) {
-        painter.drawLine(twipsToWholePixels(x1), twipsToWholePixels(y1), twipsToWholePixels(x2),
-                         twipsToWholePixels(y2));
-    };
-    // Along the edges of the picture; the far lines keep 66 twips clear.
-    line(h, 0, h, height);
-    line(0, h, width, h);
-    line(width - h - 66, height, width - h - 66, 0);
-    line(width, height - h - 66, 0, height - h - 66);
+    painter.fillRect(0, 0, width, band, colour);
+    painter.fillRect(0, height - band, width, band, colour);
+    painter.fillRect(0, 0, band, height, colour);
+    painter.fillRect(width - band, 0, band, height, colour);
 }
 
 void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
@@ -193,8 +189,19 @@ void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
     const int columns = style.BorderWidth;
     const int flip = reversedBoard != 0 ? rows - 1 : 0;
     const int flipc = reversedBoard != 0 ? columns - 1 : 0;
+    // A coordinate never lies under the frame: one placed on it, as the grid
+    // offsets 0 place it, moves inward to the frame's inner edge.
+    const int band = std::max<int>(style.FrameWidth, 0);
     auto print = [&](double x, double y, const QString& text) {
-        painter.drawText(twipsToWholePixels(x), twipsToWholePixels(y) + metrics.ascent(), text);
+        int left = twipsToWholePixels(x);
+        int top = twipsToWholePixels(y);
+        if (band > 0) {
+            const int right = image_.width() - band - metrics.horizontalAdvance(text);
+            const int bottom = image_.height() - band - metrics.height();
+            left = std::clamp(left, band, std::max(band, right));
+            top = std::clamp(top, band, std::max(band, bottom));
+        }
+        painter.drawText(left, top + metrics.ascent(), text);
     };
 
     for (int i = 0; i < rows; ++i) {

@@ -1,3 +1,4 @@
+#include "core/settings.h"
 #include "drawing/diagram.h"
 #include "drawing/piece_sheet.h"
 #include "output/image_output.h"
@@ -5,6 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
+#include <array>
 
 using namespace marlith;
 
@@ -108,17 +110,48 @@ class TstDiagram : public QObject {
             scene.diagram.copyCellToSquare(cell, oneBasedSquare, scene.style, 0);
     }
 
-    void frame() {
-        Scene scene;
-        scene.style.FrameWidth = 3;
-        scene.style.FrameColor = 0x0000FF; // red in the low byte
-        scene.style.BackColor = 0xFFFFFF;
-        scene.diagram.drawBoard(scene.style, 0, QString());
-        // h = 22 twips, one pixel: three pixels of line round x = 1. The far
-        // lines stand 66 twips in from the edge: x = 1860 - 22 - 66.
-        const int dots[][3] = {{1, 60, 1}, {60, 1, 1}, {5, 60, 0}, {118, 60, 1}, {122, 60, 0}};
-        for (const auto& [x, y, red] : dots)
-            QCOMPARE(scene.diagram.image().pixel(x, y), red ? kRed : kWhite);
+    // The shipped Print style, and its margins on a 7 x 10 board: the frame
+    // closes the picture, the strips inside it are even, and coordinates at
+    // the offsets 0, on the frame, ink nothing but the strips.
+    void framedStrips() {
+        QTemporaryDir dir;
+        QImage solid(13 * 64, 2 * 64, QImage::Format_RGB32);
+        solid.fill(kRed);
+        QVERIFY(solid.save(dir.filePath(QStringLiteral("red.bmp"))));
+        for (const auto& [rows, columns] : {std::pair{8, 8}, {7, 10}}) {
+            Scene s;
+            RecentList recent;
+            QString engine;
+            s.style.StyleName = QStringLiteral("Print");
+            readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, s.style, recent, engine);
+            s.style.PiecesFile = dir.filePath(QStringLiteral("red.bmp"));
+            s.style.WndWidth += (columns - s.style.BorderWidth) * 960; // same margins
+            s.style.WndHeight += (rows - s.style.BorderHeight) * 960;
+            s.style.BorderHeight = int16_t(rows);
+            s.style.BorderWidth = int16_t(columns);
+            s.draw(QString());
+            const QImage plain = s.diagram.image();
+            const int w = plain.width() - 1, h = plain.height() - 1;
+            auto at = [&](int x, int y) { return plain.pixel(x, y); };
+            // Across and down from each corner and each edge's middle: 3 pixels
+            // of frame, 16 of strip, then the board.
+            for (const auto& [x, y, dx, dy] :
+                 {std::array{0, 0, 1, 1}, {w, 0, -1, 1}, {w, h, -1, -1}, {0, h, 1, -1}})
+                QCOMPARE(
+                    (QList{at(x, y), at(x + 2 * dx, y + 2 * dy), at(x + 3 * dx, y + 3 * dy),
+                           at(x + 2 * dx, h / 2), at(x + 18 * dx, h / 2), at(x + 19 * dx, h / 2),
+                           at(w / 2, y + 2 * dy), at(w / 2, y + 18 * dy), at(w / 2, y + 19 * dy)}),
+                    (QList{kBlack, kBlack, kWhite, kBlack, kWhite, kRed, kBlack, kWhite, kRed}));
+            s.style.ShowGrid = 1;
+            s.style.FontColor = 0xFF0000; // blue ink shows also over the frame
+            s.draw(QString());
+            int inked = 0, astray = 0;
+            for (int y = 0; y <= h; ++y)
+                for (int x = 0; x <= w; ++x)
+                    if (s.diagram.image().pixel(x, y) != at(x, y))
+                        ++(QRect(3, 3, w - 5, h - 5).contains(x, y) ? inked : astray);
+            QVERIFY(inked > 0 && astray == 0);
+        }
     }
 
     // Row numbers in the left margin, letters in the top one, turned with the board.
