@@ -1,12 +1,15 @@
 #include "drawing/diagram.h"
 #include "drawing/piece_sheet.h"
 #include "output/image_output.h"
+#include "support/file_bytes.h"
 
+#include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
 using namespace marlith;
+using namespace marlith::testing;
 
 namespace {
 
@@ -179,6 +182,47 @@ class TstDiagram : public QObject {
         QCOMPARE(htmlFragment(squareVector, board, pieces),
                  "<img src=\"Kww.gif\"><img src=\"sqb.gif\"><img src=\"sqw.gif\"><br>\r\n"
                  "<img src=\"sqb.gif\"><img src=\"pbw.gif\"><img src=\"sqb.gif\"><br>\r\n");
+    }
+
+    // The name's extension, in any case, picks the format; the rest stays a
+    // bitmap as before. A full disk leaves the old file whole.
+    void imageFileByName_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArray>("magic");
+        QTest::addColumn<QByteArray>("sizeText"); // empty: the file reads back as the picture
+        QTest::newRow("bmp") << "d.bmp" << QByteArray("BM") << QByteArray();
+        QTest::newRow("other extension") << "d.gif" << QByteArray("BM") << QByteArray();
+        QTest::newRow("dot in the folder only") << "a.png/d" << QByteArray("BM") << QByteArray();
+        QTest::newRow("PNG") << "d.PNG" << QByteArray("\x89PNG") << QByteArray();
+        QTest::newRow("svg") << "d.Svg" << QByteArray("<?xml")
+                             << QByteArray("<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                                           "xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+                                           "width=\"100\" height=\"80\"");
+        QTest::newRow("PDF") << "d.PDF" << QByteArray("%PDF")
+                             << QByteArray("/MediaBox [0 0 75.000000 60.000000]");
+    }
+    void imageFileByName() {
+        QFETCH(QString, name);
+        QFETCH(QByteArray, magic);
+        QFETCH(QByteArray, sizeText);
+        QImage picture(100, 80, QImage::Format_RGB32);
+        picture.fill(kWhite);
+        picture.setPixel(99, 79, kRed);
+        QTemporaryDir dir;
+        QVERIFY(QDir(dir.path()).mkdir(QStringLiteral("a.png")));
+        const QString path = dir.filePath(name);
+        QVERIFY(writeImageFile(picture, path));
+        const QByteArray bytes = readFile(path);
+        QVERIFY(bytes.startsWith(magic));
+        if (sizeText.isEmpty())
+            QCOMPARE(QImage(path).convertToFormat(QImage::Format_RGB32), picture);
+        else
+            QVERIFY(bytes.contains(sizeText));
+        {
+            FileSizeLimit fullDisk(16);
+            QVERIFY(!writeImageFile(picture.scaled(200, 200), path));
+        }
+        QCOMPARE(readFile(path), bytes);
     }
 
     void sheetsFromFiles() {
