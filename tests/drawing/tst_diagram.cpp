@@ -183,7 +183,7 @@ class TstDiagram : public QObject {
                  "<img src=\"sqb.gif\"><img src=\"pbw.gif\"><img src=\"sqb.gif\"><br>\r\n");
     }
 
-    // The extension in any case picks the format, else a bitmap; a full disk keeps the old file.
+    // The extension in any case picks the format, else a bitmap; a failed write keeps the old file.
     void imageFileByName_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArrayList>("marks"); // its start, then its size, else read back
@@ -206,6 +206,7 @@ class TstDiagram : public QObject {
         QVERIFY(bytes.startsWith(marks.first()));
         QVERIFY(marks.size() == 1 ? QImage(path).convertToFormat(QImage::Format_RGB32) == picture
                                   : bytes.contains(marks.last()));
+        QVERIFY(!writeImageFile(picture, dir.filePath("missing/" + name)));
         FileSizeLimit fullDisk(16);
         QVERIFY(!writeImageFile(picture, path));
         QCOMPARE(readFile(path), bytes);
