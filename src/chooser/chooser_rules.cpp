@@ -12,6 +12,9 @@ const QString kBmp = QStringLiteral("*.bmp");
 const QString kGif = QStringLiteral("*.gif");
 const QString kSty = QStringLiteral("*.sty");
 const QString kFen = QStringLiteral("*.fen");
+// The formats that Save Image As writes, the bitmap first as the default.
+const QStringList kImageFilters = {kBmp, QStringLiteral("*.png"), QStringLiteral("*.svg"),
+                                   QStringLiteral("*.pdf")};
 
 QStringList sortedNames(const QString& folder, QDir::Filters kind) {
     QDir dir(folder);
@@ -37,7 +40,7 @@ std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& las
     switch (mode) {
     case ChooserMode::SaveImage:
         entry.caption = QStringLiteral("File Save As...");
-        entry.filters = {kBmp};
+        entry.filters = kImageFilters;
         entry.filter = kBmp;
         entry.name = QStringLiteral("Marlith.bmp");
         break;
@@ -46,7 +49,8 @@ std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& las
         entry.filters = {kFen, QStringLiteral("*.epd"), QStringLiteral("*.pbm"),
                          QStringLiteral("*.pgn")};
         // A book is never an image or a style file.
-        entry.filter = (lastFilter == kBmp || lastFilter == kSty) ? kFen : lastFilter;
+        entry.filter =
+            (kImageFilters.contains(lastFilter) || lastFilter == kSty) ? kFen : lastFilter;
         break;
     case ChooserMode::BorderBitmap:
     case ChooserMode::PieceSheet:

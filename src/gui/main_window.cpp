@@ -1125,7 +1125,7 @@ void MainWindow::saveImage() {
     state_.imageFile = settleImageName(state_.imageFile);
     // The caption follows the name even when it can't be written, but the
     // user learns that the picture isn't there.
-    if (!saveBitmap(diagram_.image(), state_.imageFile))
+    if (!writeImageFile(diagram_.image(), state_.imageFile))
         warn(QStringLiteral("The picture could not be written to %1.").arg(state_.imageFile));
     setWindowTitle(QStringLiteral("Marlith - ") + state_.imageFile);
     unsetCursor();

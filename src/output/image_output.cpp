@@ -1,5 +1,10 @@
 #include "output/image_output.h"
 
+#include <QBuffer>
+#include <QFileInfo>
+#include <QPageLayout>
+#include <QPainter>
+#include <QPdfWriter>
 #include <QSaveFile>
 
 #include "position/fen.h"
@@ -12,12 +17,79 @@ QString settleImageName(const QString& imageFile) {
     return imageFile;
 }
 
-bool saveBitmap(const QImage& image, const QString& path) {
+namespace {
+
+enum class ImageFormat { Bitmap, Png, Svg, Pdf };
+
+// Only the file's own extension counts: a dot in a folder name asks for nothing.
+ImageFormat formatOfName(const QString& path) {
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    if (suffix == u"png") return ImageFormat::Png;
+    if (suffix == u"svg") return ImageFormat::Svg;
+    if (suffix == u"pdf") return ImageFormat::Pdf;
+    return ImageFormat::Bitmap;
+}
+
+// The picture as it is, one SVG pixel a picture pixel, carried as PNG inside.
+bool writeSvg(const QImage& image, QIODevice* device) {
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG")) return false;
+    const QByteArray width = QByteArray::number(image.width());
+    const QByteArray height = QByteArray::number(image.height());
+    const QByteArray size = "width=\"" + width + "\" height=\"" + height + '"';
+    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                            "<svg xmlns=\"http://www.w3.org/2000/svg\" "
+                            "xmlns:xlink=\"http://www.w3.org/1999/xlink\" " +
+                            size + " viewBox=\"0 0 " + width + ' ' + height + "\">\n<image " +
+                            size + " xlink:href=\"data:image/png;base64," + png.toBase64() +
+                            "\"/>\n</svg>\n";
+    return device->write(text) == text.size();
+}
+
+// One page the size of the picture at the screen's 96 dpi, without margins.
+bool writePdf(const QImage& image, QIODevice* device) {
+    constexpr double kPointsPerPixel = 72.0 / 96.0;
+    QPdfWriter pdf(device);
+    pdf.setCreator(QStringLiteral("Marlith"));
+    pdf.setResolution(96);
+    const QPageSize page(QSizeF(image.width() * kPointsPerPixel, image.height() * kPointsPerPixel),
+                         QPageSize::Point, QString(), QPageSize::ExactMatch);
+    if (!pdf.setPageLayout(QPageLayout(page, QPageLayout::Portrait, QMarginsF()))) return false;
+    QPainter painter;
+    if (!painter.begin(&pdf)) return false;
+    // Squares and letters would blur under JPEG.
+    painter.setRenderHint(QPainter::LosslessImageRendering);
+    painter.drawImage(0, 0, image);
+    return painter.end();
+}
+
+} // namespace
+
+bool writeImageFile(const QImage& image, const QString& path) {
     if (image.isNull()) return false;
     // Written whole under a new name, then renamed over the old picture: a
     // full disk leaves the old picture, never a torn one.
     QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && image.save(&file, "BMP") && file.commit();
+    if (!file.open(QIODevice::WriteOnly)) return false;
+    bool written = false;
+    switch (formatOfName(path)) {
+    case ImageFormat::Bitmap:
+        written = image.save(&file, "BMP");
+        break;
+    case ImageFormat::Png:
+        written = image.save(&file, "PNG");
+        break;
+    case ImageFormat::Svg:
+        written = writeSvg(image, &file);
+        break;
+    case ImageFormat::Pdf:
+        written = writePdf(image, &file);
+        break;
+    }
+    // A write that stays in the file's buffer fails only at the flush, and
+    // commit alone would still put the torn file in place.
+    return written && file.flush() && file.commit();
 }
 
 QString copiedPositionText(const QString& canonical, const QString& counter, int copyCounter) {

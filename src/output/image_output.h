@@ -1,4 +1,4 @@
-// The diagram and the position on their way out: the bitmap file, and the
+// The diagram and the position on their way out: the image file, and the
 // texts that go to and come from the clipboard.
 #pragma once
 
@@ -13,8 +13,11 @@ namespace marlith {
 // a name without any ".", even one in a folder name.
 QString settleImageName(const QString& imageFile);
 
-// Writes the picture as a Windows bitmap whatever the extension of the name.
-bool saveBitmap(const QImage& image, const QString& path);
+// Writes the picture in the format that the name's extension asks for,
+// in any case: ".png" (lossless), ".svg" and ".pdf" (the picture at its size,
+// a PDF page at 96 dpi), and a Windows bitmap for ".bmp" and any other or no
+// extension. The old file stays whole when the write fails.
+bool writeImageFile(const QImage& image, const QString& path);
 
 // The text that a copy of the position puts on the clipboard: the canonical
 // text, with the piece counter directly in front when the style asks for it.

@@ -19,9 +19,9 @@ class TstChooserRules : public QObject {
                 chooserEntryFor(ChooserMode(mode), last).value_or(ChooserEntry());
             return e.filter + u' ' + e.name;
         };
-        QCOMPARE(QStringList({shown(0, "*.gif"), shown(1, "*.bmp"), shown(2, "*.pgn"),
-                              shown(3, "*.gif"), shown(4, "*.gif")}),
-                 QStringList({"*.bmp Marlith.bmp", "*.fen ", "*.bmp Marlith.bmp",
+        QCOMPARE(QStringList({shown(0, "*.gif"), shown(1, "*.bmp"), shown(1, "*.pdf"),
+                              shown(2, "*.pgn"), shown(3, "*.gif"), shown(4, "*.gif")}),
+                 QStringList({"*.bmp Marlith.bmp", "*.fen ", "*.fen ", "*.bmp Marlith.bmp",
                               "*.gif Marlith.gif", "*.sty Marlith.sty"}));
     }
 

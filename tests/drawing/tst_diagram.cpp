@@ -2,6 +2,7 @@
 #include "drawing/diagram.h"
 #include "drawing/piece_sheet.h"
 #include "output/image_output.h"
+#include "support/file_bytes.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -9,6 +10,7 @@
 #include <array>
 
 using namespace marlith;
+using namespace marlith::testing;
 
 namespace {
 
@@ -212,6 +214,35 @@ class TstDiagram : public QObject {
         QCOMPARE(htmlFragment(squareVector, board, pieces),
                  "<img src=\"Kww.gif\"><img src=\"sqb.gif\"><img src=\"sqw.gif\"><br>\r\n"
                  "<img src=\"sqb.gif\"><img src=\"pbw.gif\"><img src=\"sqb.gif\"><br>\r\n");
+    }
+
+    // The extension in any case picks the format, else a bitmap; a failed write keeps the old file.
+    void imageFileByName_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QByteArrayList>("marks"); // its start, then its size, else read back
+        QTest::newRow("no extension, a dot in the folder") << "d" << QByteArrayList{"BM"};
+        QTest::newRow("png") << "d.png" << QByteArrayList{"\x89PNG"};
+        QTest::newRow("SVG") << "d.SVG"
+                             << QByteArrayList{"<?xml", "width=\"100\" height=\"80\" viewBox"};
+        QTest::newRow("pdf") << "d.Pdf"
+                             << QByteArrayList{"%PDF", "/MediaBox [0 0 75.000000 60.000000]"};
+    }
+    void imageFileByName() {
+        QFETCH(QString, name);
+        QFETCH(QByteArrayList, marks);
+        QImage picture(100, 80, QImage::Format_RGB32);
+        picture.fill(kRed);
+        const QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/picture.png-XXXXXX"));
+        const QString path = dir.filePath(name);
+        QVERIFY(writeImageFile(picture, path));
+        const QByteArray bytes = readFile(path);
+        QVERIFY(bytes.startsWith(marks.first()));
+        QVERIFY(marks.size() == 1 ? QImage(path).convertToFormat(QImage::Format_RGB32) == picture
+                                  : bytes.contains(marks.last()));
+        QVERIFY(!writeImageFile(picture, dir.filePath("missing/" + name)));
+        FileSizeLimit fullDisk(16);
+        QVERIFY(!writeImageFile(picture, path));
+        QCOMPARE(readFile(path), bytes);
     }
 
     void sheetsFromFiles() {
