@@ -69,17 +69,14 @@ class TstSettings : public QObject {
         QCOMPARE(unescapeSettingsValue(escaped), value);
     }
 
-    void recentList() {
+    // The oldest path falls out, a known one moves up, and case tells paths
+    // apart. In the menu a long path is cut at folder boundaries from the
+    // left, the root kept in front; with no folder left, to its last characters.
+    void recentPaths() {
         RecentList recent;
         for (const char* book : {"/b/1", "/b/2", "/b/3", "/b/4", "/b/5", "/b/4", "/B/4"})
             addRecent(recent, QString::fromLatin1(book));
-        // The oldest fell out, a known path moved up, and case tells paths apart.
         QCOMPARE(recent, (RecentList{"/B/4", "/b/4", "/b/5", "/b/3"}));
-    }
-
-    // A long path is cut at folder boundaries from the left, the root kept in
-    // front; with no folder left, to its last characters.
-    void recentMenu() {
         const auto items =
             recentMenuItems({"/home/user/books/problems/collection-of-the-year.pgn", "/b/short.fen",
                              "a-name-without-any-folder-that-is-long.pgn", ""});
@@ -149,27 +146,17 @@ class TstSettings : public QObject {
         QCOMPARE(program.last.styleNames, QStringList({"Other", "A"}));
     }
 
-    // A missing file gives the defaults; one that can't be read as a file is
-    // neither read nor replaced.
-    void unreadableFiles() {
+    // Without an old file the reading gives the defaults, and the new file
+    // holds the recent lines alone, oldest first; a path that would make
+    // lines of its own, or come back cut, is not kept. A settings file that
+    // can't be read as a file is neither read nor replaced.
+    void firstRun() {
         Folder folder;
         Program program;
         program.engine = QStringLiteral("Popeye");
         program.style.SqrWidth = 1;
         QVERIFY(!program.read(folder).last.opened);
         QVERIFY(program.engine.isEmpty() && program.style.SqrWidth == 225);
-        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("Marlith.ini")));
-        QVERIFY(!program.read(folder).last.opened);
-        QVERIFY(!writeSettings(folder.path(), {"/b/1.pgn"}, {}, {}));
-        QVERIFY(QFileInfo(folder.ini()).isDir() && folder.leftOvers() == 0);
-    }
-
-    // Without an old file the new one holds the recent lines alone, oldest
-    // first; a path that would make lines of its own, or come back cut, is
-    // not kept.
-    void firstRun() {
-        Folder folder;
-        Program program;
         program.recent = {"/b/5.pgn", "/b/x\nBeginStyle = Evil", "/b/a,b.pgn", "/b/2.pgn"};
         program.engine = QStringLiteral("Popeye");
         QVERIFY(program.write(folder));
@@ -178,6 +165,11 @@ class TstSettings : public QObject {
         program.recent = {"/b/a;b.pgn", "/b/a=b.pgn", "", ""};
         QVERIFY(program.write(folder));
         QCOMPARE(Program(folder).recent, (RecentList{"/b/a=b.pgn", "", "", ""}));
+        QVERIFY(QFile::remove(folder.ini()) &&
+                QDir(folder.path()).mkdir(QStringLiteral("Marlith.ini")));
+        QVERIFY(!program.read(folder).last.opened);
+        QVERIFY(!writeSettings(folder.path(), {"/b/1.pgn"}, {}, {}));
+        QVERIFY(QFileInfo(folder.ini()).isDir() && folder.leftOvers() == 0);
     }
 
     // Recent lines go to the top, style lines (by their start, in any case)
