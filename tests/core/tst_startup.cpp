@@ -152,7 +152,6 @@ class TstStartup : public QObject {
         QString seed = QStringLiteral("F999999");
         const auto first = takeTempSeed(folder, seed);
         QVERIFY(first && seedHeld(folder, QStringLiteral("F999999")));
-        QCOMPARE(nextTempSeed(QStringLiteral("F000041")), QStringLiteral("F000042"));
         QString next = QStringLiteral("F999999");
         auto second = takeTempSeed(folder, next);
         QCOMPARE(next, QStringLiteral("F000000"));
