@@ -43,7 +43,7 @@ struct Program {
 
 const QByteArray kLibrary =
     crlf("RecentFile = /b/old.pgn\nRecentFile = /b/new.pgn\nRecentEngine = Crafty\n"
-         "; my styles\nRecentStyle = beta\n\n"
+         "; my styles\nRecentStyle = beta\nRecentPosition = 8/8 w\n\n"
          "BeginStyle = Alpha\n  SqrWidth = 20 \nEndStyle\n\n"
          "BeginStyle = Beta\n  PiecesFile = beta.gif\n  SqrWidth = 30 \nEndStyle\n");
 
@@ -264,7 +264,7 @@ class TstSettings : public QObject {
         QTest::addColumn<int>("failAt"); // the line it fails before; -1 the rename
         QTest::newRow("before the first line") << 0;
         QTest::newRow("midway") << 5;
-        QTest::newRow("before the last line") << 11;
+        QTest::newRow("before the last line") << 12;
         QTest::newRow("at the rename") << -1;
     }
     void aWriteThatDoesntFinishLeavesTheOldFile() {
