@@ -8,23 +8,16 @@
 #include <QTest>
 #include <thread>
 
-#include <csignal>
-#include <sys/wait.h>
-#include <tuple>
-#include <unistd.h>
-
 using namespace marlith;
 using namespace marlith::testing;
 
 namespace {
 
 // A temporary program folder, with a settings file when given its bytes.
-struct Folder {
-    QTemporaryDir dir;
+struct Folder : TempFolder {
     explicit Folder(const QByteArray& bytes = {}) {
         if (!bytes.isNull()) writeFile(ini(), bytes);
     }
-    QString path() const { return dir.path() + u'/'; }
     QString ini() const { return path() + "Marlith.ini"; }
     qsizetype leftOvers() const { return QDir(path()).entryList({"Marlith.ini.*.tmp"}).size(); }
     QByteArray get() const { return readFile(ini()); }
@@ -50,7 +43,7 @@ struct Program {
 
 const QByteArray kLibrary =
     crlf("RecentFile = /b/old.pgn\nRecentFile = /b/new.pgn\nRecentEngine = Crafty\n"
-         "; my styles\nRecentStyle = beta\n\n"
+         "; my styles\nRecentStyle = beta\nRecentPosition = 8/8 w\n\n"
          "BeginStyle = Alpha\n  SqrWidth = 20 \nEndStyle\n\n"
          "BeginStyle = Beta\n  PiecesFile = beta.gif\n  SqrWidth = 30 \nEndStyle\n");
 
@@ -76,17 +69,14 @@ class TstSettings : public QObject {
         QCOMPARE(unescapeSettingsValue(escaped), value);
     }
 
-    void recentList() {
+    // The oldest path falls out, a known one moves up, and case tells paths
+    // apart. In the menu a long path is cut at folder boundaries from the
+    // left, the root kept in front; with no folder left, to its last characters.
+    void recentPaths() {
         RecentList recent;
         for (const char* book : {"/b/1", "/b/2", "/b/3", "/b/4", "/b/5", "/b/4", "/B/4"})
             addRecent(recent, QString::fromLatin1(book));
-        // The oldest fell out, a known path moved up, and case tells paths apart.
         QCOMPARE(recent, (RecentList{"/B/4", "/b/4", "/b/5", "/b/3"}));
-    }
-
-    // A long path is cut at folder boundaries from the left, the root kept in
-    // front; with no folder left, to its last characters.
-    void recentMenu() {
         const auto items =
             recentMenuItems({"/home/user/books/problems/collection-of-the-year.pgn", "/b/short.fen",
                              "a-name-without-any-folder-that-is-long.pgn", ""});
@@ -96,48 +86,47 @@ class TstSettings : public QObject {
         QVERIFY(items[2].visible && !items[3].visible);
     }
 
-    // Which block a first reading takes, judged as the file goes by.
+    // Which block a first reading takes, judged as the file goes by; the
+    // style's block has 20-pixel squares.
+    void firstReading_data() {
+        QTest::addColumn<QByteArray>("file");
+        QTest::addColumn<QString>("style");
+        QTest::addColumn<QStringList>("names");
+        QTest::newRow("names in any case")
+            << QByteArray("recentstyle = ALPHA\n beginstyle = alpha\n  sqrwidth = 20\n") << "ALPHA"
+            << QStringList{"alpha"};
+        // The first block is the style until a name comes; its flag stays up
+        // until the next BeginStyle.
+        QTest::newRow("a name inside a block")
+            << QByteArray("BeginStyle = A\n Style = B\nEndStyle\n SqrWidth = 20\nBeginStyle = B\n")
+            << "B" << QStringList{"A", "B"};
+    }
     void firstReading() {
-        // File, the style taken (its block has 20-pixel squares), the names.
-        const std::tuple<const char*, const char*, QStringList> cases[] = {
-            {"BeginStyle = Gamma\n SqrWidth = 20\nBeginStyle = Alpha\n SqrWidth = 10\n",
-             "Gamma",
-             {"Gamma", "Alpha"}},
-            {"recentstyle = ALPHA\n beginstyle = alpha\n  sqrwidth = 20\n", "ALPHA", {"alpha"}},
-            // Block A was judged while it was the style; B had passed by then.
-            {"BeginStyle = A\n  SqrWidth = 20\nBeginStyle = B\n  SqrWidth = 30\n"
-             "Style = B\nBeginStyle = C\n  SqrWidth = 40\n",
-             "B",
-             {"A", "B", "C"}},
-            // The flag of block A stays up until the next BeginStyle.
-            {"BeginStyle = A\n  RecentStyle = B\nEndStyle\n  SqrWidth = 20\nBeginStyle = B\n",
-             "B",
-             {"A", "B"}}};
-        for (const auto& [text, name, names] : cases) {
-            Program program(Folder(crlf(text)));
-            QCOMPARE(program.style.StyleName, QString::fromUtf8(name));
-            QCOMPARE(program.style.SqrWidth, int16_t(300));
-            QCOMPARE(program.last.styleNames, names);
-        }
+        QFETCH(QByteArray, file);
+        const Program program(Folder(crlf(file)));
+        QTEST(program.style.StyleName, "style");
+        QCOMPARE(program.style.SqrWidth, int16_t(300));
+        QTEST(program.last.styleNames, "names");
     }
 
+    // A re-reading after a pick keeps the name and the recent paths, and takes
+    // the block of that name in any case; a stored block reads back so, and
+    // deleting it gives the old file back.
     void reReadingAfterAPick() {
         Folder folder(kLibrary);
         Program program(folder);
-        // Since the start: a book opened, another engine used, Alpha picked.
         addRecent(program.recent, QStringLiteral("/b/since.pgn"));
-        program.engine = QStringLiteral("Popeye");
-        program.style.StyleName = QStringLiteral("ALPHA");
+        program.style.StyleName = QStringLiteral("Aardvark");
+        program.style.SqrWidth = 25 * 15;
+        QVERIFY(writeStyles(folder.path(), program.style, true));
+        program.style.StyleName = QStringLiteral("AARDVARK");
         program.read(folder);
-        QCOMPARE(program.style.StyleName, QStringLiteral("ALPHA"));
+        QCOMPARE(program.style.StyleName, QStringLiteral("AARDVARK"));
         QVERIFY(program.last.styleNames.isEmpty());
-        QCOMPARE(program.style.SqrWidth, int16_t(300));
-        QCOMPARE(program.engine, QStringLiteral("Crafty"));
+        QCOMPARE(program.style.SqrWidth, int16_t(25 * 15));
         QCOMPARE(program.recent, (RecentList{"/b/new.pgn", "/b/old.pgn", "/b/since.pgn", ""}));
-        // A name that no block has: defaults, and the name stays.
-        program.style.StyleName = QStringLiteral("Zeta");
-        QCOMPARE(program.read(folder).style.SqrWidth, int16_t(225));
-        QCOMPARE(program.style.StyleName, QStringLiteral("Zeta"));
+        QVERIFY(writeStyles(folder.path(), program.style, false));
+        QCOMPARE(folder.get(), kLibrary);
     }
 
     // RecentFile and RecentEngine count inside a block too, up to the fault.
@@ -157,27 +146,17 @@ class TstSettings : public QObject {
         QCOMPARE(program.last.styleNames, QStringList({"Other", "A"}));
     }
 
-    // A missing file gives the defaults; one that can't be read as a file is
-    // neither read nor replaced.
-    void unreadableFiles() {
+    // Without an old file the reading gives the defaults, and the new file
+    // holds the recent lines alone, oldest first; a path that would make
+    // lines of its own, or come back cut, is not kept. A settings file that
+    // can't be read as a file is neither read nor replaced.
+    void firstRun() {
         Folder folder;
         Program program;
         program.engine = QStringLiteral("Popeye");
         program.style.SqrWidth = 1;
         QVERIFY(!program.read(folder).last.opened);
         QVERIFY(program.engine.isEmpty() && program.style.SqrWidth == 225);
-        QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("Marlith.ini")));
-        QVERIFY(!program.read(folder).last.opened);
-        QVERIFY(!writeSettings(folder.path(), {"/b/1.pgn"}, {}, {}));
-        QVERIFY(QFileInfo(folder.ini()).isDir() && folder.leftOvers() == 0);
-    }
-
-    // Without an old file the new one holds the recent lines alone, oldest
-    // first; a path that would make lines of its own, or come back cut, is
-    // not kept.
-    void firstRun() {
-        Folder folder;
-        Program program;
         program.recent = {"/b/5.pgn", "/b/x\nBeginStyle = Evil", "/b/a,b.pgn", "/b/2.pgn"};
         program.engine = QStringLiteral("Popeye");
         QVERIFY(program.write(folder));
@@ -186,6 +165,11 @@ class TstSettings : public QObject {
         program.recent = {"/b/a;b.pgn", "/b/a=b.pgn", "", ""};
         QVERIFY(program.write(folder));
         QCOMPARE(Program(folder).recent, (RecentList{"/b/a=b.pgn", "", "", ""}));
+        QVERIFY(QFile::remove(folder.ini()) &&
+                QDir(folder.path()).mkdir(QStringLiteral("Marlith.ini")));
+        QVERIFY(!program.read(folder).last.opened);
+        QVERIFY(!writeSettings(folder.path(), {"/b/1.pgn"}, {}, {}));
+        QVERIFY(QFileInfo(folder.ini()).isDir() && folder.leftOvers() == 0);
     }
 
     // Recent lines go to the top, style lines (by their start, in any case)
@@ -206,48 +190,37 @@ class TstSettings : public QObject {
         QVERIFY(
             writeSettings(folder.path(), recent, QStringLiteral("Popeye"), QStringLiteral("Beta")));
         QCOMPARE(folder.get(), expected);
-        // The next start and stop read and write the same again.
-        QVERIFY(Program(folder).write(folder));
-        QCOMPARE(folder.get(), expected);
     }
 
     // A style's block goes in the order of names, one blank line from its
-    // neighbours; its old block goes with what stands behind it.
-    void styleBlocksKeepTheirOrder() {
-        const QList<QByteArray> block = {"BeginStyle = beta", "  SqrWidth = 9"};
-        const QByteArray kept = "RecentStyle = x\n\nBeginStyle = ALPHA\nA\n\nBeginStyle = GAMMA\nG";
-        const std::tuple<const char*, QByteArray, bool, QByteArray> cases[] = {
-            {"beta", kept, true,
-             "RecentStyle = x\n\nBeginStyle = ALPHA\nA\n\nBeginStyle = beta\n  SqrWidth = 9\n\n"
-             "BeginStyle = GAMMA\nG"},
-            {"zeta", "BeginStyle = Alpha\nA", true,
-             "BeginStyle = Alpha\nA\n\nBeginStyle = beta\n  SqrWidth = 9"},
-            // Replaced in place, spelled the new way.
-            {"BETA", "BeginStyle = Beta\nold\n\nBeginStyle = Gamma\nG", true,
-             "BeginStyle = beta\n  SqrWidth = 9\n\nBeginStyle = Gamma\nG"},
-            {"beta", "A\n\nbeginstyle = Beta\nold\n\nBeginStyle = Gamma\nG", false,
-             "A\n\nBeginStyle = Gamma\nG"},
-        };
-        for (const auto& [name, before, store, after] : cases) {
-            const QList<QByteArray> result =
-                replaceStyleBlock(before.isEmpty() ? QList<QByteArray>() : before.split('\n'),
-                                  QString::fromLatin1(name), store ? &block : nullptr);
-            QCOMPARE(result.join('\n'), after);
-        }
+    // neighbours; its old block goes with what stands behind it. "*" stands
+    // for the block stored.
+    void styleBlocksKeepTheirOrder_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("store");
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("after");
+        QTest::newRow("in the middle")
+            << "beta" << true << QByteArray("BeginStyle = A\nA\n\nBeginStyle = G\nG")
+            << QByteArray("BeginStyle = A\nA\n\n*\n\nBeginStyle = G\nG");
+        QTest::newRow("at the end") << "zeta" << true << QByteArray("BeginStyle = A\nA")
+                                    << QByteArray("BeginStyle = A\nA\n\n*");
+        QTest::newRow("replaced, spelled anew")
+            << "BETA" << true << QByteArray("BeginStyle = Beta\nold\n\nBeginStyle = G\nG")
+            << QByteArray("*\n\nBeginStyle = G\nG");
+        QTest::newRow("deleted") << "beta" << false
+                                 << QByteArray("A\n\nbeginstyle = Beta\nold\n\nBeginStyle = G")
+                                 << QByteArray("A\n\nBeginStyle = G");
     }
-
-    // A stored block reads back; deleting it gives the old file back.
-    void aStoredStyleIsReadBack() {
-        Folder folder(kLibrary);
-        Program program(folder);
-        program.style.StyleName = QStringLiteral("Aardvark");
-        program.style.SqrWidth = 25 * 15;
-        QVERIFY(writeStyles(folder.path(), program.style, true));
-        Program again;
-        again.style.StyleName = QStringLiteral("AARDVARK");
-        QCOMPARE(again.read(folder).style.SqrWidth, 25 * 15);
-        QVERIFY(writeStyles(folder.path(), program.style, false));
-        QCOMPARE(folder.get(), kLibrary);
+    void styleBlocksKeepTheirOrder() {
+        QFETCH(QString, name);
+        QFETCH(bool, store);
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, after);
+        const QList<QByteArray> block = {"BeginStyle = beta", "  SqrWidth = 9"};
+        const QList<QByteArray> result =
+            replaceStyleBlock(before.split('\n'), name, store ? &block : nullptr);
+        QCOMPARE(result.join('\n'), after.replace("*", block.join('\n')));
     }
 
     // Two writers of one folder take turns: every style that either stored
@@ -284,29 +257,27 @@ class TstSettings : public QObject {
         QCOMPARE(folder.get(), old);
     }
 
-    // Failing before the first line, midway, at the last, at the rename, or
-    // killed midway (last, as a child gets no chance to clean up): the old
-    // file stays whole.
+    // Failing before the first line, midway, at the last or at the rename:
+    // the old file stays whole, and so it does when a copy is killed midway,
+    // whose temporary file the next write clears.
+    void aWriteThatDoesntFinishLeavesTheOldFile_data() {
+        QTest::addColumn<int>("failAt"); // the line it fails before; -1 the rename
+        QTest::newRow("before the first line") << 0;
+        QTest::newRow("midway") << 5;
+        QTest::newRow("before the last line") << 12;
+        QTest::newRow("at the rename") << -1;
+    }
     void aWriteThatDoesntFinishLeavesTheOldFile() {
-        QList<SettingsWriteSeams> cases;
-        for (int failAt : {0, 5, 11})
-            cases.append({[failAt](int line) { return line < failAt; }, {}});
-        cases.append({{}, [](const QString&, const QString&) { return false; }});
-        cases.append({[](int line) { return line != 5 || ::raise(SIGKILL) != 0; }, {}});
+        QFETCH(int, failAt);
         Folder folder(kLibrary);
-        for (const SettingsWriteSeams& seams : cases) {
-            const pid_t child = ::fork();
-            if (child == 0) ::_exit(writeSettings(folder.path(), {"/b/x.pgn"}, {}, {}, seams));
-            int status = 0;
-            QCOMPARE(::waitpid(child, &status, 0), child);
-            const bool killed = &seams == &cases.last();
-            QCOMPARE(status, killed ? SIGKILL : 0); // killed, or exited with false
-            QCOMPARE(folder.get(), kLibrary);
-            QCOMPARE(folder.leftOvers(), killed ? 1 : 0);
-        }
-        // The next run starts its temporary file afresh.
-        QVERIFY(writeSettings(folder.path(), {"/b/x.pgn"}, {}, {}));
-        QVERIFY(folder.get().startsWith("RecentFile = /b/x.pgn\r\n; my styles\r\n"));
+        writeFile(folder.path() + "Marlith.ini.1.tmp", "left by a killed copy");
+        SettingsWriteSeams seams;
+        if (failAt >= 0)
+            seams.beforeLine = [failAt](int line) { return line < failAt; };
+        else
+            seams.rename = [](const QString&, const QString&) { return false; };
+        QVERIFY(!writeSettings(folder.path(), {"/b/x.pgn"}, {}, {}, seams));
+        QCOMPARE(folder.get(), kLibrary);
         QCOMPARE(folder.leftOvers(), 0);
     }
 };
