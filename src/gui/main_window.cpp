@@ -1139,7 +1139,13 @@ void MainWindow::saveImageAs() {
 }
 
 void MainWindow::copyImage() {
-    QGuiApplication::clipboard()->setImage(diagram_.image());
+    // Also as PNG and SVG bytes, for editors that paste only those.
+    const QImage image = diagram_.image();
+    auto* mime = new QMimeData;
+    mime->setImageData(image);
+    mime->setData(QStringLiteral("image/png"), pngBytes(image));
+    mime->setData(QStringLiteral("image/svg+xml"), svgBytes(image));
+    QGuiApplication::clipboard()->setMimeData(mime);
 }
 
 void MainWindow::copyPosition() {

@@ -30,21 +30,9 @@ ImageFormat formatOfName(const QString& path) {
     return ImageFormat::Bitmap;
 }
 
-// The picture as it is, one SVG pixel a picture pixel, carried as PNG inside.
-bool writeSvg(const QImage& image, QIODevice* device) {
-    QByteArray png;
-    QBuffer buffer(&png);
-    if (!buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG")) return false;
-    const QByteArray width = QByteArray::number(image.width());
-    const QByteArray height = QByteArray::number(image.height());
-    const QByteArray size = "width=\"" + width + "\" height=\"" + height + '"';
-    const QByteArray text = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                            "<svg xmlns=\"http://www.w3.org/2000/svg\" "
-                            "xmlns:xlink=\"http://www.w3.org/1999/xlink\" " +
-                            size + " viewBox=\"0 0 " + width + ' ' + height + "\">\n<image " +
-                            size + " xlink:href=\"data:image/png;base64," + png.toBase64() +
-                            "\"/>\n</svg>\n";
-    return device->write(text) == text.size();
+// The whole of the bytes or a failure: an empty text is a coding that failed.
+bool writeBytes(const QByteArray& bytes, QIODevice* device) {
+    return !bytes.isEmpty() && device->write(bytes) == bytes.size();
 }
 
 // One page the size of the picture at the screen's 96 dpi, without margins.
@@ -66,6 +54,27 @@ bool writePdf(const QImage& image, QIODevice* device) {
 
 } // namespace
 
+QByteArray pngBytes(const QImage& image) {
+    QByteArray png;
+    QBuffer buffer(&png);
+    if (image.isNull() || !buffer.open(QIODevice::WriteOnly) || !image.save(&buffer, "PNG"))
+        return {};
+    return png;
+}
+
+QByteArray svgBytes(const QImage& image) {
+    const QByteArray png = pngBytes(image);
+    if (png.isEmpty()) return {};
+    const QByteArray width = QByteArray::number(image.width());
+    const QByteArray height = QByteArray::number(image.height());
+    const QByteArray size = "width=\"" + width + "\" height=\"" + height + '"';
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<svg xmlns=\"http://www.w3.org/2000/svg\" "
+           "xmlns:xlink=\"http://www.w3.org/1999/xlink\" " +
+           size + " viewBox=\"0 0 " + width + ' ' + height + "\">\n<image " + size +
+           " xlink:href=\"data:image/png;base64," + png.toBase64() + "\"/>\n</svg>\n";
+}
+
 bool writeImageFile(const QImage& image, const QString& path) {
     if (image.isNull()) return false;
     // Written whole under a new name, then renamed over the old picture: a
@@ -78,10 +87,10 @@ bool writeImageFile(const QImage& image, const QString& path) {
         written = image.save(&file, "BMP");
         break;
     case ImageFormat::Png:
-        written = image.save(&file, "PNG");
+        written = writeBytes(pngBytes(image), &file);
         break;
     case ImageFormat::Svg:
-        written = writeSvg(image, &file);
+        written = writeBytes(svgBytes(image), &file);
         break;
     case ImageFormat::Pdf:
         written = writePdf(image, &file);

@@ -4,6 +4,7 @@
 
 #include "position/fen.h"
 
+#include <QByteArray>
 #include <QImage>
 #include <QString>
 
@@ -18,6 +19,13 @@ QString settleImageName(const QString& imageFile);
 // a PDF page at 96 dpi), and a Windows bitmap for ".bmp" and any other or no
 // extension. The old file stays whole when the write fails.
 bool writeImageFile(const QImage& image, const QString& path);
+
+// The picture as PNG bytes, lossless; empty for a picture that can't be coded.
+QByteArray pngBytes(const QImage& image);
+
+// The picture as an SVG document of its pixel size that carries it as PNG,
+// so that it keeps every pixel; empty for a picture that can't be coded.
+QByteArray svgBytes(const QImage& image);
 
 // The text that a copy of the position puts on the clipboard: the canonical
 // text, with the piece counter directly in front when the style asks for it.

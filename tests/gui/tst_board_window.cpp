@@ -153,8 +153,15 @@ class TstBoardWindow : public QObject {
         QCOMPARE(f.positionEdit->text(), "K7/8/Q");
         QCOMPARE(f.pieceCounterLabel->text(), "(2x0)");
         f.window->copyImage();
-        QCOMPARE(clipboard->image().convertToFormat(QImage::Format_RGB32),
-                 f.window->diagram().image());
+        const QImage shown = f.window->diagram().image();
+        QCOMPARE(clipboard->image().convertToFormat(QImage::Format_RGB32), shown);
+        // Also as PNG and as SVG of the picture's size, for editors that take only those.
+        const QMimeData* mime = clipboard->mimeData();
+        QCOMPARE(QImage::fromData(mime->data("image/png")).convertToFormat(shown.format()), shown);
+        const QString svg = mime->data("image/svg+xml");
+        QVERIFY(svg.startsWith("<?xml") &&
+                svg.contains(
+                    QString("width=\"%1\" height=\"%2\"").arg(shown.width()).arg(shown.height())));
     }
 
     // Reverse turns the picture and the mouse with it, never the text; the
