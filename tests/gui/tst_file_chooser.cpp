@@ -92,9 +92,11 @@ class TstFileChooser : public QObject {
     void leavingWithAndWithoutChoice() {
         Chooser c;
         c.open(0);
+        c.filter->setCurrentIndex(1); // the user picks "*.png"
+        QCOMPARE(c.nameText->text(), "Marlith.png");
         c.nameText->setText(QStringLiteral("pic"));
         c.press("okButton");
-        QCOMPARE(c.outcome(), c.folder() + QStringLiteral("/pic.bmp"));
+        QCOMPARE(c.outcome(), c.folder() + QStringLiteral("/pic.png"));
         c.open(1);
         QTest::keyClick(c.nameText, Qt::Key_Return); // an empty name is no choice
         QCOMPARE(c.outcome(), "open");
