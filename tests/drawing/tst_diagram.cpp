@@ -245,6 +245,14 @@ class TstDiagram : public QObject {
         QCOMPARE(readFile(path), bytes);
     }
 
+    // A page without a printer takes the first number free, never an earlier page's name.
+    void pdfPageNames() {
+        QTemporaryDir dir;
+        for (const char* name : {"Marlith.pdf", "Marlith-2.pdf", "Solution-3.pdf"})
+            writeFile(dir.filePath(QLatin1String(name)));
+        QCOMPARE(unusedPdfPath(dir.path(), "Marlith"), dir.filePath("Marlith-3.pdf"));
+    }
+
     void sheetsFromFiles() {
         QTemporaryDir dir;
         const QString folder = dir.path() + QLatin1Char('/');
