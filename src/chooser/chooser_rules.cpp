@@ -79,6 +79,16 @@ QString addFilterExtension(const QString& name, const QString& filter) {
     return name + filter.mid(dot);
 }
 
+QString nameForImageFilter(const QString& name, const QString& filter) {
+    if (!kImageFilters.contains(filter, Qt::CaseInsensitive)) return name;
+    // The extension is the file's own: a "." in a folder name is none.
+    const qsizetype dot = name.lastIndexOf(QLatin1Char('.'));
+    if (dot < 0 || name.indexOf(QLatin1Char('/'), dot) >= 0) return name;
+    const QString extension = QLatin1Char('*') + name.mid(dot);
+    if (!kImageFilters.contains(extension, Qt::CaseInsensitive)) return name;
+    return name.left(dot) + filter.mid(1).toLower();
+}
+
 QString completePath(const QString& name, const QString& folder) {
     if (name.contains(QLatin1Char('/'))) return name;
     if (folder.endsWith(QLatin1Char('/'))) return folder + name;

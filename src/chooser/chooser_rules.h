@@ -29,6 +29,11 @@ std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& las
 // filter's first "." on. A filter without "." adds nothing.
 QString addFilterExtension(const QString& name, const QString& filter);
 
+// Save Image As: a name ending in one of the image extensions takes the
+// extension of the image filter chosen, so that the file is written in the
+// format the filter offers. Any other name, or any other filter, is kept.
+QString nameForImageFilter(const QString& name, const QString& filter);
+
 // A bare name goes into `folder`; a name holding "/" stands as it is.
 QString completePath(const QString& name, const QString& folder);
 

@@ -4,6 +4,7 @@
 #include "gui/child_window_place.h"
 #include "gui/solution_list.h"
 #include "gui/widget_geometry.h"
+#include "output/image_output.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -77,7 +78,7 @@ void EngineWindow::copySolution() {
 }
 
 void EngineWindow::printSolution() {
-    const QString pdf = state_.programFolder + QStringLiteral("Solution.pdf");
+    const QString pdf = pagePdfPath(QStringLiteral("Solution"), state_.programFolder);
     if (printRows(listRows(solutionList_), pdf) == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 

@@ -29,8 +29,8 @@ class EngineWindow : public QWidget {
     // Ends the run under way at once: the engine goes, its files go, and the
     // list says so.
     virtual void stopRun() = 0;
-    // The rows of the list go to the clipboard, or to the printer (to
-    // "Solution.pdf" in the program folder when there is none).
+    // The rows of the list go to the clipboard, or to the printer (to a new
+    // "Solution.pdf" in the documents folder when there is none).
     void copySolution();
     void printSolution();
 

@@ -261,6 +261,10 @@ void FileChooser::takeFileNameAndConfirm(QListWidgetItem* item) {
 void FileChooser::setFilePattern(const QString& text) {
     pattern_ = text;
     showFileList();
+    // The name follows the image format picked, so that it writes that format.
+    if (mode_ != ChooserMode::SaveImage) return;
+    const QString name = nameForImageFilter(nameEdit_->text(), text);
+    if (name != nameEdit_->text()) nameEdit_->setText(name);
 }
 
 void FileChooser::closeEvent(QCloseEvent* event) {

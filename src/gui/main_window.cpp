@@ -1113,7 +1113,7 @@ void MainWindow::copyHtml() {
 }
 
 void MainWindow::printDiagram() {
-    const QString pdf = state_.programFolder + QStringLiteral("Marlith.pdf");
+    const QString pdf = pagePdfPath(QStringLiteral("Marlith"), state_.programFolder);
     const PrintOutcome outcome =
         printPicture(pieceCounterLabel_->text() + positionEdit_->text(), diagram_.image(), pdf);
     if (outcome == PrintOutcome::ToFile) inform(pageWentTo(pdf));

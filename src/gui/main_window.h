@@ -90,7 +90,8 @@ class MainWindow : public QMainWindow {
     // Reverse shows the board turned half round; the position stays.
     void toggleReversed();
     void copyHtml();
-    // The diagram on the default printer, or into Marlith.pdf without one.
+    // The diagram on the default printer, or without one into a new
+    // Marlith.pdf in the documents folder.
     void printDiagram();
 
     void saveImage();

@@ -1,11 +1,13 @@
 #include "output/image_output.h"
 
 #include <QBuffer>
+#include <QDir>
 #include <QFileInfo>
 #include <QPageLayout>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSaveFile>
+#include <QStandardPaths>
 
 #include "position/fen.h"
 
@@ -99,6 +101,20 @@ bool writeImageFile(const QImage& image, const QString& path) {
     // A write that stays in the file's buffer fails only at the flush, and
     // commit alone would still put the torn file in place.
     return written && file.flush() && file.commit();
+}
+
+QString unusedPdfPath(const QString& folder, const QString& stem) {
+    const QDir dir(folder);
+    QString path = dir.filePath(stem + QStringLiteral(".pdf"));
+    for (int number = 2; QFileInfo::exists(path); ++number)
+        path = dir.filePath(stem + QStringLiteral("-%1.pdf").arg(number));
+    return path;
+}
+
+QString pagePdfPath(const QString& stem, const QString& programFolder) {
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const bool usable = !documents.isEmpty() && QDir().mkpath(documents);
+    return unusedPdfPath(usable ? documents : programFolder, stem);
 }
 
 QString copiedPositionText(const QString& canonical, const QString& counter, int copyCounter) {

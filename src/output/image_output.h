@@ -27,6 +27,15 @@ QByteArray pngBytes(const QImage& image);
 // so that it keeps every pixel; empty for a picture that can't be coded.
 QByteArray svgBytes(const QImage& image);
 
+// The first of folder/stem.pdf, folder/stem-2.pdf, folder/stem-3.pdf, ...
+// that is not there yet, so that a page never overwrites an earlier one.
+QString unusedPdfPath(const QString& folder, const QString& stem);
+
+// Where a page goes when there is no printer: an unused stem.pdf in the
+// user's documents folder, made if missing, or in `programFolder` when
+// there is no such folder or it can't be made.
+QString pagePdfPath(const QString& stem, const QString& programFolder);
+
 // The text that a copy of the position puts on the clipboard: the canonical
 // text, with the piece counter directly in front when the style asks for it.
 QString copiedPositionText(const QString& canonical, const QString& counter, int copyCounter);

@@ -34,6 +34,14 @@ class TstChooserRules : public QObject {
             {"", "*.bmp", "/", "none"}};
         for (const auto& [name, filter, folder, path] : cases)
             QCOMPARE(chosenPath(name, filter, folder).value_or("none"), path);
+        // Save Image As: an image extension, in any case, follows an image filter.
+        const std::tuple<QString, QString, QString> renames[] = {
+            {"a.b/c.PDF", "*.svg", "a.b/c.svg"},
+            {"n.txt", "*.pdf", "n.txt"},
+            {"d.pdf/n", "*.png", "d.pdf/n"},
+            {"p.bmp", "*.jpg", "p.bmp"}};
+        for (const auto& [name, filter, renamed] : renames)
+            QCOMPARE(nameForImageFilter(name, filter), renamed);
         const QStringList drives =
             driveRoots({"/home", "/", "", "/media/usb/inner", "/home", "/media/usb"});
         QCOMPARE(drives, QStringList({"/", "/home", "/media/usb/inner", "/media/usb"}));

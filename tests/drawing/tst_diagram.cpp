@@ -245,6 +245,15 @@ class TstDiagram : public QObject {
         QCOMPARE(readFile(path), bytes);
     }
 
+    // A page without a printer takes the first number free, never an earlier page's name.
+    void pdfPageNames() {
+        QTemporaryDir dir;
+        for (const char* name : {"Marlith.pdf", "Solution.pdf", "Solution-2.pdf"})
+            writeFile(dir.filePath(QLatin1String(name)));
+        QCOMPARE(unusedPdfPath(dir.path(), "Marlith"), dir.filePath("Marlith-2.pdf"));
+        QCOMPARE(unusedPdfPath(dir.path(), "Solution"), dir.filePath("Solution-3.pdf"));
+    }
+
     void sheetsFromFiles() {
         QTemporaryDir dir;
         const QString folder = dir.path() + QLatin1Char('/');

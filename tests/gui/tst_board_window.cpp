@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QRegularExpression>
+#include <QStandardPaths>
 
 using namespace marlith;
 using namespace marlith::testing;
@@ -199,14 +200,18 @@ class TstBoardWindow : public QObject {
         QCOMPARE(QGuiApplication::clipboard()->mimeData()->html(), rows);
     }
 
-    // Without a printer the page is a PDF of one page in the program folder,
-    // and the user is told where it went.
+    // Without a printer the page is a PDF of one page in the documents folder,
+    // made if missing, and the user is told where it went.
     void printingWithoutAPrinter() {
         if (!QPrinterInfo::defaultPrinter().isNull()) QSKIP("a printer is set up here");
         Fixture f;
+        const QByteArray realHome = qgetenv("HOME");
+        qputenv("HOME", f.dir.path().toUtf8()); // test mode: no user-dirs file read either
+        QStandardPaths::setTestModeEnabled(true);
         f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
         f.action("printAction")->trigger();
-        const QString pdf = f.folder() + QStringLiteral("Marlith.pdf");
+        qputenv("HOME", realHome);
+        const QString pdf = f.folder() + QStringLiteral("Documents/Marlith.pdf");
         QCOMPARE(f.informed, QStringList{pageWentTo(pdf)});
         const QByteArray bytes = readFile(pdf);
         QVERIFY(bytes.startsWith("%PDF-"));
