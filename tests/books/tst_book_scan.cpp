@@ -84,6 +84,7 @@ class TstBookScan : public QObject {
             "2 games, 6 records, index (1 3): E1|K7 / E1|k7 / [2|[Event \"Two\"] / "
             "[2|[Site \"x\"] / E2|1K6 / [3|[Event \"Headers alone\"]");
         row("missing book", 'f', {}, "1 games, 0 records, index (), cut short: ");
+        row("a book of one byte", 'f', "K", "1 games, 1 records, index (1): E1|K");
         row("one line of megabytes is cut", 'f', QByteArray(3 << 20, 'K'),
             "1 games, 1 records, index (1): E1|" + QString(kRecordTextLength, u'K'));
         // A line with fewer than four blanks; an empty operation ends the operations.
@@ -116,6 +117,9 @@ class TstBookScan : public QObject {
         row("length behind the end", 'p', entry(one + 1) + empty, damaged);
         row("text longer than the file", 'p', entry(one) + "\xff\x7f", damaged);
         row("square outside the code", 'p', entry(one, "x") + empty, damaged);
+        row("texts inside the entry, nothing behind", 'p', // offset 2 holds a 0
+            littleEndian(0, 2) + pbmEntry(0, 2, QList<int>(7, 2), {}),
+            "1 games, 2 records, index (1): [1|[Event \"#2\"] / E1|8/8/8/8/8/8/8/8");
     }
     void books() {
         QFETCH(char, format);
