@@ -5,6 +5,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <atomic>
+#include <unistd.h>
 
 using namespace marlith;
 using testing::scanSummary;
@@ -142,6 +143,8 @@ class TstBookScan : public QObject {
     void earlyEndsKeepWhatWasRead() {
         Book book;
         const QString games = book.write(QByteArray("[E]\nK\n").repeated(12'000));
+        const QString operations = testing::writeBook(
+            book.dir.filePath("epd"), QByteArray("K w - - a;b;c;d;\n").repeated(12'000));
         const auto keeps = [&book](const BookScan& scan, ScanEnd end, int32_t count) {
             QCOMPARE(scan.end, end);
             QCOMPARE(scan.gameCount, count);
@@ -155,10 +158,17 @@ class TstBookScan : public QObject {
         {
             const testing::FileSizeLimit full(1'000'000);
             keeps(scanFen(games, book.work, {}), ScanEnd::WriteFault, 3'788);
+            // The refused record is an operation: no game is counted behind it.
+            int32_t told = 0;
+            scanEpd(operations, book.work, {[&told](int32_t n) { told = n; }});
+            QCOMPARE(told, 3'100);
         }
         keeps(scanEpd(book.write(QByteArray("K\n").repeated(1'000'001)), book.work, {}),
               ScanEnd::GameLimit, 999'999);
         QVERIFY(bookScanRefusal(QStringLiteral("b.PBM"), ScanEnd::NotABook).contains(u"damaged"));
+        QCOMPARE(book.work.read(1)->front(), '?'); // the record's first byte is fixed
+        ::close(0); // started without standard input, the book gets descriptor 0
+        QCOMPARE(scanFen(book.write("K"), book.work, {}).end, ScanEnd::Complete);
     }
 
     // Bit 2 means nothing, bits from 6 on are ignored.
