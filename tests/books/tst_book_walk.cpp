@@ -69,6 +69,10 @@ class TstBookWalk : public QObject {
         QVERIFY(goToGame(w.book, 1));
         w.book.workFile.close();
         QCOMPARE(w.steps(1), QByteArray("-"));
+        QVERIFY(!goToGame(w.book, 1) && w.text().isEmpty());
+        // The cut move is read from a game's last position, never from a header.
+        Walk cut("K {cut at 2.Ke3}\n[E]\nk\n[Event \" {cut at 1.e4}\"]\n");
+        QVERIFY(cutMoveOfGame(cut.book, 1) == "2.Ke3" && cutMoveOfGame(cut.book, 2).isEmpty());
     }
 
     // A position line is cut at its first ";" or "{", not trimmed again; a
