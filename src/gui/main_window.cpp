@@ -709,11 +709,7 @@ StyleWindow* MainWindow::styleWindow() {
     for (int i = 1; i < styleBox_->count(); ++i)
         names.append(styleBox_->itemText(i));
     styleWindow_->setStyleNames(names);
-    styleWindow_->chooseFile = [this](ChooserMode mode, QString& path) {
-        const std::optional<QString> chosen = showChooser(mode);
-        if (chosen) path = *chosen;
-        return chosen.has_value();
-    };
+    styleWindow_->chooseFile = [this](ChooserMode mode) { return showChooser(mode); };
     connect(styleWindow_, &StyleWindow::redrawRequested, this, &MainWindow::redrawStyle);
     connect(styleWindow_, &StyleWindow::styleChosen, this, [this](const QString& name) {
         styleBox_->setCurrentIndex(styleBox_->findText(name, Qt::MatchFixedString));
@@ -1143,8 +1139,9 @@ void MainWindow::copyImage() {
     const QImage image = diagram_.image();
     auto* mime = new QMimeData;
     mime->setImageData(image);
-    mime->setData(QStringLiteral("image/png"), pngBytes(image));
-    mime->setData(QStringLiteral("image/svg+xml"), svgBytes(image));
+    const QByteArray png = pngBytes(image);
+    mime->setData(QStringLiteral("image/png"), png);
+    mime->setData(QStringLiteral("image/svg+xml"), svgBytes(image.size(), png));
     QGuiApplication::clipboard()->setMimeData(mime);
 }
 

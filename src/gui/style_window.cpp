@@ -780,11 +780,11 @@ void StyleWindow::loadBorderFile() {
 
 void StyleWindow::browseFile(QLineEdit* edit) {
     const bool sheet = edit == piecesFileEdit_;
-    QString path;
-    if (!chooseFile ||
-        !chooseFile(sheet ? ChooserMode::PieceSheet : ChooserMode::BorderBitmap, path))
-        return;
-    edit->setText(path);
+    const std::optional<QString> path =
+        chooseFile ? chooseFile(sheet ? ChooserMode::PieceSheet : ChooserMode::BorderBitmap)
+                   : std::nullopt;
+    if (!path) return;
+    edit->setText(*path);
     sheet ? loadPiecesFile() : loadBorderFile();
     edit->end(false);
 }
@@ -870,9 +870,10 @@ void StyleWindow::deleteStyle() {
 }
 
 void StyleWindow::chooseStyleFile() {
-    QString path;
-    if (!chooseFile || !chooseFile(ChooserMode::StyleFile, path)) return;
-    styleFilePath_ = path;
+    const std::optional<QString> path =
+        chooseFile ? chooseFile(ChooserMode::StyleFile) : std::nullopt;
+    if (!path) return;
+    styleFilePath_ = *path;
     if (styleFilePath_.isEmpty()) return;
     QStringList known;
     for (int i = 0; i < styleNameBox_->count(); ++i)

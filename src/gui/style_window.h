@@ -12,6 +12,7 @@
 #include <QPointer>
 #include <array>
 #include <functional>
+#include <optional>
 #include <utility>
 
 class QAbstractItemView;
@@ -67,7 +68,7 @@ class StyleWindow : public QDialog {
     QString statusText() const;
 
     // Runs the program's file chooser for a purpose; true and the path after Ok.
-    std::function<bool(ChooserMode mode, QString& path)> chooseFile;
+    std::function<std::optional<QString>(ChooserMode mode)> chooseFile;
     // The colour chooser: the colour picked, or -1 (replaced by tests).
     std::function<int32_t(int32_t color, QWidget* focusAfter)> pickColor;
     // A message titled "Warning" and the button pressed (replaced by tests).

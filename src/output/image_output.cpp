@@ -65,15 +65,18 @@ QByteArray pngBytes(const QImage& image) {
 }
 
 QByteArray svgBytes(const QImage& image) {
-    const QByteArray png = pngBytes(image);
+    return svgBytes(image.size(), pngBytes(image));
+}
+
+QByteArray svgBytes(QSize size, const QByteArray& png) {
     if (png.isEmpty()) return {};
-    const QByteArray width = QByteArray::number(image.width());
-    const QByteArray height = QByteArray::number(image.height());
-    const QByteArray size = "width=\"" + width + "\" height=\"" + height + '"';
+    const QByteArray width = QByteArray::number(size.width());
+    const QByteArray height = QByteArray::number(size.height());
+    const QByteArray sized = "width=\"" + width + "\" height=\"" + height + '"';
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
            "<svg xmlns=\"http://www.w3.org/2000/svg\" "
            "xmlns:xlink=\"http://www.w3.org/1999/xlink\" " +
-           size + " viewBox=\"0 0 " + width + ' ' + height + "\">\n<image " + size +
+           sized + " viewBox=\"0 0 " + width + ' ' + height + "\">\n<image " + sized +
            " xlink:href=\"data:image/png;base64," + png.toBase64() + "\"/>\n</svg>\n";
 }
 

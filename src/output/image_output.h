@@ -26,6 +26,8 @@ QByteArray pngBytes(const QImage& image);
 // The picture as an SVG document of its pixel size that carries it as PNG,
 // so that it keeps every pixel; empty for a picture that can't be coded.
 QByteArray svgBytes(const QImage& image);
+// The same, around PNG bytes of the picture already made.
+QByteArray svgBytes(QSize size, const QByteArray& png);
 
 // The first of folder/stem.pdf, folder/stem-2.pdf, folder/stem-3.pdf, ...
 // that is not there yet, so that a page never overwrites an earlier one.

@@ -52,9 +52,8 @@ struct StyleSession : Fixture {
                 return answer;
             };
             w.pickColor = [this](int32_t, QWidget*) { return picked; };
-            w.chooseFile = [this](ChooserMode, QString& path) {
-                path = chosenFile;
-                return !chosenFile.isEmpty();
+            w.chooseFile = [this](ChooserMode) {
+                return chosenFile.isEmpty() ? std::nullopt : std::optional(chosenFile);
             };
             w.show();
             steps(w);
