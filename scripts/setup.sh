@@ -6,8 +6,8 @@ set -euo pipefail
 
 packages=(
   g++ make cmake ninja-build
-  qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins libgl-dev
-  fontconfig fonts-dejavu-core
+  qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins qt6-svg-dev libgl-dev
+  fontconfig fonts-dejavu-core fonts-noto-core
   xvfb xauth xdotool xclip x11-utils
   pgn-extract
 )

@@ -1,6 +1,7 @@
 #include "app/signal_exit.h"
 #include "core/app_state.h"
 #include "core/startup.h"
+#include "drawing/font_pieces.h"
 #include "gui/main_window.h"
 
 #include <QApplication>
@@ -15,6 +16,8 @@ int main(int argc, char* argv[]) {
     const QString executableFolder = QCoreApplication::applicationDirPath();
     const QString shipped = marlith::shippedDataFolder(executableFolder);
     marlith::installShippedSettings(marlith::programFolder(), shipped);
+    // The shipped styles draw their pieces from the font that comes with them.
+    marlith::addPieceFont(shipped);
 
     marlith::AppState state;
     state.shippedFolder = shipped;

@@ -1,5 +1,6 @@
 #include "drawing/diagram.h"
 
+#include "drawing/font_pieces.h"
 #include "drawing/piece_sheet.h"
 #include "drawing/pixel_copy.h"
 
@@ -95,56 +96,9 @@ QSize mainWindowSize(const Style& style, bool bookPanelVisible) {
                  static_cast<int>(std::min<long long>(h, INT32_MAX)));
 }
 
-Diagram::Diagram() : pieceSheet_(builtInSheet()), font_(QStringLiteral("MS Sans Serif")) {
-    font_.setPixelSize(11);
-    font_.setStyleStrategy(QFont::NoAntialias);
-}
+namespace {
 
-Diagram::Outcome Diagram::drawBoard(Style& style, int reversedBoard, const QString& programFolder) {
-    Outcome outcome;
-    std::optional<QImage> border;
-    if (!style.BorderFile.isEmpty())
-        border = loadPicture(programPath(programFolder, style.BorderFile));
-    if (!style.PiecesFile.isEmpty()) {
-        if (auto sheet = loadPicture(programPath(programFolder, style.PiecesFile)))
-            pieceSheet_ = std::move(*sheet);
-    }
-    if (style.SqrVTab == 0) style.SqrVTab = style.SqrHeight;
-    if (style.SqrHTab == 0) style.SqrHTab = style.SqrWidth;
-
-    outcome.squareBoard = style.BorderHeight == style.BorderWidth;
-    // Negative counts are no board either; they fall back like a too large one.
-    if (style.BorderHeight < 0 || style.BorderWidth < 0 ||
-        static_cast<int>(style.BorderHeight) * style.BorderWidth > 400) {
-        style.BorderHeight = 8;
-        style.BorderWidth = 8;
-    }
-    if (style.WndHeight == 0) {
-        if (auto h = derivedLength(style.YBase, style.BorderHeight, style.SqrVTab, style.SqrVSpc,
-                                   style.SqrHeight))
-            style.WndHeight = *h;
-    }
-    if (style.WndWidth == 0) {
-        if (auto w = derivedLength(style.XBase, style.BorderWidth, style.SqrHTab, style.SqrHSpc,
-                                   style.SqrWidth))
-            style.WndWidth = *w;
-    }
-
-    image_ =
-        QImage(picturePixels(style.WndWidth), picturePixels(style.WndHeight), QImage::Format_RGB32);
-    dirty_ = image_.rect();
-    if (image_.isNull()) return outcome;
-    image_.fill(styleColor(style.BackColor));
-    if (border) {
-        QPainter painter(&image_);
-        painter.drawImage(0, 0, *border);
-    }
-    if (style.FrameWidth > 0) drawFrame(style);
-    if (style.ShowGrid == 1) drawCoordinates(style, reversedBoard);
-    return outcome;
-}
-
-void Diagram::drawFrame(const Style& style) {
+void paintFrame(QPainter& painter, QSize picture, const Style& style) {
     // The frame closes the picture: four bands flush with its edges that meet
     // at the corners, so nothing of a line runs past another and no strip
     // lies outside the frame. The strip inside it is what the style leaves
@@ -152,16 +106,27 @@ void Diagram::drawFrame(const Style& style) {
     // WndWidth and WndHeight less the board on the right and bottom.
     const int band = style.FrameWidth;
     const QColor colour(styleColor(style.FrameColor));
-    const int width = image_.width();
-    const int height = image_.height();
-    QPainter painter(&image_);
+    const int width = picture.width();
+    const int height = picture.height();
     painter.fillRect(0, 0, width, band, colour);
     painter.fillRect(0, height - band, width, band, colour);
     painter.fillRect(0, 0, band, height, colour);
     painter.fillRect(width - band, 0, band, height, colour);
 }
 
-void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
+// The style's font for the coordinates, on the one used before.
+void takeCoordinatesFont(QFont& font, const Style& style) {
+    font.setBold(style.FontStyle.contains(QLatin1String("BOLD")));
+    font.setItalic(style.FontStyle.contains(QLatin1String("ITALIC")));
+    font.setUnderline(style.FontStyle.contains(QLatin1String("UNDERLINE")));
+    font.setStrikeOut(style.FontStyle.contains(QLatin1String("STRIKEOUT")));
+    if (style.FontSize > 0) // points on a 96 dots-per-inch screen
+        font.setPixelSize(std::max(1, static_cast<int>(std::lround(style.FontSize * 96.0 / 72.0))));
+    if (!style.FontName.isEmpty()) font.setFamily(style.FontName);
+}
+
+void paintCoordinates(QPainter& painter, QSize picture, const Style& style, int reversedBoard,
+                      const QFont& font) {
     int ha = 0;
     if (style.FontPos.contains(QLatin1String("CENTER"))) ha = 1;
     if (style.FontPos.contains(QLatin1String("RIGHT"))) ha = 2;
@@ -169,19 +134,10 @@ void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
     if (style.FontPos.contains(QLatin1String("MIDDLE"))) va = 1;
     if (style.FontPos.contains(QLatin1String("DOWN"))) va = 2;
     const int letterOffset = style.FontStyle.contains(QLatin1String("CAPS")) ? 32 : 0;
-    font_.setBold(style.FontStyle.contains(QLatin1String("BOLD")));
-    font_.setItalic(style.FontStyle.contains(QLatin1String("ITALIC")));
-    font_.setUnderline(style.FontStyle.contains(QLatin1String("UNDERLINE")));
-    font_.setStrikeOut(style.FontStyle.contains(QLatin1String("STRIKEOUT")));
-    if (style.FontSize > 0) // points on a 96 dots-per-inch screen
-        font_.setPixelSize(
-            std::max(1, static_cast<int>(std::lround(style.FontSize * 96.0 / 72.0))));
-    if (!style.FontName.isEmpty()) font_.setFamily(style.FontName);
-
-    QPainter painter(&image_);
-    painter.setFont(font_);
+    painter.save();
+    painter.setFont(font);
     painter.setPen(QColor(styleColor(style.FontColor)));
-    const QFontMetrics metrics(font_);
+    const QFontMetrics metrics(font);
     const double textHeight = static_cast<double>(metrics.height()) * kTwipsPerPixel;
     const double hp = static_cast<double>(style.SqrHTab) + style.SqrHSpc;
     const double vp = static_cast<double>(style.SqrVTab) + style.SqrVSpc;
@@ -196,8 +152,8 @@ void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
         int left = twipsToWholePixels(x);
         int top = twipsToWholePixels(y);
         if (band > 0) {
-            const int right = image_.width() - band - metrics.horizontalAdvance(text);
-            const int bottom = image_.height() - band - metrics.height();
+            const int right = picture.width() - band - metrics.horizontalAdvance(text);
+            const int bottom = picture.height() - band - metrics.height();
             left = std::clamp(left, band, std::max(band, right));
             top = std::clamp(top, band, std::max(band, bottom));
         }
@@ -226,14 +182,100 @@ void Diagram::drawCoordinates(const Style& style, int reversedBoard) {
             x = (j + 1) * hp + style.XBase - textWidth - style.SqrHSpc;
         print(x, style.FontYBase, text);
     }
+    painter.restore();
 }
 
-void Diagram::copyCellToSquare(int cell, int oneBasedSquare, const Style& style,
-                               int reversedBoard) {
+} // namespace
+
+Diagram::Diagram() : pieceSheet_(builtInSheet()), font_(QStringLiteral("MS Sans Serif")) {
+    font_.setPixelSize(11);
+    font_.setStyleStrategy(QFont::NoAntialias);
+}
+
+void Diagram::loadPieces(const Style& style, const QString& programFolder) {
+    if (style.PiecesFont.isEmpty()) {
+        fontPieces_.reset();
+        fontPiecesOf_.clear();
+        if (style.PiecesFile.isEmpty()) return;
+        if (auto sheet = loadPicture(programPath(programFolder, style.PiecesFile)))
+            pieceSheet_ = std::move(*sheet);
+        return;
+    }
+    // Outlines are worth keeping while the font and the list stay.
+    const QString wanted = style.PiecesFont + QLatin1Char('\n') + style.PiecesList;
+    if (wanted != fontPiecesOf_) {
+        fontPieces_ = FontPieces::load(style.PiecesFont, style.PiecesList);
+        fontPiecesOf_ = wanted;
+    }
+    // Without its font the style shows the built-in pieces.
+    QImage sheet = fontPieces_ ? fontSheet(*fontPieces_, style) : QImage();
+    pieceSheet_ = sheet.isNull() ? builtInSheet() : std::move(sheet);
+}
+
+Diagram::Outcome Diagram::drawBoard(Style& style, int reversedBoard, const QString& programFolder) {
+    Outcome outcome;
+    border_ = QImage();
+    if (!style.BorderFile.isEmpty()) {
+        if (auto border = loadPicture(programPath(programFolder, style.BorderFile)))
+            border_ = std::move(*border);
+    }
+    if (style.SqrVTab == 0) style.SqrVTab = style.SqrHeight;
+    if (style.SqrHTab == 0) style.SqrHTab = style.SqrWidth;
+    loadPieces(style, programFolder);
+
+    outcome.squareBoard = style.BorderHeight == style.BorderWidth;
+    // Negative counts are no board either; they fall back like a too large one.
+    if (style.BorderHeight < 0 || style.BorderWidth < 0 ||
+        static_cast<int>(style.BorderHeight) * style.BorderWidth > 400) {
+        style.BorderHeight = 8;
+        style.BorderWidth = 8;
+    }
+    if (style.WndHeight == 0) {
+        if (auto h = derivedLength(style.YBase, style.BorderHeight, style.SqrVTab, style.SqrVSpc,
+                                   style.SqrHeight))
+            style.WndHeight = *h;
+    }
+    if (style.WndWidth == 0) {
+        if (auto w = derivedLength(style.XBase, style.BorderWidth, style.SqrHTab, style.SqrHSpc,
+                                   style.SqrWidth))
+            style.WndWidth = *w;
+    }
+
+    strokes_.clear();
+    image_ =
+        QImage(picturePixels(style.WndWidth), picturePixels(style.WndHeight), QImage::Format_RGB32);
+    dirty_ = image_.rect();
+    if (image_.isNull()) return outcome;
+    image_.fill(styleColor(style.BackColor));
+    if (style.ShowGrid == 1) takeCoordinatesFont(font_, style);
+    QPainter painter(&image_);
+    paintBoardParts(painter, style, reversedBoard, font_);
+    return outcome;
+}
+
+void Diagram::paintBoardParts(QPainter& painter, const Style& style, int reversedBoard,
+                              const QFont& font) const {
+    if (!border_.isNull()) painter.drawImage(0, 0, border_);
+    if (style.FrameWidth > 0) paintFrame(painter, image_.size(), style);
+    if (style.ShowGrid == 1) paintCoordinates(painter, image_.size(), style, reversedBoard, font);
+}
+
+namespace {
+
+// Where square oneBasedSquare lies on the picture, and where cell `cell`
+// lies in the sheet, in pixels; nothing when a step leaves 16 bits.
+struct CellPlace {
+    QPoint square;
+    QPoint cell;
+};
+
+std::optional<CellPlace> cellPlace(int cell, int oneBasedSquare, const Style& style,
+                                   int reversedBoard) {
     const int columns = style.BorderWidth;
     const int squares = boardSquares(style.BorderHeight, columns);
     const int cellsPerRow = static_cast<int>(style.PiecesList.size()) + 1;
-    if (columns <= 0 || cell < 0 || oneBasedSquare < 1 || oneBasedSquare > squares) return;
+    if (columns <= 0 || cell < 0 || oneBasedSquare < 1 || oneBasedSquare > squares)
+        return std::nullopt;
     const int s = screenSquare(oneBasedSquare - 1, squares, reversedBoard);
     // Square s sits `index` pitches from the base; every step is 16-bit.
     auto place = [](long long index, int tab, int spacing, int base) {
@@ -244,16 +286,79 @@ void Diagram::copyCellToSquare(int cell, int oneBasedSquare, const Style& style,
     const auto x = place(s % columns, style.SqrHTab, style.SqrHSpc, style.XBase);
     const auto x2 = sum16({}, static_cast<long long>(cell % cellsPerRow) * style.SqrHTab);
     const auto y2 = sum16({}, static_cast<long long>(cell / cellsPerRow) * style.SqrVTab);
-    if (!x || !y || !x2 || !y2) return;
+    if (!x || !y || !x2 || !y2) return std::nullopt;
+    return CellPlace{QPoint(twipsToWholePixels(*x), twipsToWholePixels(*y)),
+                     QPoint(twipsToWholePixels(*x2), twipsToWholePixels(*y2))};
+}
 
+QSize squarePixels(const Style& style) {
+    return QSize(twipsToWholePixels(style.SqrWidth), twipsToWholePixels(style.SqrHeight));
+}
+
+} // namespace
+
+void Diagram::copyCellToSquare(int cell, int oneBasedSquare, const Style& style,
+                               int reversedBoard) {
+    const std::optional<CellPlace> place = cellPlace(cell, oneBasedSquare, style, reversedBoard);
+    if (!place) return;
     // A plain copy of the cell, background and all.
     const QRect written =
-        copyPixels(pieceSheet_, QPoint(twipsToWholePixels(*x2), twipsToWholePixels(*y2)), image_,
-                   QPoint(twipsToWholePixels(*x), twipsToWholePixels(*y)),
-                   QSize(twipsToWholePixels(style.SqrWidth), twipsToWholePixels(style.SqrHeight)));
+        copyPixels(pieceSheet_, place->cell, image_, place->square, squarePixels(style));
     if (written.isEmpty()) return;
     ++copies_;
     dirty_ |= written;
+}
+
+void Diagram::paintCell(QPainter& painter, int cell, int oneBasedSquare, const Style& style,
+                        int reversedBoard) const {
+    const std::optional<CellPlace> place = cellPlace(cell, oneBasedSquare, style, reversedBoard);
+    if (!place) return;
+    const QSize size = squarePixels(style);
+    if (fontPieces_ && !style.PiecesFont.isEmpty()) {
+        const int pieces = static_cast<int>(style.PiecesList.size());
+        const int colour = cell > pieces ? 1 : 0;
+        const QRectF square(place->square, size);
+        paintFontSquare(painter, square, colour, style);
+        fontPieces_->paintPiece(painter, cellContent(cell, pieces), square,
+                                colour != 0 && style.DarkHatch == 1);
+        return;
+    }
+    // What a copy would take: the part of the cell inside the sheet.
+    const QRect source = QRect(place->cell, size) & pieceSheet_.rect();
+    if (source.isEmpty()) return;
+    painter.drawImage(QRect(place->square + (source.topLeft() - place->cell), source.size()),
+                      pieceSheet_, source);
+}
+
+void Diagram::addStroke(const Stroke& stroke) {
+    strokes_.push_back(stroke);
+    QPainter painter(&image_);
+    paintStroke(painter, stroke);
+    dirty_ = image_.rect();
+}
+
+void Diagram::paint(QPainter& painter, const DiagramContent& content, bool transparent) const {
+    const Style& style = content.style;
+    const QRect picture(QPoint(), image_.size());
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setClipRect(picture, Qt::IntersectClip);
+    if (!transparent) painter.fillRect(picture, QColor(styleColor(style.BackColor)));
+    QFont smooth = font_;
+    smooth.setStyleStrategy(QFont::PreferAntialias);
+    paintBoardParts(painter, style, content.reversedBoard, smooth);
+    // What a square shows is its piece on the square's colour, whichever
+    // form the painted value holds.
+    const int squares = content.board.squares();
+    const int pieces = static_cast<int>(style.PiecesList.size());
+    for (int i = 0; i < squares; ++i) {
+        const int shown = foldedContent(content.squares[i].painted, pieces);
+        paintCell(painter, sheetCell(shown, squareColor(i, content.board.columns), pieces), i + 1,
+                  style, content.reversedBoard);
+    }
+    for (const Stroke& stroke : strokes_)
+        paintStroke(painter, stroke);
+    painter.restore();
 }
 
 void Diagram::useBuiltInSheet() {

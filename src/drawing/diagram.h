@@ -2,6 +2,8 @@
 // piece sheet it is painted from, and the geometry between them.
 #pragma once
 
+#include "drawing/font_pieces.h"
+#include "drawing/strokes.h"
 #include "position/fen.h"
 #include "styles/style.h"
 
@@ -9,6 +11,10 @@
 #include <QImage>
 #include <QRect>
 #include <QSize>
+#include <optional>
+#include <vector>
+
+class QPainter;
 
 namespace marlith {
 
@@ -29,6 +35,14 @@ int squareAt(double x, double y, const Style& style);
 // Size in twips of the main window that holds a diagram of the style.
 QSize mainWindowSize(const Style& style, bool bookPanelVisible);
 
+// What a diagram shows besides its style's look: the squares as painted.
+struct DiagramContent {
+    const Style& style;
+    const SquareVector& squares;
+    const Board& board;
+    int reversedBoard = 0;
+};
+
 class Diagram {
   public:
     Diagram();
@@ -44,6 +58,16 @@ class Diagram {
 
     // Copies sheet cell cell onto square oneBasedSquare (counted from 1).
     void copyCellToSquare(int cell, int oneBasedSquare, const Style& style, int reversedBoard);
+
+    // Paints a stroke into the picture and keeps it for larger pictures.
+    void addStroke(const Stroke& stroke);
+
+    // The whole picture once more, in its own pixels, onto a painter of any
+    // size or kind: what the screen shows, drawn as outlines where the style
+    // has them (a font style's pieces, frame, coordinates, strokes) and its
+    // bitmaps scaled smoothly. A transparent picture leaves out the
+    // background colour.
+    void paint(QPainter& painter, const DiagramContent& content, bool transparent) const;
 
     // The built-in sheet in place of a loaded one.
     void useBuiltInSheet();
@@ -62,11 +86,18 @@ class Diagram {
     long long copies() const { return copies_; }
 
   private:
-    void drawFrame(const Style& style);
-    void drawCoordinates(const Style& style, int reversedBoard);
+    void loadPieces(const Style& style, const QString& programFolder);
+    void paintBoardParts(QPainter& painter, const Style& style, int reversedBoard,
+                         const QFont& font) const;
+    void paintCell(QPainter& painter, int cell, int oneBasedSquare, const Style& style,
+                   int reversedBoard) const;
 
     QImage image_;
     QImage pieceSheet_;
+    QImage border_;
+    std::optional<FontPieces> fontPieces_;
+    QString fontPiecesOf_; // family and list the pieces were loaded for
+    std::vector<Stroke> strokes_;
     QFont font_;
     QRect dirty_;
     long long copies_ = 0;

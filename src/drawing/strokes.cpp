@@ -31,6 +31,11 @@ QPen penOf(const Pen& pen) {
     return qpen;
 }
 
+// The picture's own pixels on the screen; smooth lines when drawn larger.
+bool smoothAt(const QPainter& painter) {
+    return painter.worldTransform().m11() > 1.5;
+}
+
 } // namespace
 
 StrokeEnds snapStroke(StrokeEnds ends, const Style& style, SnapMode mode) {
@@ -52,7 +57,7 @@ StrokeEnds snapStroke(StrokeEnds ends, const Style& style, SnapMode mode) {
 
 void paintStroke(QPainter& painter, StrokeObject object, const StrokeEnds& ends, double radius,
                  const Pen& pen) {
-    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setRenderHint(QPainter::Antialiasing, smoothAt(painter));
     painter.setPen(penOf(pen));
     painter.setBrush(Qt::NoBrush);
     if (object == StrokeObject::Circle) {
@@ -64,9 +69,16 @@ void paintStroke(QPainter& painter, StrokeObject object, const StrokeEnds& ends,
 }
 
 void paintDot(QPainter& painter, QPointF point, const Pen& pen) {
-    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.setRenderHint(QPainter::Antialiasing, smoothAt(painter));
     painter.setPen(penOf(pen));
     painter.drawPoint(pixels(point));
+}
+
+void paintStroke(QPainter& painter, const Stroke& stroke) {
+    if (stroke.object == StrokeObject::FreeHand)
+        paintDot(painter, stroke.ends.release, stroke.pen);
+    else
+        paintStroke(painter, stroke.object, stroke.ends, stroke.radius, stroke.pen);
 }
 
 } // namespace marlith

@@ -40,4 +40,13 @@ void paintStroke(QPainter& painter, StrokeObject object, const StrokeEnds& ends,
 // One dot of the pen's width at the point.
 void paintDot(QPainter& painter, QPointF point, const Pen& pen);
 
+// A stroke as the diagram keeps it, so that a larger picture draws it again.
+struct Stroke {
+    StrokeObject object = StrokeObject::Line;
+    StrokeEnds ends; // a free-hand dot lies at the release
+    double radius = 0;
+    Pen pen;
+};
+void paintStroke(QPainter& painter, const Stroke& stroke);
+
 } // namespace marlith

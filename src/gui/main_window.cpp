@@ -904,10 +904,8 @@ void MainWindow::followStroke(const BoardPress& press, double x, double y) {
     const Pen pen = tools->pen();
     if (tools->object() == StrokeObject::FreeHand) {
         // Free hand leaves a dot at each event, kept at once.
-        QPainter painter(&diagram_.image());
-        paintDot(painter, ends.release, pen);
-        painter.end();
-        diagramView_->refresh(diagram_.image().rect());
+        diagram_.addStroke({StrokeObject::FreeHand, ends, 0, pen});
+        diagramView_->refresh(diagram_.takeDirty());
         return;
     }
     const StrokeObject object = tools->object();
@@ -924,15 +922,10 @@ void MainWindow::finishStroke(const BoardPress& press, int button, double x, dou
     StrokeEnds ends{QPointF(press.x, press.y), QPointF(x, y)};
     // The radius comes from the drag as it was, before any snapping.
     const double radius = std::min(std::abs(ends.press.x() - x), 32767.0);
-    QPainter painter(&diagram_.image());
-    if (tools->object() == StrokeObject::FreeHand) {
-        paintDot(painter, ends.release, tools->pen());
-    } else {
+    if (tools->object() != StrokeObject::FreeHand)
         ends = snapStroke(ends, state_.style, tools->snapMode());
-        paintStroke(painter, tools->object(), ends, std::nearbyint(radius), tools->pen());
-    }
-    painter.end();
-    diagramView_->refresh(diagram_.image().rect());
+    diagram_.addStroke({tools->object(), ends, std::nearbyint(radius), tools->pen()});
+    diagramView_->refresh(diagram_.takeDirty());
 }
 
 void MainWindow::releaseOnBoard(const BoardPress& press, int button, double x, double y) {
@@ -1108,10 +1101,18 @@ void MainWindow::copyHtml() {
     QGuiApplication::clipboard()->setMimeData(data);
 }
 
+DiagramPicture MainWindow::diagramPicture() const {
+    return {diagram_.image(), [this](QPainter& painter, bool transparent) {
+                const DiagramContent content{state_.style, state_.squares, state_.board(),
+                                             state_.reversedBoard};
+                diagram_.paint(painter, content, transparent);
+            }};
+}
+
 void MainWindow::printDiagram() {
     const QString pdf = pagePdfPath(QStringLiteral("Marlith"), state_.programFolder);
     const PrintOutcome outcome =
-        printPicture(pieceCounterLabel_->text() + positionEdit_->text(), diagram_.image(), pdf);
+        printPicture(pieceCounterLabel_->text() + positionEdit_->text(), diagramPicture(), pdf);
     if (outcome == PrintOutcome::ToFile) inform(pageWentTo(pdf));
 }
 
@@ -1121,7 +1122,7 @@ void MainWindow::saveImage() {
     state_.imageFile = settleImageName(state_.imageFile);
     // The caption follows the name even when it can't be written, but the
     // user learns that the picture isn't there.
-    if (!writeImageFile(diagram_.image(), state_.imageFile))
+    if (!writeImageFile(diagramPicture(), state_.imageFile))
         warn(QStringLiteral("The picture could not be written to %1.").arg(state_.imageFile));
     setWindowTitle(QStringLiteral("Marlith - ") + state_.imageFile);
     unsetCursor();
@@ -1136,12 +1137,11 @@ void MainWindow::saveImageAs() {
 
 void MainWindow::copyImage() {
     // Also as PNG and SVG bytes, for editors that paste only those.
-    const QImage image = diagram_.image();
+    const DiagramPicture picture = diagramPicture();
     auto* mime = new QMimeData;
-    mime->setImageData(image);
-    const QByteArray png = pngBytes(image);
-    mime->setData(QStringLiteral("image/png"), png);
-    mime->setData(QStringLiteral("image/svg+xml"), svgBytes(image.size(), png));
+    mime->setImageData(picture.screen);
+    mime->setData(QStringLiteral("image/png"), pngBytes(picture.screen));
+    mime->setData(QStringLiteral("image/svg+xml"), diagramSvg(picture, 0, false));
     QGuiApplication::clipboard()->setMimeData(mime);
 }
 

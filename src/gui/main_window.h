@@ -10,6 +10,7 @@
 #include "editing/board_edit.h"
 #include "editing/board_effects.h"
 #include "editing/position_undo.h"
+#include "output/image_output.h"
 
 #include <QMainWindow>
 #include <QPixmap>
@@ -92,6 +93,8 @@ class MainWindow : public QMainWindow {
     void copyHtml();
     // The diagram on the default printer, or without one into a new
     // Marlith.pdf in the documents folder.
+    // The diagram as it is now, to be drawn at any size.
+    DiagramPicture diagramPicture() const;
     void printDiagram();
 
     void saveImage();

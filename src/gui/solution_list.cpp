@@ -3,11 +3,13 @@
 #include "styles/style.h"
 
 #include <QClipboard>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QListWidget>
 #include <QPainter>
 #include <QPrinter>
 #include <QPrinterInfo>
+#include <algorithm>
 
 #include <memory>
 
@@ -71,18 +73,30 @@ PrintOutcome printRows(const QStringList& rows, const QString& pdfPath) {
     return outcomeOf(painter.end(), toFile);
 }
 
-PrintOutcome printPicture(const QString& text, const QImage& picture, const QString& pdfPath) {
+PrintOutcome printPicture(const QString& text, const DiagramPicture& picture,
+                          const QString& pdfPath) {
+    if (picture.screen.isNull()) return PrintOutcome::Failed;
     bool toFile = false;
     const std::unique_ptr<QPrinter> printer = defaultPrinter(pdfPath, toFile);
     QPainter painter;
     if (!painter.begin(printer.get())) return PrintOutcome::Failed;
-    // Twips and screen pixels (15 twips each) in the printer's own units.
-    const double dotsPerTwip = printer->resolution() / 1440.0;
-    painter.drawText(0, painter.fontMetrics().ascent(), text);
-    const QRectF place(400 * dotsPerTwip, 400 * dotsPerTwip,
-                       picture.width() * kTwipsPerPixel * dotsPerTwip,
-                       picture.height() * kTwipsPerPixel * dotsPerTwip);
-    painter.drawImage(place, picture);
+    // The picture as large on paper as on a 96 dpi screen, or as wide as the
+    // page allows; drawn at the printer's own resolution, centred across,
+    // with the position's line under it.
+    const QRectF page = painter.viewport();
+    const QFontMetricsF metrics(painter.font(), printer.get());
+    const double room = page.height() - 2 * metrics.lineSpacing();
+    const double scale =
+        std::min({printer->resolution() / 96.0, page.width() / picture.screen.width(),
+                  room / picture.screen.height()});
+    const QSizeF size(picture.screen.width() * scale, picture.screen.height() * scale);
+    const QPointF corner((page.width() - size.width()) / 2, 0);
+    painter.save();
+    painter.translate(corner);
+    painter.scale(scale, scale);
+    picture.paint(painter, false);
+    painter.restore();
+    painter.drawText(QPointF(corner.x(), size.height() + metrics.lineSpacing()), text);
     return outcomeOf(painter.end(), toFile);
 }
 

@@ -2,6 +2,8 @@
 // to the clipboard and print them; and the printing of the diagram.
 #pragma once
 
+#include "output/image_output.h"
+
 #include <QImage>
 #include <QRect>
 #include <QString>
@@ -24,7 +26,8 @@ PrintOutcome printRows(const QStringList& rows, const QString& pdfPath);
 
 // A line of text, then the picture at its natural size 400 twips from the
 // page's corner; on the default printer, or into `pdfPath` without one.
-PrintOutcome printPicture(const QString& text, const QImage& picture, const QString& pdfPath);
+PrintOutcome printPicture(const QString& text, const DiagramPicture& picture,
+                          const QString& pdfPath);
 
 // What the user is told of a page that went to a file.
 QString pageWentTo(const QString& pdfPath);

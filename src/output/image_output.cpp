@@ -8,6 +8,9 @@
 #include <QPdfWriter>
 #include <QSaveFile>
 #include <QStandardPaths>
+#include <QSvgGenerator>
+#include <cmath>
+#include <optional>
 
 #include "position/fen.h"
 
@@ -19,12 +22,8 @@ QString settleImageName(const QString& imageFile) {
     return imageFile;
 }
 
-namespace {
-
-enum class ImageFormat { Bitmap, Png, Svg, Pdf };
-
-// Only the file's own extension counts: a dot in a folder name asks for nothing.
-ImageFormat formatOfName(const QString& path) {
+ImageFormat imageFormatOf(const QString& path) {
+    // Only the file's own extension counts: a dot in a folder name asks for nothing.
     const QString suffix = QFileInfo(path).suffix().toLower();
     if (suffix == u"png") return ImageFormat::Png;
     if (suffix == u"svg") return ImageFormat::Svg;
@@ -32,29 +31,83 @@ ImageFormat formatOfName(const QString& path) {
     return ImageFormat::Bitmap;
 }
 
+namespace {
+
+// The largest side a picture may have, and its height at a width.
+constexpr int kMostPixels = 20000;
+
+std::optional<QSize> scaledSize(const QImage& screen, int width) {
+    if (screen.isNull()) return std::nullopt;
+    if (width <= 0) return screen.size();
+    if (width > kMostPixels) return std::nullopt;
+    const double height = std::round(static_cast<double>(screen.height()) * width / screen.width());
+    if (height < 1 || height > kMostPixels) return std::nullopt;
+    return QSize(width, static_cast<int>(height));
+}
+
+// Paints the diagram scaled onto a device of `size`.
+bool paintScaled(const DiagramPicture& picture, QPaintDevice* device, QSize size,
+                 bool transparent) {
+    QPainter painter;
+    if (!painter.begin(device)) return false;
+    painter.scale(static_cast<double>(size.width()) / picture.screen.width(),
+                  static_cast<double>(size.height()) / picture.screen.height());
+    picture.paint(painter, transparent);
+    return painter.end();
+}
+
 // The whole of the bytes or a failure: an empty text is a coding that failed.
 bool writeBytes(const QByteArray& bytes, QIODevice* device) {
     return !bytes.isEmpty() && device->write(bytes) == bytes.size();
 }
 
-// One page the size of the picture at the screen's 96 dpi, without margins.
-bool writePdf(const QImage& image, QIODevice* device) {
-    constexpr double kPointsPerPixel = 72.0 / 96.0;
+// One page the size of the picture at the resolution, without margins.
+bool writePdf(const DiagramPicture& picture, QSize size, double dotsPerInch, QIODevice* device) {
+    if (!(dotsPerInch >= 1 && dotsPerInch <= 10000)) return false;
+    const double pointsPerPixel = 72.0 / dotsPerInch;
     QPdfWriter pdf(device);
     pdf.setCreator(QStringLiteral("Marlith"));
-    pdf.setResolution(96);
-    const QPageSize page(QSizeF(image.width() * kPointsPerPixel, image.height() * kPointsPerPixel),
+    pdf.setResolution(static_cast<int>(std::lround(dotsPerInch)));
+    const QPageSize page(QSizeF(size.width() * pointsPerPixel, size.height() * pointsPerPixel),
                          QPageSize::Point, QString(), QPageSize::ExactMatch);
     if (!pdf.setPageLayout(QPageLayout(page, QPageLayout::Portrait, QMarginsF()))) return false;
     QPainter painter;
     if (!painter.begin(&pdf)) return false;
-    // Squares and letters would blur under JPEG.
+    // A bitmap sheet's squares and letters would blur under JPEG.
     painter.setRenderHint(QPainter::LosslessImageRendering);
-    painter.drawImage(0, 0, image);
+    painter.scale(static_cast<double>(pdf.width()) / picture.screen.width(),
+                  static_cast<double>(pdf.height()) / picture.screen.height());
+    picture.paint(painter, false);
     return painter.end();
 }
 
 } // namespace
+
+QImage diagramImage(const DiagramPicture& picture, int width, bool transparent) {
+    const std::optional<QSize> size = scaledSize(picture.screen, width);
+    if (!size) return QImage();
+    if (*size == picture.screen.size() && !transparent) return picture.screen;
+    QImage image(*size, QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull()) return image;
+    image.fill(Qt::transparent);
+    if (!paintScaled(picture, &image, *size, transparent)) return QImage();
+    return image;
+}
+
+QByteArray diagramSvg(const DiagramPicture& picture, int width, bool transparent) {
+    const std::optional<QSize> size = scaledSize(picture.screen, width);
+    if (!size) return {};
+    QByteArray svg;
+    QBuffer buffer(&svg);
+    QSvgGenerator generator;
+    generator.setOutputDevice(&buffer);
+    generator.setSize(*size);
+    generator.setResolution(96); // a pixel is a CSS pixel
+    generator.setViewBox(QRect(QPoint(), *size));
+    generator.setTitle(QStringLiteral("Marlith diagram"));
+    if (!paintScaled(picture, &generator, *size, transparent)) return {};
+    return svg;
+}
 
 QByteArray pngBytes(const QImage& image) {
     QByteArray png;
@@ -64,42 +117,30 @@ QByteArray pngBytes(const QImage& image) {
     return png;
 }
 
-QByteArray svgBytes(const QImage& image) {
-    return svgBytes(image.size(), pngBytes(image));
-}
-
-QByteArray svgBytes(QSize size, const QByteArray& png) {
-    if (png.isEmpty()) return {};
-    const QByteArray width = QByteArray::number(size.width());
-    const QByteArray height = QByteArray::number(size.height());
-    const QByteArray sized = "width=\"" + width + "\" height=\"" + height + '"';
-    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-           "<svg xmlns=\"http://www.w3.org/2000/svg\" "
-           "xmlns:xlink=\"http://www.w3.org/1999/xlink\" " +
-           sized + " viewBox=\"0 0 " + width + ' ' + height + "\">\n<image " + sized +
-           " xlink:href=\"data:image/png;base64," + png.toBase64() + "\"/>\n</svg>\n";
-}
-
-bool writeImageFile(const QImage& image, const QString& path) {
-    if (image.isNull()) return false;
+bool writeImageFile(const DiagramPicture& picture, const QString& path, const PictureSize& size) {
+    if (picture.screen.isNull()) return false;
     // Written whole under a new name, then renamed over the old picture: a
     // full disk leaves the old picture, never a torn one.
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) return false;
     bool written = false;
-    switch (formatOfName(path)) {
-    case ImageFormat::Bitmap:
-        written = image.save(&file, "BMP");
+    switch (imageFormatOf(path)) {
+    case ImageFormat::Bitmap: {
+        const QImage image = diagramImage(picture, size.width, false);
+        written = !image.isNull() && image.convertToFormat(QImage::Format_RGB32).save(&file, "BMP");
         break;
+    }
     case ImageFormat::Png:
-        written = writeBytes(pngBytes(image), &file);
+        written = writeBytes(pngBytes(diagramImage(picture, size.width, size.transparent)), &file);
         break;
     case ImageFormat::Svg:
-        written = writeBytes(svgBytes(image), &file);
+        written = writeBytes(diagramSvg(picture, size.width, size.transparent), &file);
         break;
-    case ImageFormat::Pdf:
-        written = writePdf(image, &file);
+    case ImageFormat::Pdf: {
+        const std::optional<QSize> pixels = scaledSize(picture.screen, size.width);
+        written = pixels && writePdf(picture, *pixels, size.dotsPerInch, &file);
         break;
+    }
     }
     // A write that stays in the file's buffer fails only at the flush, and
     // commit alone would still put the torn file in place.

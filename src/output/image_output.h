@@ -7,6 +7,9 @@
 #include <QByteArray>
 #include <QImage>
 #include <QString>
+#include <functional>
+
+class QPainter;
 
 namespace marlith {
 
@@ -14,20 +17,43 @@ namespace marlith {
 // a name without any ".", even one in a folder name.
 QString settleImageName(const QString& imageFile);
 
-// Writes the picture in the format that the name's extension asks for,
-// in any case: ".png" (lossless), ".svg" and ".pdf" (the picture at its size,
-// a PDF page at 96 dpi), and a Windows bitmap for ".bmp" and any other or no
-// extension. The old file stays whole when the write fails.
-bool writeImageFile(const QImage& image, const QString& path);
+// A diagram that can be drawn at any size: the picture the screen shows,
+// and a call that paints the same in that picture's pixels onto any painter
+// (a larger image, an SVG or PDF document, a printer), leaving out the
+// background colour for a transparent picture.
+struct DiagramPicture {
+    QImage screen;
+    std::function<void(QPainter&, bool transparent)> paint;
+};
+
+enum class ImageFormat { Bitmap, Png, Svg, Pdf };
+
+// The format a file name asks for by its own extension, in any case: a
+// Windows bitmap for ".bmp" and for any other or no extension.
+ImageFormat imageFormatOf(const QString& path);
+
+struct PictureSize {
+    int width = 0;            // pixels; 0 or less: the screen picture's own
+    bool transparent = false; // PNG and SVG only
+    double dotsPerInch = 96;  // PDF: a page of width / dotsPerInch inches
+};
+
+// The diagram as pixels, `width` wide and as high as the shape asks; the
+// screen picture itself when that is what is asked for.
+QImage diagramImage(const DiagramPicture& picture, int width, bool transparent);
+
+// The diagram as an SVG document `width` pixels wide: outlines where the
+// style draws them, its bitmaps embedded; empty when it can't be made.
+QByteArray diagramSvg(const DiagramPicture& picture, int width, bool transparent);
+
+// Writes the diagram in the format that the name asks for: BMP and PNG as
+// pixels, SVG and PDF as vectors (a PDF page the size of the picture). The
+// old file stays whole when the write fails.
+bool writeImageFile(const DiagramPicture& picture, const QString& path,
+                    const PictureSize& size = {});
 
 // The picture as PNG bytes, lossless; empty for a picture that can't be coded.
 QByteArray pngBytes(const QImage& image);
-
-// The picture as an SVG document of its pixel size that carries it as PNG,
-// so that it keeps every pixel; empty for a picture that can't be coded.
-QByteArray svgBytes(const QImage& image);
-// The same, around PNG bytes of the picture already made.
-QByteArray svgBytes(QSize size, const QByteArray& png);
 
 // The first of folder/stem.pdf, folder/stem-2.pdf, folder/stem-3.pdf, ...
 // that is not there yet, so that a page never overwrites an earlier one.

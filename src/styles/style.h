@@ -40,6 +40,13 @@ struct Style {
     int32_t WndWidth = 0;
     int16_t XBase = 0;
     int16_t YBase = 0;
+    // A style may draw its pieces from a font's chess signs instead of a
+    // sheet: then PiecesFont names the family, and the squares are plain
+    // colours, the dark ones hatched when DarkHatch is 1.
+    QString PiecesFont;
+    int32_t LightColor = 0xFFFFFF;
+    int32_t DarkColor = 0xC0C0C0;
+    int16_t DarkHatch = 0;
 };
 
 inline constexpr const char* kDefaultPiecesList = "pPnNbBrRqQkK";

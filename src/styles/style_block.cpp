@@ -330,11 +330,11 @@ QString styleNameRefusal(QStringView name) {
 QString styleRefusal(const Style& style) {
     if (QString refusal = styleNameRefusal(style.StyleName); !refusal.isEmpty()) return refusal;
     const std::pair<const char*, const QString*> fields[] = {
-        {"PiecesFile", &style.PiecesFile},    {"BorderFile", &style.BorderFile},
-        {"PiecesList", &style.PiecesList},    {"EnglishNotation", &style.EnglishNotation},
-        {"FontName", &style.FontName},        {"FontPos", &style.FontPos},
-        {"FontStyle", &style.FontStyle},      {"StartPos", &style.StartPos},
-        {"PyDictionary", &style.PyDictionary}};
+        {"PiecesFile", &style.PiecesFile},     {"BorderFile", &style.BorderFile},
+        {"PiecesList", &style.PiecesList},     {"EnglishNotation", &style.EnglishNotation},
+        {"FontName", &style.FontName},         {"FontPos", &style.FontPos},
+        {"FontStyle", &style.FontStyle},       {"StartPos", &style.StartPos},
+        {"PyDictionary", &style.PyDictionary}, {"PiecesFont", &style.PiecesFont}};
     for (const auto& [key, value] : fields) {
         // Behind the key, "=" and quotes read back as they were written.
         QString text = *value;
@@ -454,6 +454,10 @@ StoreResult storeStyleKey(Style& style, const StyleItem& item, const QString& fo
     if (key == u"FRAMECOLOR") return colour(style.FrameColor);
     if (key == u"FRAMEWIDTH") return number16(style.FrameWidth);
     if (key == u"PIECESLIST") return text(style.PiecesList, value);
+    if (key == u"PIECESFONT") return text(style.PiecesFont, value);
+    if (key == u"LIGHTCOLOR") return colour(style.LightColor);
+    if (key == u"DARKCOLOR") return colour(style.DarkColor);
+    if (key == u"DARKHATCH") return yes(style.DarkHatch);
     if (key == u"PYDICTIONARY") return text(style.PyDictionary, value);
     if (key == u"SHOWGRID") return yes(style.ShowGrid);
     if (key == u"SQRHEIGHT") return twips16(style.SqrHeight);
@@ -494,6 +498,12 @@ QString writeStyleBlock(Style& style) {
     line(QStringLiteral("BeginStyle = ") + style.StyleName);
     if (!style.PiecesFile.isEmpty()) line(QStringLiteral("  PiecesFile = ") + style.PiecesFile);
     if (!style.BorderFile.isEmpty()) line(QStringLiteral("  BorderFile = ") + style.BorderFile);
+    if (!style.PiecesFont.isEmpty()) {
+        line(QStringLiteral("  PiecesFont = ") + style.PiecesFont);
+        line(QStringLiteral("  LightColor = &H") + hex(style.LightColor));
+        line(QStringLiteral("  DarkColor = &H") + hex(style.DarkColor));
+        if (style.DarkHatch > 0) line(QStringLiteral("  DarkHatch = Yes"));
+    }
     line(QStringLiteral("  SqrWidth =") + pixelsOf(style.SqrWidth));
     line(QStringLiteral("  SqrHeight =") + pixelsOf(style.SqrHeight));
     if (style.SqrHTab != style.SqrWidth)

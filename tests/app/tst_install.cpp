@@ -21,7 +21,7 @@ class TstInstall : public QObject {
         QCOMPARE(install.exitCode(), 0);
         for (const char* file :
              {"bin/marlith", "share/marlith/Marlith.ini", "share/marlith/marlith.html",
-              "share/marlith/py.dat", "share/marlith/wood48.bmp",
+              "share/marlith/py.dat", "share/marlith/NotoSansSymbols2-Regular.ttf",
               "share/applications/marlith.desktop", "share/icons/hicolor/128x128/apps/marlith.png"})
             QVERIFY2(QFile::exists(prefix + u'/' + QLatin1String(file)), file);
         const QString home = root.path() + QStringLiteral("/home");
@@ -39,7 +39,7 @@ class TstInstall : public QObject {
         const QString folder = home + QStringLiteral("/.local/share/marlith");
         QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(folder + QStringLiteral("/Marlith.lock")), 20000);
         // The first start brought the shipped styles along.
-        QVERIFY(QFile::exists(folder + QStringLiteral("/wood48.bmp")));
+        QVERIFY(QFile::exists(folder + QStringLiteral("/wood40.bmp")));
         program.terminate();
         QVERIFY(program.waitForFinished(20000));
         QVERIFY(marlith::testing::readFile(folder + QStringLiteral("/Marlith.ini"))

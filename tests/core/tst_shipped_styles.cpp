@@ -1,6 +1,7 @@
 // The style library as the build ships it: every style reads, and the bitmaps
-// it names are there and drawn in the layout the program copies from.
+// it names, or the font, are there and drawn in the layout the program copies from.
 #include "core/settings.h"
+#include "drawing/font_pieces.h"
 #include "engines/engine_files.h"
 #include "engines/popeye.h"
 #include "styles/style_block.h"
@@ -61,7 +62,16 @@ class TstShippedStyles : public QObject {
         const int height = twipsToWholePixels(style.SqrHeight);
         const int across = style.SqrHTab > 0 ? twipsToWholePixels(style.SqrHTab) : width;
         const int down = style.SqrVTab > 0 ? twipsToWholePixels(style.SqrVTab) : height;
-        const QImage sheet(style.PiecesFile);
+        QImage sheet(style.PiecesFile);
+        if (!style.PiecesFont.isEmpty()) {
+            QVERIFY(addPieceFont(kLibrary));
+            const std::optional<FontPieces> pieces =
+                FontPieces::load(style.PiecesFont, style.PiecesList);
+            QVERIFY(pieces);
+            style.SqrHTab = int16_t(across * kTwipsPerPixel);
+            style.SqrVTab = int16_t(down * kTwipsPerPixel);
+            sheet = fontSheet(*pieces, style);
+        }
         const auto cell = [&](int column, int row) {
             return sheet.copy(column * across, row * down, width, height);
         };
@@ -93,5 +103,5 @@ class TstShippedStyles : public QObject {
     }
 };
 
-QTEST_GUILESS_MAIN(TstShippedStyles)
+QTEST_MAIN(TstShippedStyles)
 #include "tst_shipped_styles.moc"

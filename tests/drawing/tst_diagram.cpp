@@ -5,6 +5,7 @@
 #include "support/file_bytes.h"
 
 #include <QFile>
+#include <QPainter>
 #include <QTemporaryDir>
 #include <QTest>
 #include <array>
@@ -44,7 +45,24 @@ struct Scene {
             nullptr);
     }
     QImage cellAt(int px, int py) const { return diagram.image().copy(px, py, 15, 15); }
+    DiagramPicture picture() {
+        return {diagram.image(), [this](QPainter& painter, bool transparent) {
+                    const Board board{style.BorderHeight, style.BorderWidth};
+                    diagram.paint(painter, {style, squareVector, board, reversed}, transparent);
+                }};
+    }
 };
+
+// The shipped Print style: pieces from the font, hatched dark squares, a frame.
+Scene printScene(const QString& text) {
+    Scene scene;
+    RecentList recent;
+    QString engine;
+    scene.style.StyleName = QStringLiteral("Print");
+    readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, scene.style, recent, engine);
+    scene.draw(text);
+    return scene;
+}
 
 bool onlyColour(const QImage& image, QRgb colour) {
     for (int y = 0; y < image.height(); ++y)
@@ -126,6 +144,7 @@ class TstDiagram : public QObject {
             QString engine;
             s.style.StyleName = QStringLiteral("Print");
             readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, s.style, recent, engine);
+            s.style.PiecesFont.clear();
             s.style.PiecesFile = dir.filePath(QStringLiteral("red.bmp"));
             s.style.WndWidth += (columns - s.style.BorderWidth) * 960; // same margins
             s.style.WndHeight += (rows - s.style.BorderHeight) * 960;
@@ -216,33 +235,73 @@ class TstDiagram : public QObject {
                  "<img src=\"sqb.gif\"><img src=\"pbw.gif\"><img src=\"sqb.gif\"><br>\r\n");
     }
 
-    // The extension in any case picks the format, else a bitmap; a failed write keeps the old file.
+    // The extension in any case picks the format, else a bitmap, at the width
+    // asked for; a failed write keeps the old file.
     void imageFileByName_data() {
         QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("width");
         QTest::addColumn<QByteArrayList>("marks"); // its start, then its size, else read back
-        QTest::newRow("no extension, a dot in the folder") << "d" << QByteArrayList{"BM"};
-        QTest::newRow("png") << "d.png" << QByteArrayList{"\x89PNG"};
-        QTest::newRow("SVG") << "d.SVG"
-                             << QByteArrayList{"<?xml", "width=\"100\" height=\"80\" viewBox"};
-        QTest::newRow("pdf") << "d.Pdf"
-                             << QByteArrayList{"%PDF", "/MediaBox [0 0 75.000000 60.000000]"};
+        QTest::newRow("no extension, a dot in the folder") << "d" << 0 << QByteArrayList{"BM"};
+        QTest::newRow("png, twice as wide") << "d.png" << 1100 << QByteArrayList{"\x89PNG"};
+        QTest::newRow("SVG") << "d.SVG" << 275
+                             << QByteArrayList{"<?xml", "viewBox=\"0 0 275 275\""};
+        QTest::newRow("pdf") << "d.Pdf" << 0
+                             << QByteArrayList{"%PDF", "/MediaBox [0 0 413.000000 413.000000]"};
     }
     void imageFileByName() {
         QFETCH(QString, name);
+        QFETCH(int, width);
         QFETCH(QByteArrayList, marks);
-        QImage picture(100, 80, QImage::Format_RGB32);
-        picture.fill(kRed);
+        Scene scene = printScene(QStringLiteral("8/8/8/3k4/8/8/8/4K3"));
         const QTemporaryDir dir(QDir::tempPath() + QStringLiteral("/picture.png-XXXXXX"));
         const QString path = dir.filePath(name);
-        QVERIFY(writeImageFile(picture, path));
+        QVERIFY(writeImageFile(scene.picture(), path, {width}));
         const QByteArray bytes = readFile(path);
         QVERIFY(bytes.startsWith(marks.first()));
-        QVERIFY(marks.size() == 1 ? QImage(path).convertToFormat(QImage::Format_RGB32) == picture
-                                  : bytes.contains(marks.last()));
-        QVERIFY(!writeImageFile(picture, dir.filePath("missing/" + name)));
+        if (marks.size() == 1) {
+            const QImage written = QImage(path).convertToFormat(QImage::Format_RGB32);
+            QCOMPARE(written,
+                     diagramImage(scene.picture(), width, false).convertToFormat(written.format()));
+            QCOMPARE(written.width(), width > 0 ? width : 550);
+        } else {
+            QVERIFY(bytes.contains(marks.last()));
+        }
+        QVERIFY(!writeImageFile(scene.picture(), dir.filePath("missing/" + name)));
         FileSizeLimit fullDisk(16);
-        QVERIFY(!writeImageFile(picture, path));
+        QVERIFY(!writeImageFile(scene.picture(), path));
         QCOMPARE(readFile(path), bytes);
+    }
+
+    // A font style goes out as outlines: no bitmap in its SVG or PDF, and a
+    // larger picture is drawn at its size, not the screen's pixels enlarged;
+    // at the screen's size the drawing is the screen's picture.
+    void fontStylesAtAnySize() {
+        Scene scene = printScene(QStringLiteral("r3k2r/8/8/8/8/8/8/R3K2R"));
+        const DiagramPicture picture = scene.picture();
+        QVERIFY(!diagramSvg(picture, 0, false).contains("<image"));
+        QTemporaryDir dir;
+        QVERIFY(writeImageFile(picture, dir.filePath("d.pdf")));
+        QVERIFY(!readFile(dir.filePath("d.pdf")).contains("/Subtype /Image"));
+
+        QImage same(picture.screen.size(), QImage::Format_RGB32);
+        QPainter painter(&same);
+        picture.paint(painter, false);
+        painter.end();
+        QCOMPARE(same, picture.screen);
+
+        const QImage large = diagramImage(picture, 4 * 550, false);
+        QCOMPARE(large.size(), QSize(2200, 2200));
+        const QImage enlarged = picture.screen.scaled(large.size());
+        int differ = 0;
+        for (int y = 0; y < large.height(); y += 7)
+            for (int x = 0; x < large.width(); x += 7)
+                differ += large.pixel(x, y) != enlarged.pixel(x, y);
+        QVERIFY(differ > 500);
+        // Transparent: the background goes, the frame and the squares stay.
+        const QImage clear = diagramImage(picture, 1100, true);
+        QCOMPARE((QList{qAlpha(clear.pixel(1, 1)), qAlpha(clear.pixel(10, 10)),
+                        qAlpha(clear.pixel(60, 60))}),
+                 (QList{255, 0, 255}));
     }
 
     // A page without a printer takes the first number free, never an earlier page's name.

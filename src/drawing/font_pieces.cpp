@@ -1,0 +1,178 @@
+#include "drawing/font_pieces.h"
+
+#include "drawing/diagram.h"
+
+#include <QFont>
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QPainter>
+#include <QRawFont>
+#include <algorithm>
+
+namespace marlith {
+
+namespace {
+
+// Outlines are taken at a size where flattening a curve into the body's
+// polygon leaves no visible facet even on a poster.
+constexpr int kOutlinePixels = 1000;
+
+QFont exactFont(const QString& family) {
+    QFont font(family);
+    font.setPixelSize(kOutlinePixels);
+    font.setStyleStrategy(QFont::StyleStrategy(QFont::NoFontMerging | QFont::PreferAntialias));
+    return font;
+}
+
+// Font files and the font database spell some families with a space more
+// or less ("Symbols2", "Symbols 2"); case and spaces don't tell fonts apart.
+bool isFamily(const QFont& font, const QString& family) {
+    QString found = QFontInfo(font).family();
+    QString wanted = family;
+    found.remove(u' ');
+    wanted.remove(u' ');
+    return !wanted.isEmpty() && found.compare(wanted, Qt::CaseInsensitive) == 0;
+}
+
+// Every contour filled on its own: the whole area of the piece, its inner
+// details included, so the square never shows through a piece.
+QPainterPath bodyOf(const QPainterPath& sign) {
+    QPainterPath body;
+    body.setFillRule(Qt::WindingFill);
+    for (const QPolygonF& contour : sign.toSubpathPolygons()) {
+        QPainterPath part;
+        part.addPolygon(contour);
+        part.closeSubpath();
+        body = body.united(part);
+    }
+    return body;
+}
+
+} // namespace
+
+bool addPieceFont(const QString& shippedFolder) {
+    const QString family = QString::fromLatin1(kPieceFontFamily);
+    if (isFamily(exactFont(family), family)) return true;
+    if (!shippedFolder.isEmpty())
+        QFontDatabase::addApplicationFont(shippedFolder + QLatin1String(kPieceFontFile));
+    return isFamily(exactFont(family), family);
+}
+
+std::optional<char32_t> orthodoxSign(QChar letter) {
+    // U+2654.. are the outlined king, queen, rook, bishop, knight and pawn;
+    // U+265A.. the filled ones.
+    static constexpr char16_t kOrder[] = u"KQRBNP";
+    const qsizetype place = QStringView(kOrder).indexOf(letter.toUpper());
+    if (place < 0 || !letter.isLetter()) return std::nullopt;
+    const char32_t first = letter.isUpper() ? 0x2654 : 0x265A;
+    return first + static_cast<char32_t>(place);
+}
+
+std::optional<FontPieces> FontPieces::load(const QString& family, const QString& piecesList) {
+    const QFont font = exactFont(family);
+    if (!isFamily(font, family)) return std::nullopt;
+    const QRawFont raw = QRawFont::fromFont(font);
+    if (!raw.isValid()) return std::nullopt;
+
+    FontPieces pieces;
+    QRectF all;
+    for (const QChar letter : piecesList) {
+        const std::optional<char32_t> sign = orthodoxSign(letter);
+        if (!sign) {
+            pieces.shapes_.emplace_back();
+            continue;
+        }
+        if (!raw.supportsCharacter(*sign)) return std::nullopt;
+        Shape shape;
+        shape.sign.addText(0, 0, font, QString::fromUcs4(&*sign, 1));
+        shape.body = bodyOf(shape.sign);
+        all |= shape.sign.boundingRect();
+        pieces.shapes_.emplace_back(std::move(shape));
+    }
+    if (all.isEmpty()) return pieces;
+
+    const double margin = 0.07;
+    const double scale = (1 - 2 * margin) / std::max(all.width(), all.height());
+    const double top = (1 - all.height() * scale) / 2 - all.top() * scale;
+    for (std::optional<Shape>& shape : pieces.shapes_) {
+        if (!shape) continue;
+        const QRectF box = shape->sign.boundingRect();
+        QTransform place;
+        place.translate((1 - box.width() * scale) / 2 - box.left() * scale, top);
+        place.scale(scale, scale);
+        shape->sign = place.map(shape->sign);
+        shape->body = place.map(shape->body);
+    }
+    return pieces;
+}
+
+void FontPieces::paintPiece(QPainter& painter, int content, const QRectF& square,
+                            bool rimmed) const {
+    if (content < 1 || content > count() || !shapes_[content - 1] || square.isEmpty()) return;
+    const Shape& shape = *shapes_[content - 1];
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(square.topLeft());
+    painter.scale(square.width(), square.height());
+    if (rimmed) {
+        // As wide as two and a half lines of the hatching.
+        const double rim = 2.5 * std::max(1.0 / square.width(), 1.0 / 40);
+        painter.setPen(QPen(Qt::white, rim, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    } else {
+        painter.setPen(Qt::NoPen);
+    }
+    painter.setBrush(Qt::white);
+    painter.drawPath(shape.body);
+    painter.fillPath(shape.sign, Qt::black);
+    painter.restore();
+}
+
+void paintFontSquare(QPainter& painter, const QRectF& square, int colour, const Style& style) {
+    const bool dark = colour != 0;
+    painter.fillRect(square, QColor(styleColor(dark ? style.DarkColor : style.LightColor)));
+    if (!dark || style.DarkHatch != 1) return;
+    painter.save();
+    // Crisp one-pixel lines on the screen; smooth ones when drawn larger.
+    const double scale = painter.worldTransform().m11();
+    painter.setRenderHint(QPainter::Antialiasing, scale > 1.5);
+    painter.setClipRect(square, Qt::IntersectClip);
+    painter.setPen(QPen(Qt::black, 1.0, Qt::SolidLine, Qt::FlatCap));
+    const double spacing = std::max(3, (twipsToWholePixels(style.SqrWidth) + 5) / 10);
+    // Each line is cut to the square by hand as well: an SVG drops the clip.
+    const double width = square.width();
+    const double height = square.height();
+    for (double k = spacing; k < width + height; k += spacing) {
+        const double from = std::max(0.0, k - height);
+        const double to = std::min(width, k);
+        painter.drawLine(square.topLeft() + QPointF(from, k - from),
+                         square.topLeft() + QPointF(to, k - to));
+    }
+    painter.restore();
+}
+
+QImage fontSheet(const FontPieces& pieces, const Style& style) {
+    const int cells = static_cast<int>(style.PiecesList.size()) + 1;
+    const int across = twipsToWholePixels(style.SqrHTab);
+    const int down = twipsToWholePixels(style.SqrVTab);
+    const int width = twipsToWholePixels(style.SqrWidth);
+    const int height = twipsToWholePixels(style.SqrHeight);
+    const long long sheetWidth = static_cast<long long>(cells - 1) * across + width;
+    const long long sheetHeight = static_cast<long long>(down) + height;
+    // A sheet larger than any picture can show is not worth its memory.
+    if (width <= 0 || height <= 0 || across < 0 || down < 0 || sheetWidth > 32767 ||
+        sheetHeight > 32767)
+        return QImage();
+    QImage sheet(static_cast<int>(sheetWidth), static_cast<int>(sheetHeight), QImage::Format_RGB32);
+    if (sheet.isNull()) return sheet;
+    sheet.fill(Qt::white);
+    QPainter painter(&sheet);
+    for (int colour = 0; colour < 2; ++colour)
+        for (int cell = 0; cell < cells; ++cell) {
+            const QRectF square(cell * across, colour * down, width, height);
+            paintFontSquare(painter, square, colour, style);
+            pieces.paintPiece(painter, cell, square, colour != 0 && style.DarkHatch == 1);
+        }
+    return sheet;
+}
+
+} // namespace marlith
