@@ -1,9 +1,12 @@
 #include "gui/style_window.h"
+#include "gui/tool_button.h"
+#include "gui/tool_faces.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QCryptographicHash>
 #include <QScreen>
 #include <QSignalSpy>
 
@@ -240,6 +243,38 @@ class TstMainWindow : public QObject {
         QVERIFY(room ? !opened.intersects(diagram)
                      : opened.intersected(diagram).height() < diagram.height() / 8);
         QVERIFY(f.window->screen()->availableGeometry().contains(opened));
+    }
+
+    void toolFacesAtMorePixels_data() {
+        QTest::addColumn<QByteArray>("md5At1x");
+        QTest::addColumn<QSize>("pixelsAt1_5"); // rounded up
+        QTest::newRow("history") << QByteArray("4a4d8f4498bd0c433455369ff9d9798c") << QSize(29, 29);
+        QTest::newRow("up, pressed")
+            << QByteArray("42eebf8da0dc4f825ed2575d87350792") << QSize(14, 29);
+        QTest::newRow("program icon")
+            << QByteArray("2ed52732ca9699b4691c3af53b9fef46") << QSize(48, 48);
+    }
+
+    // At 2x a face is drawn anew, not blown up, and keeps its size on screen;
+    // at 1x it is what it always was.
+    void toolFacesAtMorePixels() {
+        QFETCH(QByteArray, md5At1x);
+        QFETCH(QSize, pixelsAt1_5);
+        const auto faceAt = [tag = QByteArray(QTest::currentDataTag())](qreal ratio) {
+            if (tag == "history") return firstStripFaces(ratio)[2];
+            if (tag == "up, pressed") return secondStripFaces(ratio)[13];
+            return programIcon(ratio);
+        };
+        const QImage once = faceAt(1).toImage();
+        const QByteArrayView bits(once.constBits(), once.sizeInBytes());
+        QCOMPARE(QCryptographicHash::hash(bits, QCryptographicHash::Md5).toHex(), md5At1x);
+        const QPixmap twice = faceAt(2);
+        QCOMPARE(twice.size(), once.size() * 2);
+        QCOMPARE(ToolButton(twice, twice, nullptr).size(), once.size());
+        QImage blownUp = once.scaled(twice.size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
+        blownUp.setDevicePixelRatio(2);
+        QVERIFY(twice.toImage() != blownUp);
+        QCOMPARE(faceAt(1.5).size(), pixelsAt1_5);
     }
 };
 
