@@ -245,36 +245,24 @@ class TstMainWindow : public QObject {
         QVERIFY(f.window->screen()->availableGeometry().contains(opened));
     }
 
-    void toolFacesAtMorePixels_data() {
-        QTest::addColumn<QByteArray>("md5At1x");
-        QTest::addColumn<QSize>("pixelsAt1_5"); // rounded up
-        QTest::newRow("history") << QByteArray("4a4d8f4498bd0c433455369ff9d9798c") << QSize(29, 29);
-        QTest::newRow("up, pressed")
-            << QByteArray("42eebf8da0dc4f825ed2575d87350792") << QSize(14, 29);
-        QTest::newRow("program icon")
-            << QByteArray("2ed52732ca9699b4691c3af53b9fef46") << QSize(48, 48);
-    }
-
-    // At 2x a face is drawn anew, not blown up, and keeps its size on screen;
-    // at 1x it is what it always was.
+    // At 1x the strips' faces are what they always were; at 2x a face is
+    // drawn anew, not blown up, and keeps its size on screen; at 1.5x its
+    // pixels round up.
     void toolFacesAtMorePixels() {
-        QFETCH(QByteArray, md5At1x);
-        QFETCH(QSize, pixelsAt1_5);
-        const auto faceAt = [tag = QByteArray(QTest::currentDataTag())](qreal ratio) {
-            if (tag == "history") return firstStripFaces(ratio)[2];
-            if (tag == "up, pressed") return secondStripFaces(ratio)[13];
-            return programIcon(ratio);
-        };
-        const QImage once = faceAt(1).toImage();
-        const QByteArrayView bits(once.constBits(), once.sizeInBytes());
-        QCOMPARE(QCryptographicHash::hash(bits, QCryptographicHash::Md5).toHex(), md5At1x);
-        const QPixmap twice = faceAt(2);
-        QCOMPARE(twice.size(), once.size() * 2);
-        QCOMPARE(ToolButton(twice, twice, nullptr).size(), once.size());
-        QImage blownUp = once.scaled(twice.size(), Qt::IgnoreAspectRatio, Qt::FastTransformation);
+        QCryptographicHash md5(QCryptographicHash::Md5);
+        for (const auto& faces : {firstStripFaces(1), secondStripFaces(1)})
+            for (const QPixmap& face : faces) {
+                const QImage image = face.toImage();
+                md5.addData(QByteArrayView(image.constBits(), image.sizeInBytes()));
+            }
+        QCOMPARE(md5.result().toHex(), "02af7227338f76e899b147eb5c2c2f46");
+        const QPixmap twice = firstStripFaces(2)[2];
+        QCOMPARE(twice.size(), QSize(38, 38));
+        QCOMPARE(ToolButton(twice, twice, nullptr).size(), QSize(19, 19));
+        QImage blownUp = firstStripFaces(1)[2].toImage().scaled(38, 38);
         blownUp.setDevicePixelRatio(2);
         QVERIFY(twice.toImage() != blownUp);
-        QCOMPARE(faceAt(1.5).size(), pixelsAt1_5);
+        QCOMPARE(secondStripFaces(1.5)[4].size(), QSize(14, 29));
     }
 };
 
