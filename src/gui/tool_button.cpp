@@ -7,7 +7,8 @@ namespace marlith {
 
 ToolButton::ToolButton(const QPixmap& resting, const QPixmap& pressed, QWidget* strip)
     : QWidget(strip), resting_(resting), pressed_(pressed) {
-    setFixedSize(resting.size());
+    // A face drawn for a screen of more pixels keeps its size in the layout.
+    setFixedSize(resting.deviceIndependentSize().toSize());
 }
 
 void ToolButton::setFaces(const QPixmap& resting, const QPixmap& pressed) {
@@ -18,7 +19,8 @@ void ToolButton::setFaces(const QPixmap& resting, const QPixmap& pressed) {
 
 void ToolButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    painter.drawPixmap(0, 0, pressedFace_ ? pressed_ : resting_);
+    // Drawn at the face's own pixel ratio: at its logical size, not scaled up.
+    painter.drawPixmap(QPointF(0, 0), pressedFace_ ? pressed_ : resting_);
 }
 
 void ToolButton::setPressedFace(bool pressed) {

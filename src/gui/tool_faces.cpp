@@ -1,34 +1,69 @@
 #include "gui/tool_faces.h"
 
+#include <QGuiApplication>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPolygon>
+#include <QtMath>
 #include <functional>
 
 namespace marlith {
 
 namespace {
 
-using Glyph = std::function<void(QPainter&)>;
-
 const QColor kFace(192, 192, 192);
 const QColor kShadow(128, 128, 128);
 const QColor kDark(64, 64, 64);
 
+// Paints a face in its logical pixels on an image of any pixel ratio. At 1x it
+// paints as a plain aliased painter does: a stroke covers the pixels right of
+// and below its line, a fill the pixels inside its rectangle. Above 1x it
+// smooths curves and slants, and strokes run through the middle of those same
+// pixels, so that lines and fills meet as they do at 1x.
+class FacePainter : public QPainter {
+  public:
+    explicit FacePainter(QImage& image) : QPainter(&image) {
+        if (image.devicePixelRatio() > 1) {
+            setRenderHint(QPainter::Antialiasing);
+            strokeShift_ = 0.5;
+            translate(strokeShift_, strokeShift_);
+        }
+    }
+    // Fills whole logical pixels, not shifted with the strokes.
+    void fillPixels(qreal x, qreal y, qreal width, qreal height, const QColor& color) {
+        fillRect(QRectF(x - strokeShift_, y - strokeShift_, width, height), color);
+    }
+
+  private:
+    qreal strokeShift_ = 0;
+};
+
+using Glyph = std::function<void(FacePainter&)>;
+
+// An image of width by height logical pixels at the pixel ratio; a ratio that
+// is not whole rounds the pixels up.
+QImage canvas(int width, int height, qreal ratio, const QColor& background) {
+    const auto pixels = [ratio](int length) { return qCeil(length * ratio - 1e-9); };
+    QImage image(pixels(width), pixels(height), QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    image.fill(background);
+    return image;
+}
+
 // A button face: a raised (or sunken) bevel round a glyph drawn in a 19 by 19
 // frame; a pressed face shows the glyph one pixel down and right.
-QPixmap face(int width, int height, bool pressed, const Glyph& glyph) {
-    QImage image(width, height, QImage::Format_RGB32);
-    image.fill(kFace);
-    QPainter p(&image);
+QPixmap face(int width, int height, qreal ratio, bool pressed, const Glyph& glyph) {
+    QImage image = canvas(width, height, ratio, kFace);
+    FacePainter p(image);
     const QColor light = pressed ? kShadow : Qt::white;
-    const QColor dark = pressed ? Qt::white : kShadow;
-    p.setPen(light);
-    p.drawLine(0, 0, width - 2, 0);
-    p.drawLine(0, 0, 0, height - 2);
-    p.setPen(pressed ? kDark : dark);
-    p.drawLine(0, height - 1, width - 1, height - 1);
-    p.drawLine(width - 1, 0, width - 1, height - 1);
+    const QColor dark = pressed ? kDark : kShadow;
+    p.fillPixels(0, 0, width - 1, 1, light);
+    p.fillPixels(0, 0, 1, height - 1, light);
+    // Pixels rounded up at a ratio that is not whole take the dark edges on.
+    const qreal right = image.deviceIndependentSize().width();
+    const qreal bottom = image.deviceIndependentSize().height();
+    p.fillPixels(0, height - 1, right, bottom - height + 1, dark);
+    p.fillPixels(width - 1, 0, right - width + 1, bottom, dark);
     if (pressed) p.translate(1, 1);
     p.setPen(Qt::black);
     p.setBrush(Qt::NoBrush);
@@ -37,9 +72,10 @@ QPixmap face(int width, int height, bool pressed, const Glyph& glyph) {
     return QPixmap::fromImage(image);
 }
 
-void pair(std::array<QPixmap, 18>& faces, int i, int width, int height, const Glyph& glyph) {
-    faces[i] = face(width, height, false, glyph);
-    faces[i + 9] = face(width, height, true, glyph);
+void pair(std::array<QPixmap, 18>& faces, int i, int width, int height, qreal ratio,
+          const Glyph& glyph) {
+    faces[i] = face(width, height, ratio, false, glyph);
+    faces[i + 9] = face(width, height, ratio, true, glyph);
 }
 
 void arrow(QPainter& p, const QPolygon& head, QLine shaft) {
@@ -58,15 +94,19 @@ void page(QPainter& p, int x, int y) {
 
 } // namespace
 
-std::array<QPixmap, 18> firstStripFaces() {
+qreal screenPixelRatio() {
+    return qGuiApp ? qGuiApp->devicePixelRatio() : 1.0;
+}
+
+std::array<QPixmap, 18> firstStripFaces(qreal ratio) {
     std::array<QPixmap, 18> f;
-    pair(f, 0, 19, 19, [](QPainter& p) { // save: a disk
-        p.fillRect(4, 3, 11, 13, QColor(0, 0, 128));
-        p.fillRect(6, 3, 7, 5, Qt::white);
-        p.fillRect(6, 11, 7, 5, kFace);
-        p.fillRect(10, 12, 2, 3, Qt::black);
+    pair(f, 0, 19, 19, ratio, [](FacePainter& p) { // save: a disk
+        p.fillPixels(4, 3, 11, 13, QColor(0, 0, 128));
+        p.fillPixels(6, 3, 7, 5, Qt::white);
+        p.fillPixels(6, 11, 7, 5, kFace);
+        p.fillPixels(10, 12, 2, 3, Qt::black);
     });
-    pair(f, 1, 19, 19, [](QPainter& p) { // graphic: a pencil over a stroke
+    pair(f, 1, 19, 19, ratio, [](FacePainter& p) { // graphic: a pencil over a stroke
         p.setPen(QColor(0, 0, 160));
         p.drawLine(3, 15, 14, 4);
         p.drawLine(4, 15, 15, 4);
@@ -75,85 +115,85 @@ std::array<QPixmap, 18> firstStripFaces() {
         p.setPen(QColor(200, 0, 0));
         p.drawEllipse(9, 10, 6, 6);
     });
-    pair(f, 2, 19, 19, [](QPainter& p) { // history: a list of rows
-        p.fillRect(3, 3, 13, 13, Qt::white);
+    pair(f, 2, 19, 19, ratio, [](FacePainter& p) { // history: a list of rows
+        p.fillPixels(3, 3, 13, 13, Qt::white);
         p.drawRect(3, 3, 12, 12);
         for (int y = 6; y <= 12; y += 3)
             p.drawLine(5, y, 13, y);
     });
-    pair(f, 3, 19, 19, [](QPainter& p) { // image: a small diagram
+    pair(f, 3, 19, 19, ratio, [](FacePainter& p) { // image: a small diagram
         p.drawRect(3, 3, 12, 12);
         for (int y = 0; y < 4; ++y)
             for (int x = 0; x < 4; ++x)
-                if ((x + y) % 2) p.fillRect(4 + x * 3, 4 + y * 3, 3, 3, kShadow);
+                if ((x + y) % 2) p.fillPixels(4 + x * 3, 4 + y * 3, 3, 3, kShadow);
     });
-    pair(f, 4, 19, 19, [](QPainter& p) { // html: angle brackets
+    pair(f, 4, 19, 19, ratio, [](FacePainter& p) { // html: angle brackets
         p.setPen(QColor(0, 100, 0));
         p.drawPolyline(QPolygon({QPoint(7, 4), QPoint(3, 9), QPoint(7, 14)}));
         p.drawPolyline(QPolygon({QPoint(11, 4), QPoint(15, 9), QPoint(11, 14)}));
         p.drawLine(10, 4, 8, 14);
     });
-    pair(f, 5, 19, 19, [](QPainter& p) { // copy: two pages
+    pair(f, 5, 19, 19, ratio, [](FacePainter& p) { // copy: two pages
         page(p, 2, 2);
         page(p, 6, 5);
     });
-    pair(f, 6, 19, 19, [](QPainter& p) { // paste: a clipboard with a page
-        p.fillRect(3, 3, 11, 13, QColor(160, 110, 40));
-        p.fillRect(6, 2, 5, 3, Qt::black);
+    pair(f, 6, 19, 19, ratio, [](FacePainter& p) { // paste: a clipboard with a page
+        p.fillPixels(3, 3, 11, 13, QColor(160, 110, 40));
+        p.fillPixels(6, 2, 5, 3, Qt::black);
         page(p, 7, 6);
     });
-    pair(f, 7, 19, 19, [](QPainter& p) { // print: a printer
-        p.fillRect(5, 2, 9, 6, Qt::white);
+    pair(f, 7, 19, 19, ratio, [](FacePainter& p) { // print: a printer
+        p.fillPixels(5, 2, 9, 6, Qt::white);
         p.drawRect(5, 2, 8, 6);
-        p.fillRect(2, 8, 15, 6, kShadow);
+        p.fillPixels(2, 8, 15, 6, kShadow);
         p.drawRect(2, 8, 14, 6);
-        p.fillRect(5, 12, 9, 5, Qt::white);
+        p.fillPixels(5, 12, 9, 5, Qt::white);
         p.drawRect(5, 12, 8, 4);
     });
-    pair(f, 8, 19, 19, [](QPainter& p) { // engine: a cog
+    pair(f, 8, 19, 19, ratio, [](FacePainter& p) { // engine: a cog
         p.setBrush(kDark);
         p.drawEllipse(4, 4, 10, 10);
-        p.fillRect(8, 2, 3, 15, kDark);
-        p.fillRect(2, 8, 15, 3, kDark);
+        p.fillPixels(8, 2, 3, 15, kDark);
+        p.fillPixels(2, 8, 15, 3, kDark);
         p.setBrush(kFace);
         p.drawEllipse(7, 7, 4, 4);
     });
     return f;
 }
 
-std::array<QPixmap, 18> secondStripFaces() {
+std::array<QPixmap, 18> secondStripFaces(qreal ratio) {
     std::array<QPixmap, 18> f;
-    pair(f, 0, 19, 19, [](QPainter& p) { page(p, 4, 3); }); // new: an empty page
-    pair(f, 1, 19, 19, [](QPainter& p) {                    // start: a pawn
+    pair(f, 0, 19, 19, ratio, [](FacePainter& p) { page(p, 4, 3); }); // new: an empty page
+    pair(f, 1, 19, 19, ratio, [](FacePainter& p) {                    // start: a pawn
         p.setBrush(Qt::white);
         p.drawEllipse(7, 3, 4, 4);
         p.drawPolygon(QPolygon({QPoint(7, 8), QPoint(11, 8), QPoint(13, 14), QPoint(5, 14)}));
         p.drawRect(4, 14, 10, 2);
     });
-    pair(f, 2, 19, 9, [](QPainter& p) { // right
+    pair(f, 2, 19, 9, ratio, [](FacePainter& p) { // right
         arrow(p, QPolygon({QPoint(11, 1), QPoint(15, 4), QPoint(11, 7)}), QLine(3, 4, 12, 4));
     });
-    pair(f, 3, 19, 9, [](QPainter& p) { // left
+    pair(f, 3, 19, 9, ratio, [](FacePainter& p) { // left
         arrow(p, QPolygon({QPoint(7, 1), QPoint(3, 4), QPoint(7, 7)}), QLine(6, 4, 15, 4));
     });
-    pair(f, 4, 9, 19, [](QPainter& p) { // up
+    pair(f, 4, 9, 19, ratio, [](FacePainter& p) { // up
         arrow(p, QPolygon({QPoint(1, 7), QPoint(4, 3), QPoint(7, 7)}), QLine(4, 6, 4, 15));
     });
-    pair(f, 5, 9, 19, [](QPainter& p) { // down
+    pair(f, 5, 9, 19, ratio, [](FacePainter& p) { // down
         arrow(p, QPolygon({QPoint(1, 11), QPoint(4, 15), QPoint(7, 11)}), QLine(4, 3, 4, 12));
     });
-    pair(f, 6, 19, 19, [](QPainter& p) { // rotate: a quarter turn
+    pair(f, 6, 19, 19, ratio, [](FacePainter& p) { // rotate: a quarter turn
         p.drawArc(4, 4, 11, 11, 90 * 16, 270 * 16);
         arrow(p, QPolygon({QPoint(9, 1), QPoint(12, 4), QPoint(9, 7)}), QLine(9, 4, 10, 4));
     });
-    pair(f, 7, 19, 19, [](QPainter& p) { // horizontal mirror
+    pair(f, 7, 19, 19, ratio, [](FacePainter& p) { // horizontal mirror
         p.setPen(QPen(kShadow, 1, Qt::DotLine));
         p.drawLine(9, 2, 9, 16);
         p.setPen(Qt::black);
         arrow(p, QPolygon({QPoint(6, 6), QPoint(2, 9), QPoint(6, 12)}), QLine(3, 9, 7, 9));
         arrow(p, QPolygon({QPoint(12, 6), QPoint(16, 9), QPoint(12, 12)}), QLine(11, 9, 15, 9));
     });
-    pair(f, 8, 19, 19, [](QPainter& p) { // diagonal mirror
+    pair(f, 8, 19, 19, ratio, [](FacePainter& p) { // diagonal mirror
         p.setPen(QPen(kShadow, 1, Qt::DotLine));
         p.drawLine(2, 16, 16, 2);
         p.setPen(Qt::black);
@@ -164,14 +204,14 @@ std::array<QPixmap, 18> secondStripFaces() {
     return f;
 }
 
-std::array<QPixmap, 2> recModeFaces() {
+std::array<QPixmap, 2> recModeFaces(qreal ratio) {
     std::array<QPixmap, 2> f;
-    f[0] = face(19, 19, false, [](QPainter& p) {
+    f[0] = face(19, 19, ratio, false, [](FacePainter& p) {
         p.setPen(kDark);
         p.setBrush(QColor(110, 0, 0));
         p.drawEllipse(4, 4, 10, 10);
     });
-    f[1] = face(19, 19, true, [](QPainter& p) {
+    f[1] = face(19, 19, ratio, true, [](FacePainter& p) {
         p.setPen(kDark);
         p.setBrush(QColor(255, 0, 0));
         p.drawEllipse(4, 4, 10, 10);
@@ -179,38 +219,38 @@ std::array<QPixmap, 2> recModeFaces() {
     return f;
 }
 
-std::array<QPixmap, 8> stepButtonFaces() {
+std::array<QPixmap, 8> stepButtonFaces(qreal ratio) {
     std::array<QPixmap, 8> f;
     // Triangles pointing the way of the step; a bar stands at the far end.
     const std::array<Glyph, 4> glyphs = {
-        [](QPainter& p) { // first
-            p.fillRect(3, 4, 2, 8, Qt::black);
+        [](FacePainter& p) { // first
+            p.fillPixels(3, 4, 2, 8, Qt::black);
             p.setBrush(Qt::black);
             p.drawPolygon(QPolygon({QPoint(11, 4), QPoint(6, 8), QPoint(11, 12)}));
         },
-        [](QPainter& p) { // back
+        [](FacePainter& p) { // back
             p.setBrush(Qt::black);
             p.drawPolygon(QPolygon({QPoint(10, 4), QPoint(5, 8), QPoint(10, 12)}));
         },
-        [](QPainter& p) { // forward
+        [](FacePainter& p) { // forward
             p.setBrush(Qt::black);
             p.drawPolygon(QPolygon({QPoint(5, 4), QPoint(10, 8), QPoint(5, 12)}));
         },
-        [](QPainter& p) { // last
+        [](FacePainter& p) { // last
             p.setBrush(Qt::black);
             p.drawPolygon(QPolygon({QPoint(4, 4), QPoint(9, 8), QPoint(4, 12)}));
-            p.fillRect(11, 4, 2, 8, Qt::black);
+            p.fillPixels(11, 4, 2, 8, Qt::black);
         },
     };
     for (int i = 0; i < 4; ++i) {
-        f[i] = face(16, 16, false, glyphs[i]);
-        f[i + 4] = face(16, 16, true, glyphs[i]);
+        f[i] = face(16, 16, ratio, false, glyphs[i]);
+        f[i + 4] = face(16, 16, ratio, true, glyphs[i]);
     }
     return f;
 }
 
-std::array<QPixmap, 2> browseFaces() {
-    const Glyph folderAndGlass = [](QPainter& p) {
+std::array<QPixmap, 2> browseFaces(qreal ratio) {
+    const Glyph folderAndGlass = [](FacePainter& p) {
         p.setBrush(QColor(255, 224, 128));
         p.drawPolygon(QPolygon({QPoint(2, 5), QPoint(6, 5), QPoint(7, 6), QPoint(13, 6),
                                 QPoint(13, 14), QPoint(2, 14)}));
@@ -219,12 +259,12 @@ std::array<QPixmap, 2> browseFaces() {
         p.setPen(QPen(Qt::black, 2));
         p.drawLine(14, 13, 16, 15);
     };
-    return {face(19, 19, false, folderAndGlass), face(19, 19, true, folderAndGlass)};
+    return {face(19, 19, ratio, false, folderAndGlass), face(19, 19, ratio, true, folderAndGlass)};
 }
 
-std::array<QPixmap, 2> padlockFaces() {
+std::array<QPixmap, 2> padlockFaces(qreal ratio) {
     const auto padlock = [](bool closed) {
-        return [closed](QPainter& p) {
+        return [closed](FacePainter& p) {
             p.drawArc(QRect(closed ? 6 : 9, 3, 7, 9), 0, 180 * 16);
             p.drawLine(closed ? 6 : 9, 7, closed ? 6 : 9, closed ? 9 : 7);
             p.drawLine(closed ? 13 : 16, 7, closed ? 13 : 16, 9);
@@ -233,16 +273,15 @@ std::array<QPixmap, 2> padlockFaces() {
             p.drawPoint(9, 12);
         };
     };
-    return {face(19, 19, false, padlock(false)), face(19, 19, true, padlock(true))};
+    return {face(19, 19, ratio, false, padlock(false)), face(19, 19, ratio, true, padlock(true))};
 }
 
-QPixmap programIcon() {
-    QImage image(32, 32, QImage::Format_RGB32);
-    image.fill(Qt::white);
-    QPainter p(&image);
+QPixmap programIcon(qreal ratio) {
+    QImage image = canvas(32, 32, ratio, Qt::white);
+    FacePainter p(image);
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 4; ++x)
-            p.fillRect(x * 8, y * 8, 8, 8, (x + y) % 2 ? QColor(192, 192, 192) : Qt::white);
+            p.fillPixels(x * 8, y * 8, 8, 8, (x + y) % 2 ? QColor(192, 192, 192) : Qt::white);
     p.setPen(Qt::black);
     p.setBrush(Qt::black);
     p.drawEllipse(12, 6, 8, 8);

@@ -1,9 +1,12 @@
 #include "gui/style_window.h"
+#include "gui/tool_button.h"
+#include "gui/tool_faces.h"
 #include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QCryptographicHash>
 #include <QScreen>
 #include <QSignalSpy>
 
@@ -240,6 +243,26 @@ class TstMainWindow : public QObject {
         QVERIFY(room ? !opened.intersects(diagram)
                      : opened.intersected(diagram).height() < diagram.height() / 8);
         QVERIFY(f.window->screen()->availableGeometry().contains(opened));
+    }
+
+    // At 1x the strips' faces are what they always were; at 2x a face is
+    // drawn anew, not blown up, and keeps its size on screen; at 1.5x its
+    // pixels round up.
+    void toolFacesAtMorePixels() {
+        QCryptographicHash md5(QCryptographicHash::Md5);
+        for (const auto& faces : {firstStripFaces(1), secondStripFaces(1)})
+            for (const QPixmap& face : faces) {
+                const QImage image = face.toImage();
+                md5.addData(QByteArrayView(image.constBits(), image.sizeInBytes()));
+            }
+        QCOMPARE(md5.result().toHex(), "02af7227338f76e899b147eb5c2c2f46");
+        const QPixmap twice = firstStripFaces(2)[2];
+        QCOMPARE(twice.size(), QSize(38, 38));
+        QCOMPARE(ToolButton(twice, twice, nullptr).size(), QSize(19, 19));
+        QImage blownUp = firstStripFaces(1)[2].toImage().scaled(38, 38);
+        blownUp.setDevicePixelRatio(2);
+        QVERIFY(twice.toImage() != blownUp);
+        QCOMPARE(secondStripFaces(1.5)[4].size(), QSize(14, 29));
     }
 };
 
