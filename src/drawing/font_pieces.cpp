@@ -133,7 +133,7 @@ void paintFontSquare(QPainter& painter, const QRectF& square, int colour, const 
     if (!dark || style.DarkHatch != 1) return;
     painter.save();
     // Crisp one-pixel lines on the screen; smooth ones when drawn larger.
-    const double scale = painter.worldTransform().m11();
+    const double scale = painter.deviceTransform().m11();
     painter.setRenderHint(QPainter::Antialiasing, scale > 1.5);
     painter.setClipRect(square, Qt::IntersectClip);
     painter.setPen(QPen(Qt::black, 1.0, Qt::SolidLine, Qt::FlatCap));

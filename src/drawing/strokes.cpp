@@ -33,7 +33,7 @@ QPen penOf(const Pen& pen) {
 
 // The picture's own pixels on the screen; smooth lines when drawn larger.
 bool smoothAt(const QPainter& painter) {
-    return painter.worldTransform().m11() > 1.5;
+    return painter.deviceTransform().m11() > 1.5;
 }
 
 } // namespace

@@ -16,6 +16,7 @@ DiagramView::DiagramView(const Diagram& diagram, QWidget* parent)
 }
 
 void DiagramView::refresh(const QRect& changed) {
+    if (!changed.isEmpty()) sharp_ = QImage();
     const QSize size = diagram_.image().size();
     if (this->size() != size) {
         setFixedSize(size);
@@ -28,8 +29,30 @@ void DiagramView::refresh(const QRect& changed) {
 void DiagramView::paintEvent(QPaintEvent* event) {
     QPainter painter(this);
     const QRect area = event->rect();
-    painter.drawImage(area.topLeft(), diagram_.image(), area);
+    const qreal ratio = devicePixelRatioF();
+    if (ratio > 1 && sharpPainter_)
+        painter.drawImage(QPointF(0, 0), pictureAt(ratio));
+    else
+        painter.drawImage(area.topLeft(), diagram_.image(), area);
     if (rubberBand_) rubberBand_(painter);
+}
+
+void DiagramView::setSharpPainter(std::function<void(QPainter&)> paint) {
+    sharpPainter_ = std::move(paint);
+    sharp_ = QImage();
+}
+
+QImage DiagramView::pictureAt(qreal ratio) {
+    const QImage& image = diagram_.image();
+    if (ratio <= 1 || !sharpPainter_ || image.isNull()) return image;
+    if (sharp_.isNull() || sharp_.devicePixelRatio() != ratio ||
+        sharp_.deviceIndependentSize() != QSizeF(image.size())) {
+        sharp_ = QImage((QSizeF(image.size()) * ratio).toSize(), QImage::Format_RGB32);
+        sharp_.setDevicePixelRatio(ratio);
+        QPainter painter(&sharp_);
+        sharpPainter_(painter);
+    }
+    return sharp_;
 }
 
 void DiagramView::setRubberBand(std::function<void(QPainter&)> band) {

@@ -21,6 +21,12 @@ class DiagramView : public QWidget {
     // Drawn over the picture on the screen only, as a stroke follows the
     // mouse; empty for none.
     void setRubberBand(std::function<void(QPainter&)> band);
+    // Draws the same picture in its own pixels onto any painter: on a screen
+    // of more pixels than the picture has, the view draws it at the screen's
+    // resolution instead of enlarging the image.
+    void setSharpPainter(std::function<void(QPainter&)> paint);
+    // What the view shows at a device pixel ratio: the image itself at 1.
+    QImage pictureAt(qreal ratio);
 
   Q_SIGNALS:
     // One gesture on the diagram, from its press to its release: the press
@@ -40,6 +46,8 @@ class DiagramView : public QWidget {
   private:
     const Diagram& diagram_;
     std::function<void(QPainter&)> rubberBand_;
+    std::function<void(QPainter&)> sharpPainter_;
+    QImage sharp_; // the picture at the screen's ratio; null when stale
     // The press of the gesture under way; none between gestures.
     std::optional<BoardPress> press_;
 };

@@ -209,6 +209,10 @@ void MainWindow::createControls() {
     bookPanel_->hide(); // the book panel, shown while a book is open
 
     diagramView_ = new DiagramView(diagram_, central);
+    diagramView_->setSharpPainter([this](QPainter& painter) {
+        diagram_.paint(painter,
+                       {state_.style, state_.squares, state_.board(), state_.reversedBoard}, false);
+    });
     diagramView_->setFocusPolicy(Qt::TabFocus);
     connect(diagramView_, &DiagramView::pressed, this, &MainWindow::pressOnBoard);
     connect(diagramView_, &DiagramView::dragged, this, &MainWindow::dragOnBoard);

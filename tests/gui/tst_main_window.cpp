@@ -263,6 +263,14 @@ class TstMainWindow : public QObject {
         blownUp.setDevicePixelRatio(2);
         QVERIFY(twice.toImage() != blownUp);
         QCOMPARE(secondStripFaces(1.5)[4].size(), QSize(14, 29));
+        // The diagram too is drawn for the screen's pixels, not enlarged.
+        Fixture f;
+        f.positionEdit->setText(QStringLiteral("k7/8/8/8/8/8/8/7K"));
+        auto* view = f.window->findChild<DiagramView*>(QStringLiteral("diagramView"));
+        const QImage screen = view->pictureAt(1);
+        const QImage sharp = view->pictureAt(2);
+        QCOMPARE(sharp.size(), screen.size() * 2);
+        QVERIFY(sharp.convertToFormat(screen.format()) != screen.scaled(screen.size() * 2));
     }
 };
 
