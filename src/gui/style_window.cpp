@@ -4,6 +4,7 @@
 #include "core/settings.h"
 #include "core/style_import.h"
 #include "drawing/diagram.h"
+#include "drawing/font_pieces.h"
 #include "drawing/piece_sheet.h"
 #include "gui/pick_color.h"
 #include "gui/tool_button.h"
@@ -244,6 +245,7 @@ QGroupBox* StyleWindow::createPiecesGroup() {
     };
     piecesFileEdit_ =
         line("piecesFileLabel", "Pieces file: ", "piecesFileEdit", "browsePiecesButton");
+    addFontRows(pieces, grid, row);
     borderFileEdit_ =
         line("borderFileLabel", "Border File: ", "borderFileEdit", "browseBorderButton");
     piecesListEdit_ = line("piecesListLabel", "Pieces list: ", "piecesListEdit");
@@ -276,6 +278,41 @@ QGroupBox* StyleWindow::createPiecesGroup() {
                             squareSpaceVerticalEdit_, squareSpaceHorizontalEdit_})
         previewOnEnter(edit, true);
     return pieces;
+}
+
+void StyleWindow::addFontRows(QWidget* pieces, QGridLayout* grid, int& row) {
+    // A font in the box draws the pieces from its chess signs, on squares of
+    // the size and colours beside it; an empty box uses the pieces file.
+    auto* fontLabel = label(pieces, "piecesFontLabel", "Pieces font: ");
+    piecesFontBox_ = editableBox(pieces, "piecesFontBox");
+    piecesFontBox_->addItems({QString(), QString::fromLatin1(kPieceFontFamily)});
+    auto* squaresLabel = label(pieces, "fontSquaresLabel", "Font squares: ");
+    squareSizeEdit_ = numberEdit(pieces, "squareSizeEdit", 4);
+    squareSizeEdit_->setToolTip(QStringLiteral("Square size in pixels"));
+    lightColorSwatch_ = swatch(pieces, "lightColorSwatch");
+    lightColorSwatch_->setToolTip(QStringLiteral("Light squares"));
+    darkColorSwatch_ = swatch(pieces, "darkColorSwatch");
+    darkColorSwatch_->setToolTip(QStringLiteral("Dark squares"));
+    darkHatchCheck_ = new QCheckBox(QStringLiteral("Hatched"), pieces);
+    darkHatchCheck_->setObjectName(QStringLiteral("darkHatchCheck"));
+    auto* squares = new QHBoxLayout;
+    for (QWidget* w : std::initializer_list<QWidget*>{squareSizeEdit_, lightColorSwatch_,
+                                                      darkColorSwatch_, darkHatchCheck_})
+        squares->addWidget(w);
+    squares->addStretch();
+    grid->addWidget(fontLabel, row, 0);
+    grid->addWidget(piecesFontBox_, row++, 1, 1, 2);
+    grid->addWidget(squaresLabel, row, 0);
+    grid->addLayout(squares, row++, 1, 1, 2);
+    watchFocus(piecesFontBox_, fontLabel);
+    watchFocus(squareSizeEdit_, squaresLabel);
+    connect(piecesFontBox_, &QComboBox::activated, this, &StyleWindow::autoSizeAndPreview);
+    connect(piecesFontBox_->lineEdit(), &QLineEdit::returnPressed, this,
+            &StyleWindow::autoSizeAndPreview);
+    previewOnEnter(squareSizeEdit_, true);
+    for (QPushButton* box : {lightColorSwatch_, darkColorSwatch_})
+        connect(box, &QPushButton::clicked, this, [this, box] { pick(box); });
+    connect(darkHatchCheck_, &QCheckBox::toggled, this, &StyleWindow::preview);
 }
 
 QHBoxLayout* StyleWindow::createButtonRow() {
@@ -586,6 +623,10 @@ void StyleWindow::styleToControls() {
     showGridCheck_->setChecked(form.showGrid);
     setSwatch(backColorSwatch_, form.backColor);
     setSwatch(frameColorSwatch_, form.frameColor);
+    setSwatch(lightColorSwatch_, form.lightColor);
+    setSwatch(darkColorSwatch_, form.darkColor);
+    darkHatchCheck_->setChecked(form.darkHatch);
+    piecesFontBox_->setEditText(form.piecesFont);
 
     // The bars start from their middle, which stands for the picture as it is.
     const QSize picture = diagram_.image().size() * kTwipsPerPixel;
@@ -618,8 +659,9 @@ void StyleWindow::styleToControls() {
     previewBlocked_ = false;
 }
 
-std::array<std::pair<QLineEdit*, QString StyleForm::*>, 17> StyleWindow::textBoxes() const {
+std::array<std::pair<QLineEdit*, QString StyleForm::*>, 18> StyleWindow::textBoxes() const {
     return {{{piecesFileEdit_, &StyleForm::piecesFile},
+             {squareSizeEdit_, &StyleForm::squareSize},
              {borderFileEdit_, &StyleForm::borderFile},
              {piecesListEdit_, &StyleForm::piecesList},
              {startPositionEdit_, &StyleForm::startPosition},
@@ -646,6 +688,10 @@ StyleForm StyleWindow::formFromControls() const {
     form.copyCounter = copyCounterCheck_->isChecked();
     form.frameColor = swatchColor(frameColorSwatch_);
     form.backColor = swatchColor(backColorSwatch_);
+    form.piecesFont = piecesFontBox_->currentText();
+    form.lightColor = swatchColor(lightColorSwatch_);
+    form.darkColor = swatchColor(darkColorSwatch_);
+    form.darkHatch = darkHatchCheck_->isChecked();
     form.showGrid = showGridCheck_->isChecked();
     form.fontName = fontNameBox_->currentText();
     form.fontSize = fontSizeBox_->currentText();
@@ -824,7 +870,7 @@ void StyleWindow::updateFarEdgeEntries() {
 void StyleWindow::saveStyle() {
     controlsToStyle();
     Style& style = state_.style;
-    if (style.PiecesFile.isEmpty()) {
+    if (style.PiecesFile.isEmpty() && style.PiecesFont.isEmpty()) {
         warnAbout(QStringLiteral("There's no valid pieces file!"));
         return;
     }

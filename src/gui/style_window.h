@@ -101,6 +101,7 @@ class StyleWindow : public QDialog {
     void createControls();
     QHBoxLayout* createNameRow();
     QGroupBox* createPiecesGroup();
+    void addFontRows(QWidget* pieces, QGridLayout* grid, int& row);
     QHBoxLayout* createButtonRow();
     void addBoardRows(QGridLayout* grid, int& row);
     QGridLayout* createColourBox(QWidget* border);
@@ -118,7 +119,7 @@ class StyleWindow : public QDialog {
                     const char* timesName, QWidget* second);
     StyleForm formFromControls() const;
     // The text boxes and the fields of the form they show.
-    std::array<std::pair<QLineEdit*, QString StyleForm::*>, 17> textBoxes() const;
+    std::array<std::pair<QLineEdit*, QString StyleForm::*>, 18> textBoxes() const;
     void setSwatch(QPushButton* swatch, int32_t color);
     int32_t swatchColor(const QPushButton* swatch) const;
     void pick(QPushButton* swatch);
@@ -143,6 +144,11 @@ class StyleWindow : public QDialog {
     // The pop-up list of the name box, whose choices alone load a style.
     QPointer<QAbstractItemView> styleList_;
     QLineEdit* piecesFileEdit_ = nullptr;
+    QComboBox* piecesFontBox_ = nullptr;
+    QLineEdit* squareSizeEdit_ = nullptr;
+    QPushButton* lightColorSwatch_ = nullptr;
+    QPushButton* darkColorSwatch_ = nullptr;
+    QCheckBox* darkHatchCheck_ = nullptr;
     QLineEdit* borderFileEdit_ = nullptr;
     QLineEdit* piecesListEdit_ = nullptr;
     QLineEdit* startPositionEdit_ = nullptr;

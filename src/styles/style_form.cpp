@@ -85,6 +85,11 @@ StyleForm formFromStyle(const Style& style) {
     StyleForm form;
     form.styleName = style.StyleName;
     form.piecesFile = style.PiecesFile;
+    form.piecesFont = style.PiecesFont;
+    form.squareSize = pixelText(style.SqrWidth);
+    form.lightColor = style.LightColor;
+    form.darkColor = style.DarkColor;
+    form.darkHatch = style.DarkHatch != 0;
     form.borderFile = style.BorderFile;
     // An empty list is shown as the default one, though it stays empty in
     // the style until the controls are stored.
@@ -146,6 +151,10 @@ void storeForm(const StyleForm& form, QSize sheetPixels, Style& style) {
 
     style.BorderFile = form.borderFile;
     style.PiecesFile = form.piecesFile;
+    style.PiecesFont = form.piecesFont.trimmed();
+    style.LightColor = form.lightColor;
+    style.DarkColor = form.darkColor;
+    style.DarkHatch = form.darkHatch ? 1 : 0;
     style.StyleName = form.styleName;
     style.PiecesList = form.piecesList;
     const int letters = static_cast<int>(std::min<qsizetype>(style.PiecesList.size(), 1000));
@@ -163,12 +172,18 @@ void storeForm(const StyleForm& form, QSize sheetPixels, Style& style) {
     style.SqrVSpc = twips16(form.squareSpaceVertical);
     style.SqrHSpc = twips16(form.squareSpaceHorizontal);
 
-    // The sheet is two cells high and one cell wider than the list is long.
+    // The sheet is two cells high and one cell wider than the list is long;
+    // a font style draws its sheet at the size it is given.
     const int overlapV = twips16(form.cellOverlapVertical);
+    const int overlapH = twips16(form.cellOverlapHorizontal);
+    if (!style.PiecesFont.isEmpty()) {
+        const int side = formNumber(form.squareSize, 1, kMaxPixels16);
+        sheetPixels = QSize((letters + 1) * side - letters * twipsToWholePixels(overlapH),
+                            2 * side - twipsToWholePixels(overlapV));
+    }
     style.SqrHeight =
         static_cast<int16_t>(cellLength(sheetPixels.height() * kTwipsPerPixel, 2, overlapV));
     style.SqrVTab = cellStep(style.SqrHeight, overlapV);
-    const int overlapH = twips16(form.cellOverlapHorizontal);
     style.SqrWidth = static_cast<int16_t>(
         cellLength(sheetPixels.width() * kTwipsPerPixel, letters + 1, overlapH));
     style.SqrHTab = cellStep(style.SqrWidth, overlapH);

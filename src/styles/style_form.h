@@ -16,6 +16,11 @@ namespace marlith {
 struct StyleForm {
     QString styleName;
     QString piecesFile;
+    QString piecesFont; // pieces from this font's chess signs instead of the sheet
+    QString squareSize; // of a font style, which has no sheet to measure
+    int32_t lightColor = 0;
+    int32_t darkColor = 0;
+    bool darkHatch = false;
     QString borderFile;
     QString piecesList;
     QString startPosition;
@@ -57,8 +62,9 @@ StyleForm formFromStyle(const Style& style);
 // Stores the controls into the style. The square size comes from the piece
 // sheet (its size in pixels): the sheet is as many cells wide as the pieces
 // list has letters plus one, two cells high, neighbouring cells sharing the
-// overlap. Numbers are the leading numeric text of a box (none is 0), kept
-// inside the range of their field, and the board never lies under the frame.
+// overlap. A font style takes it from its own box instead. Numbers are the leading numeric text of
+// a box (none is 0), kept inside the range of their field, and the board never lies under the
+// frame.
 void storeForm(const StyleForm& form, QSize sheetPixels, Style& style);
 
 // The number a box stands for: its leading numeric text rounded half to even,

@@ -1,3 +1,4 @@
+#include "drawing/font_pieces.h"
 #include "drawing/piece_sheet.h"
 #include "gui/style_window.h"
 #include "styles/style_block.h"
@@ -144,6 +145,27 @@ class TstStyleWindow : public QObject {
                                            "Would you like to replace the existing style?"}));
         QCOMPARE(s.state.style.FrameWidth, 2);
         QCOMPARE(readFile(s.folder() + "Marlith.ini"), expected);
+    }
+
+    // A font in place of the pieces file: squares of the size typed, in the
+    // colour picked, kept when the style is saved.
+    void fontStyles() {
+        StyleSession s;
+        s.picked = 0x00FF00;
+        s.open([&](StyleWindow& w) {
+            StyleSession::in<ToolButton>(w, "padlockButton")->clicked();
+            StyleSession::in<QComboBox>(w, "piecesFontBox")->setEditText(kPieceFontFamily);
+            StyleSession::enter(w, "squareSizeEdit", QStringLiteral("30"));
+            QCOMPARE(s.window->diagram().image().width(), 8 * 30 + 4);
+            StyleSession::in<QPushButton>(w, "darkColorSwatch")->click();
+            QCOMPARE(s.window->diagram().image().pixel(31, 1), qRgb(0, 255, 0));
+            StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Delta"));
+            StyleSession::run(w, "saveStyleAction");
+            QCOMPARE(w.statusText(), "Delta saved!");
+        });
+        const QByteArray ini = readFile(s.folder() + "Marlith.ini");
+        QVERIFY(ini.contains("  PiecesFont = Noto Sans Symbols 2\r\n  LightColor = &HFFFFFF\r\n"
+                             "  DarkColor = &HFF00\r\n  SqrWidth = 30 \r\n"));
     }
 
     // Only a choice in the pop-up loads the style of a name that is typed.
