@@ -202,9 +202,10 @@ void Diagram::loadPieces(const Style& style, const QString& programFolder) {
         return;
     }
     // Outlines are worth keeping while the font and the list stay.
-    const QString wanted = style.PiecesFont + QLatin1Char('\n') + style.PiecesList;
+    const QString wanted = style.PiecesFont + QLatin1Char('\n') + style.PiecesList +
+                           QLatin1Char('\n') + style.PiecesSigns;
     if (wanted != fontPiecesOf_) {
-        fontPieces_ = FontPieces::load(style.PiecesFont, style.PiecesList);
+        fontPieces_ = FontPieces::load(style.PiecesFont, style.PiecesList, style.PiecesSigns);
         fontPiecesOf_ = wanted;
     }
     // Without its font the style shows the built-in pieces.

@@ -68,7 +68,28 @@ std::optional<char32_t> orthodoxSign(QChar letter) {
     return first + static_cast<char32_t>(place);
 }
 
-std::optional<FontPieces> FontPieces::load(const QString& family, const QString& piecesList) {
+std::vector<std::optional<char32_t>> piecesSigns(const QString& piecesList,
+                                                 const QString& namedSigns) {
+    std::vector<std::optional<char32_t>> signs;
+    if (namedSigns.trimmed().isEmpty()) {
+        for (const QChar letter : piecesList)
+            signs.push_back(orthodoxSign(letter));
+        return signs;
+    }
+    const QStringList named = namedSigns.split(u' ', Qt::SkipEmptyParts);
+    for (qsizetype i = 0; i < piecesList.size(); ++i) {
+        bool ok = false;
+        const uint code = i < named.size() ? named[i].toUInt(&ok, 16) : 0;
+        // Only a character a font can hold: no surrogates, nothing past U+10FFFF.
+        const bool valid =
+            ok && code > 0x20 && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
+        signs.push_back(valid ? std::optional<char32_t>(code) : std::nullopt);
+    }
+    return signs;
+}
+
+std::optional<FontPieces> FontPieces::load(const QString& family, const QString& piecesList,
+                                           const QString& namedSigns) {
     const QFont font = exactFont(family);
     if (!isFamily(font, family)) return std::nullopt;
     const QRawFont raw = QRawFont::fromFont(font);
@@ -76,20 +97,24 @@ std::optional<FontPieces> FontPieces::load(const QString& family, const QString&
 
     FontPieces pieces;
     QRectF all;
-    for (const QChar letter : piecesList) {
-        const std::optional<char32_t> sign = orthodoxSign(letter);
+    for (const std::optional<char32_t> sign : piecesSigns(piecesList, namedSigns)) {
         if (!sign) {
             pieces.shapes_.emplace_back();
             continue;
         }
-        if (!raw.supportsCharacter(*sign)) return std::nullopt;
+        // A sign the font lacks leaves that piece's square empty.
+        if (!raw.supportsCharacter(*sign)) {
+            pieces.shapes_.emplace_back();
+            continue;
+        }
         Shape shape;
         shape.sign.addText(0, 0, font, QString::fromUcs4(&*sign, 1));
         shape.body = bodyOf(shape.sign);
         all |= shape.sign.boundingRect();
         pieces.shapes_.emplace_back(std::move(shape));
     }
-    if (all.isEmpty()) return pieces;
+    // A font without any of the signs is no font for pieces.
+    if (all.isEmpty() && !piecesList.isEmpty()) return std::nullopt;
 
     const double margin = 0.07;
     const double scale = (1 - 2 * margin) / std::max(all.width(), all.height());

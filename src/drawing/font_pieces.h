@@ -30,12 +30,19 @@ bool addPieceFont(const QString& shippedFolder);
 // "pnbrqk"; nothing for any other letter.
 std::optional<char32_t> orthodoxSign(QChar letter);
 
+// The signs of the letters of a pieces list: those a style names, in order
+// (hexadecimal code points, "-" or anything else for none), or with no
+// names the orthodox ones.
+std::vector<std::optional<char32_t>> piecesSigns(const QString& piecesList,
+                                                 const QString& namedSigns);
+
 class FontPieces {
   public:
     // The signs of the font for the letters of the list, in its order. No
     // result when the family is not there or lacks a sign the list needs;
     // a letter without a sign stays an empty square.
-    static std::optional<FontPieces> load(const QString& family, const QString& piecesList);
+    static std::optional<FontPieces> load(const QString& family, const QString& piecesList,
+                                          const QString& namedSigns = {});
 
     // Piece `content` (1 for the list's first letter) on a square, scaled to
     // it; `rimmed` keeps a hatched square's lines off the piece.

@@ -27,6 +27,7 @@
 #include "gui/view_window.h"
 #include "gui/widget_geometry.h"
 #include "output/image_output.h"
+#include "position/piece_listing.h"
 
 #include <QAction>
 #include <QApplication>
@@ -525,7 +526,10 @@ void MainWindow::buildBoard() {
             diagram_.copyCellToSquare(cell, oneBasedSquare, state_.style, state_.reversedBoard);
         },
         &count);
-    if (complete) pieceCounterLabel_->setText(counterText(count));
+    if (complete)
+        pieceCounterLabel_->setText(
+            counterText(countPieces(state_.squares, state_.board(), state_.style.PiecesList,
+                                    state_.style.EnglishNotation, state_.fullDictionary)));
     diagramView_->refresh(diagram_.takeDirty());
     unsetCursor();
 }

@@ -105,6 +105,8 @@ QString dropCounterPrefix(const QString& text) {
 }
 
 QString counterText(const PieceCount& count) {
+    if (count.neutrals > 0)
+        return QStringLiteral("(%1x%2+%3)").arg(count.whites).arg(count.blacks).arg(count.neutrals);
     return QStringLiteral("(%1x%2)").arg(count.whites).arg(count.blacks);
 }
 

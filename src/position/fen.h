@@ -75,6 +75,7 @@ QString dropCounterPrefix(const QString& text);
 struct PieceCount {
     int whites = 0;
     int blacks = 0;
+    int neutrals = 0; // shown behind a "+" when there are any
 };
 QString counterText(const PieceCount& count);
 

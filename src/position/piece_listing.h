@@ -28,4 +28,11 @@ PieceLists listPieces(const SquareVector& squareVector, const Board& board,
                       const QString& piecesList, const QString& englishNotation,
                       const QString& dictionary, ListingMode mode);
 
+// The pieces on the board by side: white for a letter that upper-casing
+// leaves as it is, black for another, neutral for one whose dictionary entry
+// (by its English letter) says so.
+PieceCount countPieces(const SquareVector& squareVector, const Board& board,
+                       const QString& piecesList, const QString& englishNotation,
+                       const QString& dictionary);
+
 } // namespace marlith

@@ -44,6 +44,9 @@ struct Style {
     // sheet: then PiecesFont names the family, and the squares are plain
     // colours, the dark ones hatched when DarkHatch is 1.
     QString PiecesFont;
+    // The sign of each letter of PiecesList in the font, as hexadecimal code
+    // points apart by blanks ("-" for none); empty for the orthodox signs.
+    QString PiecesSigns;
     int32_t LightColor = 0xFFFFFF;
     int32_t DarkColor = 0xC0C0C0;
     int16_t DarkHatch = 0;

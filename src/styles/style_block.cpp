@@ -334,7 +334,8 @@ QString styleRefusal(const Style& style) {
         {"PiecesList", &style.PiecesList},     {"EnglishNotation", &style.EnglishNotation},
         {"FontName", &style.FontName},         {"FontPos", &style.FontPos},
         {"FontStyle", &style.FontStyle},       {"StartPos", &style.StartPos},
-        {"PyDictionary", &style.PyDictionary}, {"PiecesFont", &style.PiecesFont}};
+        {"PyDictionary", &style.PyDictionary}, {"PiecesFont", &style.PiecesFont},
+        {"PiecesSigns", &style.PiecesSigns}};
     for (const auto& [key, value] : fields) {
         // Behind the key, "=" and quotes read back as they were written.
         QString text = *value;
@@ -455,6 +456,7 @@ StoreResult storeStyleKey(Style& style, const StyleItem& item, const QString& fo
     if (key == u"FRAMEWIDTH") return number16(style.FrameWidth);
     if (key == u"PIECESLIST") return text(style.PiecesList, value);
     if (key == u"PIECESFONT") return text(style.PiecesFont, value);
+    if (key == u"PIECESSIGNS") return text(style.PiecesSigns, value);
     if (key == u"LIGHTCOLOR") return colour(style.LightColor);
     if (key == u"DARKCOLOR") return colour(style.DarkColor);
     if (key == u"DARKHATCH") return yes(style.DarkHatch);
@@ -503,6 +505,8 @@ QString writeStyleBlock(Style& style) {
         line(QStringLiteral("  LightColor = &H") + hex(style.LightColor));
         line(QStringLiteral("  DarkColor = &H") + hex(style.DarkColor));
         if (style.DarkHatch > 0) line(QStringLiteral("  DarkHatch = Yes"));
+        if (!style.PiecesSigns.isEmpty())
+            line(QStringLiteral("  PiecesSigns = ") + style.PiecesSigns);
     }
     line(QStringLiteral("  SqrWidth =") + pixelsOf(style.SqrWidth));
     line(QStringLiteral("  SqrHeight =") + pixelsOf(style.SqrHeight));

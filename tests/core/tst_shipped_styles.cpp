@@ -66,7 +66,7 @@ class TstShippedStyles : public QObject {
         if (!style.PiecesFont.isEmpty()) {
             QVERIFY(addPieceFont(kLibrary));
             const std::optional<FontPieces> pieces =
-                FontPieces::load(style.PiecesFont, style.PiecesList);
+                FontPieces::load(style.PiecesFont, style.PiecesList, style.PiecesSigns);
             QVERIFY(pieces);
             style.SqrHTab = int16_t(across * kTwipsPerPixel);
             style.SqrVTab = int16_t(down * kTwipsPerPixel);

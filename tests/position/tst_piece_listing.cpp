@@ -19,19 +19,22 @@ struct Case {
     const char *name, *fen, *dictionary;
     ListingMode mode;
     const char *white, *black, *neutral = "", *pieces = nullptr, *english = nullptr;
+    const char* counter = nullptr; // by the letters' case, neutral by the dictionary
 };
 
 const Case kCases[] = {
     // Kinds stand in the order first met from the top left; each new square
     // goes directly behind the name, so a kind's squares come out reversed.
-    {"names in walk order", kWalk, "&&", kDict, "Ph2g2f2 Ra1 Ke1", "Ke8"},
+    {"names in walk order", kWalk, "&&", kDict, "Ph2g2f2 Ra1 Ke1", "Ke8", "", nullptr, nullptr,
+     "(5x1)"},
     {"English letters, squares apart", kWalk, "", kEnglish, "Ph2 g2 f2 Ra1 Ke1", "Ke8"},
     // The style's letters in their own mode, the English ones in the others.
     {"style letters", kGerman, "", kOwn, "Sa1 Ke1", "Sh1", "", "bBsSlLtTdDkK"},
     {"dictionary by English", kGerman, "&&N=wS&&", kDict, "Sa1 Ke1", "Nh1", "", "bBsSlLtTdDkK"},
     // Only the exact case matches: "q" has no entry, and stays black.
     {"no entry keeps the letter", "q7/8/8/8/8/8/8/7Q", "&&Q=wDame&&", kDict, "DAMEh1", "Qa8"},
-    {"neutral", "q7/8/8/8/8/8/8/6PQ", "&&q=n Q &&Q=NQ&&P=bP&&", kDict, "", "Pg1", "Qh1a8"},
+    {"neutral", "q7/8/8/8/8/8/8/6PQ", "&&q=n Q &&Q=NQ&&P=bP&&", kDict, "", "Pg1", "Qh1a8", nullptr,
+     nullptr, "(1x0+2)"},
     // "N" is found inside "NR" first, so the knight's square goes there.
     {"shorter name inside a longer", "8/8/8/8/8/8/8/R1N5", "&&R=wNR&&", kDict, "Nc1Ra1", ""},
     {"style entries first", "8/8/8/8/8/8/8/K7", "&&K=bRoi&&&&K=wKing&&", kDict, "", "ROIa1"},
@@ -63,6 +66,10 @@ class TstPieceListing : public QObject {
         QCOMPARE(lists.white, QString::fromLatin1(c.white));
         QCOMPARE(lists.black, QString::fromLatin1(c.black));
         QCOMPARE(lists.neutral, QString::fromLatin1(c.neutral));
+        if (c.counter)
+            QCOMPARE(counterText(countPieces(squareVector, board, pieces, english,
+                                             QString::fromLatin1(c.dictionary))),
+                     QString::fromLatin1(c.counter));
     }
 };
 
