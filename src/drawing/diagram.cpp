@@ -326,8 +326,10 @@ void Diagram::paintCell(QPainter& painter, int cell, int oneBasedSquare, const S
     // What a copy would take: the part of the cell inside the sheet.
     const QRect source = QRect(place->cell, size) & pieceSheet_.rect();
     if (source.isEmpty()) return;
+    // The cell cut out first: an SVG document ignores a source rectangle and
+    // would squeeze the whole sheet into the square.
     painter.drawImage(QRect(place->square + (source.topLeft() - place->cell), source.size()),
-                      pieceSheet_, source);
+                      pieceSheet_.copy(source));
 }
 
 void Diagram::addStroke(const Stroke& stroke) {

@@ -6,6 +6,7 @@
 
 #include <QFile>
 #include <QPainter>
+#include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <QTest>
 #include <array>
@@ -302,6 +303,19 @@ class TstDiagram : public QObject {
         QCOMPARE((QList{qAlpha(clear.pixel(1, 1)), qAlpha(clear.pixel(10, 10)),
                         qAlpha(clear.pixel(60, 60))}),
                  (QList{255, 0, 255}));
+    }
+
+    // A sheet style's SVG shows each square's own cell, as the screen does.
+    void sheetStyleSvgShowsTheCells() {
+        Scene scene;
+        scene.draw(QStringLiteral("KkQq"));
+        const DiagramPicture picture = scene.picture();
+        QSvgRenderer svg(diagramSvg(picture, 0, false));
+        QImage drawn(picture.screen.size(), QImage::Format_RGB32);
+        QPainter painter(&drawn);
+        svg.render(&painter);
+        painter.end();
+        QCOMPARE(drawn, picture.screen);
     }
 
     // A page without a printer takes the first number free, never an earlier page's name.
