@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QRawFont>
 #include <algorithm>
+#include <cmath>
 
 namespace marlith {
 
@@ -132,9 +133,11 @@ void paintFontSquare(QPainter& painter, const QRectF& square, int colour, const 
     painter.fillRect(square, QColor(styleColor(dark ? style.DarkColor : style.LightColor)));
     if (!dark || style.DarkHatch != 1) return;
     painter.save();
-    // Crisp one-pixel lines on the screen; smooth ones when drawn larger.
+    // Crisp one-pixel lines at the picture's own pixels; smooth ones at any
+    // other scale, where unsmoothed lines come out one pixel wide here and
+    // two there.
     const double scale = painter.worldTransform().m11();
-    painter.setRenderHint(QPainter::Antialiasing, scale > 1.5);
+    painter.setRenderHint(QPainter::Antialiasing, std::abs(scale - 1.0) > 1e-6);
     painter.setClipRect(square, Qt::IntersectClip);
     painter.setPen(QPen(Qt::black, 1.0, Qt::SolidLine, Qt::FlatCap));
     const double spacing = std::max(3, (twipsToWholePixels(style.SqrWidth) + 5) / 10);
