@@ -87,6 +87,10 @@ int squareAt(double x, double y, const Style& style) {
     return static_cast<int>(r) * style.BorderWidth + static_cast<int>(c);
 }
 
+bool atOwnPixels(const QPainter& painter) {
+    return std::abs(painter.deviceTransform().m11() - 1.0) < 1e-6;
+}
+
 QSize mainWindowSize(const Style& style, bool bookPanelVisible) {
     const long long height = static_cast<long long>(style.WndHeight) + 1350;
     const long long width = static_cast<long long>(style.WndWidth) + 3300;
@@ -327,8 +331,10 @@ void Diagram::paintCell(QPainter& painter, int cell, int oneBasedSquare, const S
     // What a copy would take: the part of the cell inside the sheet.
     const QRect source = QRect(place->cell, size) & pieceSheet_.rect();
     if (source.isEmpty()) return;
+    // The cell cut out first: an SVG document ignores a source rectangle and
+    // would squeeze the whole sheet into the square.
     painter.drawImage(QRect(place->square + (source.topLeft() - place->cell), source.size()),
-                      pieceSheet_, source);
+                      pieceSheet_.copy(source));
 }
 
 void Diagram::addStroke(const Stroke& stroke) {

@@ -32,6 +32,10 @@ int screenSquare(int index, int squares, int reversedBoard);
 // squares belongs half to each neighbour.
 int squareAt(double x, double y, const Style& style);
 
+// Whether a painter draws at the picture's own pixels, where lines stay
+// crisp and unsmoothed, rather than scaled to another size.
+bool atOwnPixels(const QPainter& painter);
+
 // Size in twips of the main window that holds a diagram of the style.
 QSize mainWindowSize(const Style& style, bool bookPanelVisible);
 

@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QRawFont>
 #include <algorithm>
+#include <cmath>
 
 namespace marlith {
 
@@ -157,9 +158,10 @@ void paintFontSquare(QPainter& painter, const QRectF& square, int colour, const 
     painter.fillRect(square, QColor(styleColor(dark ? style.DarkColor : style.LightColor)));
     if (!dark || style.DarkHatch != 1) return;
     painter.save();
-    // Crisp one-pixel lines on the screen; smooth ones when drawn larger.
-    const double scale = painter.deviceTransform().m11();
-    painter.setRenderHint(QPainter::Antialiasing, scale > 1.5);
+    // Crisp one-pixel lines at the picture's own pixels; smooth ones at any
+    // other scale, where unsmoothed lines come out one pixel wide here and
+    // two there.
+    painter.setRenderHint(QPainter::Antialiasing, !atOwnPixels(painter));
     painter.setClipRect(square, Qt::IntersectClip);
     painter.setPen(QPen(Qt::black, 1.0, Qt::SolidLine, Qt::FlatCap));
     const double spacing = std::max(3, (twipsToWholePixels(style.SqrWidth) + 5) / 10);

@@ -31,11 +31,6 @@ QPen penOf(const Pen& pen) {
     return qpen;
 }
 
-// The picture's own pixels on the screen; smooth lines when drawn larger.
-bool smoothAt(const QPainter& painter) {
-    return painter.deviceTransform().m11() > 1.5;
-}
-
 } // namespace
 
 StrokeEnds snapStroke(StrokeEnds ends, const Style& style, SnapMode mode) {
@@ -57,7 +52,7 @@ StrokeEnds snapStroke(StrokeEnds ends, const Style& style, SnapMode mode) {
 
 void paintStroke(QPainter& painter, StrokeObject object, const StrokeEnds& ends, double radius,
                  const Pen& pen) {
-    painter.setRenderHint(QPainter::Antialiasing, smoothAt(painter));
+    painter.setRenderHint(QPainter::Antialiasing, !atOwnPixels(painter));
     painter.setPen(penOf(pen));
     painter.setBrush(Qt::NoBrush);
     if (object == StrokeObject::Circle) {
@@ -69,7 +64,7 @@ void paintStroke(QPainter& painter, StrokeObject object, const StrokeEnds& ends,
 }
 
 void paintDot(QPainter& painter, QPointF point, const Pen& pen) {
-    painter.setRenderHint(QPainter::Antialiasing, smoothAt(painter));
+    painter.setRenderHint(QPainter::Antialiasing, !atOwnPixels(painter));
     painter.setPen(penOf(pen));
     painter.drawPoint(pixels(point));
 }

@@ -6,8 +6,10 @@
 
 #include <QFile>
 #include <QPainter>
+#include <QSvgRenderer>
 #include <QTemporaryDir>
 #include <QTest>
+#include <algorithm>
 #include <array>
 
 using namespace marlith;
@@ -302,6 +304,42 @@ class TstDiagram : public QObject {
         QCOMPARE((QList{qAlpha(clear.pixel(1, 1)), qAlpha(clear.pixel(10, 10)),
                         qAlpha(clear.pixel(60, 60))}),
                  (QList{255, 0, 255}));
+    }
+
+    // Hatching scaled 1.45 times stays even: each line that a row of an
+    // empty dark square crosses takes as much ink as any other.
+    void hatchingEvenWhenScaled() {
+        const int width = 800;
+        Scene scene = printScene(QStringLiteral("8/8/8/3k4/8/8/8/4K3"));
+        const QImage image = diagramImage(scene.picture(), width, false);
+        const double scale = width / 550.0;
+        QList<int> inks;
+        for (int y = int(24 * scale); y < int(78 * scale); ++y) { // rows of b8
+            QList<int> row{0};
+            for (int x = int(88 * scale); x < int(142 * scale); ++x) {
+                const int ink = 255 - qGray(image.pixel(x, y));
+                if (ink > 0)
+                    row.last() += ink;
+                else if (row.last() > 0)
+                    row.append(0);
+            }
+            inks += row.mid(1, row.size() - 3); // whole lines only
+        }
+        const auto [least, most] = std::minmax_element(inks.begin(), inks.end());
+        QVERIFY(inks.size() > 100 && *most < *least * 1.2);
+    }
+
+    // A sheet style's SVG shows each square's own cell, as the screen does.
+    void sheetStyleSvgShowsTheCells() {
+        Scene scene;
+        scene.draw(QStringLiteral("KkQq"));
+        const DiagramPicture picture = scene.picture();
+        QSvgRenderer svg(diagramSvg(picture, 0, false));
+        QImage drawn(picture.screen.size(), QImage::Format_RGB32);
+        QPainter painter(&drawn);
+        svg.render(&painter);
+        painter.end();
+        QCOMPARE(drawn, picture.screen);
     }
 
     // A page without a printer takes the first number free, never an earlier page's name.
