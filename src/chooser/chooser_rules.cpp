@@ -35,7 +35,8 @@ QRegularExpression patternExpression(const QString& pattern) {
 
 } // namespace
 
-std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& lastFilter) {
+std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& lastFilter,
+                                            const QString& suggestedName) {
     ChooserEntry entry;
     switch (mode) {
     case ChooserMode::SaveImage:
@@ -69,6 +70,11 @@ std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& las
         break;
     default:
         return std::nullopt;
+    }
+    if (!suggestedName.isEmpty()) {
+        entry.name = suggestedName;
+        const QString filter = QStringLiteral("*.") + QFileInfo(suggestedName).suffix().toLower();
+        if (entry.filters.contains(filter)) entry.filter = filter;
     }
     return entry;
 }

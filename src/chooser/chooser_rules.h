@@ -21,9 +21,12 @@ struct ChooserEntry {
     QString name;        // the name proposed
 };
 
-// The entry for a purpose, given the filter of the last use. Nothing
-// for any other mode: the window then stays as it was left.
-std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& lastFilter);
+// The entry for a purpose, given the filter of the last use. A suggested
+// name stands for the proposed one and sets the filter of its extension when
+// the purpose offers that filter. Nothing for any other mode: the window
+// then stays as it was left.
+std::optional<ChooserEntry> chooserEntryFor(ChooserMode mode, const QString& lastFilter,
+                                            const QString& suggestedName = {});
 
 // A name without "." takes the filter's extension: everything from the
 // filter's first "." on. A filter without "." adds nothing.

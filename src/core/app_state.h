@@ -4,6 +4,7 @@
 
 #include "books/book_walk.h"
 #include "engines/popeye_fields.h"
+#include "output/export_choices.h"
 #include "position/fen.h"
 #include "styles/style.h"
 
@@ -42,6 +43,8 @@ struct AppState {
     PopeyeLists popeyeLists;
     // The Popeye window's fields, kept for the run and never saved.
     PopeyeFields popeyeFields;
+    // What Export Diagram was last asked for, kept in the settings file.
+    ExportChoices exportChoices;
     // The extension of the current Crafty log, such as "007".
     QString logExtension;
     bool otherInstanceRunning = false;

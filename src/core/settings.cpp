@@ -38,6 +38,32 @@ bool renameOver(const QString& from, const QString& to) {
 
 constexpr char16_t kFieldSeparator = u'|';
 
+constexpr const char16_t* kKeptKeys[] = {
+    u"RECENTPOSITION", u"RECENTWINDOW",      u"RECENTPOPEYE",     u"EXPORTFORMAT",
+    u"EXPORTWIDTH",    u"EXPORTMILLIMETRES", u"EXPORTRESOLUTION", u"EXPORTTRANSPARENT"};
+
+bool isKeptLine(const QString& upperTrimmed) {
+    return std::any_of(std::begin(kKeptKeys), std::end(kKeptKeys),
+                       [&](const char16_t* key) { return upperTrimmed.startsWith(key); });
+}
+
+// A value out of its range is brought into it; one that means nothing
+// leaves the choice as it was.
+void readExportItem(const StyleItem& item, ExportChoices& choices) {
+    const QString& key = item.key;
+    if (key == u"EXPORTFORMAT") {
+        choices.format = formatNamed(item.value).value_or(choices.format);
+    } else if (key == u"EXPORTWIDTH") {
+        choices.width = rememberedNumber(item.value, kExportWidths, choices.width);
+    } else if (key == u"EXPORTMILLIMETRES") {
+        choices.millimetres = rememberedNumber(item.value, kExportMillimetres, choices.millimetres);
+    } else if (key == u"EXPORTRESOLUTION") {
+        choices.dotsPerInch = rememberedNumber(item.value, kExportResolutions, choices.dotsPerInch);
+    } else if (key == u"EXPORTTRANSPARENT") {
+        choices.transparent = rememberedNumber(item.value, {0, 1}, choices.transparent) == 1;
+    }
+}
+
 void readKeptItem(const StyleItem& item, KeptSession& kept) {
     if (item.key == u"RECENTPOSITION") {
         kept.position = unescapeSettingsValue(item.value);
@@ -56,12 +82,9 @@ void readKeptItem(const StyleItem& item, KeptSession& kept) {
         for (size_t i = 0; i < PopeyeFields::kCount; ++i)
             kept.popeyeFields.box(i) =
                 i < size_t(fields.size()) ? unescapeSettingsValue(fields[qsizetype(i)]) : QString();
+    } else {
+        readExportItem(item, kept.exportChoices);
     }
-}
-
-bool isKeptLine(const QString& upperTrimmed) {
-    return upperTrimmed.startsWith(u"RECENTPOSITION") || upperTrimmed.startsWith(u"RECENTWINDOW") ||
-           upperTrimmed.startsWith(u"RECENTPOPEYE");
 }
 
 } // namespace
@@ -313,6 +336,12 @@ bool writeSettings(const QString& programFolder, const RecentList& recentFile,
             fields.append(
                 escapeSettingsValue(kept->popeyeFields.box(i), QStringView(&kFieldSeparator, 1)));
         lines.append("RecentPopeye = " + fields.join(QChar(kFieldSeparator)).toLatin1());
+        const ExportChoices& choices = kept->exportChoices;
+        lines.append("ExportFormat = " + formatName(choices.format).toLatin1());
+        lines.append("ExportWidth = " + QByteArray::number(choices.width));
+        lines.append("ExportMillimetres = " + QByteArray::number(choices.millimetres));
+        lines.append("ExportResolution = " + QByteArray::number(choices.dotsPerInch));
+        lines.append("ExportTransparent = " + QByteArray::number(choices.transparent ? 1 : 0));
     }
 
     const QByteArray styleLine = encodeStyleText("RecentStyle = " + styleName, windows1252);

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "engines/popeye_fields.h"
+#include "output/export_choices.h"
 #include "styles/style.h"
 
 #include <QByteArray>
@@ -24,11 +25,13 @@ QString settingsTempName();
 using RecentList = std::array<QString, 4>; // most recent first; unused entries empty
 
 // What a session leaves for the next besides the styles: the position on
-// the board, the main window's place and size, the Popeye window's fields.
+// the board, the main window's place and size, the Popeye window's fields,
+// the choices of Export Diagram.
 struct KeptSession {
     QString position;
     QRect window; // empty when none was kept
     PopeyeFields popeyeFields;
+    ExportChoices exportChoices;
 };
 
 // A value as the settings grammar can hold it: "%", ",", ";", quotes, "=",

@@ -116,7 +116,7 @@ void FileChooser::prepareForMode() {
     confirmed_ = false;
     filterBox_->clear();
 
-    const std::optional<ChooserEntry> entry = chooserEntryFor(mode_, lastFilter);
+    const std::optional<ChooserEntry> entry = chooserEntryFor(mode_, lastFilter, suggestedName_);
     if (entry) {
         filterBox_->addItems(entry->filters);
         filterBox_->setEditText(entry->filter);
@@ -145,14 +145,15 @@ void FileChooser::cancel() {
     hide();
 }
 
-std::optional<QString> FileChooser::choose(ChooserMode mode) {
-    setMode(mode);
+std::optional<QString> FileChooser::choose(ChooserMode mode, const QString& suggestedName) {
+    setMode(mode, suggestedName);
     exec();
     return choice();
 }
 
-void FileChooser::setMode(ChooserMode mode) {
+void FileChooser::setMode(ChooserMode mode, const QString& suggestedName) {
     mode_ = mode;
+    suggestedName_ = suggestedName;
     confirmed_ = false;
 }
 

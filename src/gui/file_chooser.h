@@ -26,11 +26,12 @@ class FileChooser : public QDialog {
   public:
     explicit FileChooser(AppState& state, QWidget* parent = nullptr);
 
-    // One use, run modally: the full path chosen with Ok, or nothing.
-    std::optional<QString> choose(ChooserMode mode);
+    // One use, run modally: the full path chosen with Ok, or nothing. A
+    // suggested name stands for the one the purpose proposes.
+    std::optional<QString> choose(ChooserMode mode, const QString& suggestedName = {});
     // Starts a use without running it (for callers that drive the window
     // themselves): the purpose of the next showing, and no answer yet.
-    void setMode(ChooserMode mode);
+    void setMode(ChooserMode mode, const QString& suggestedName = {});
     // The answer of the current use: the full path once Ok closed the
     // window, nothing while it is open or after it was left without Ok.
     std::optional<QString> choice() const;
@@ -81,6 +82,7 @@ class FileChooser : public QDialog {
     QString folderPath_;
     QString pattern_ = QStringLiteral("*.bmp");
     ChooserMode mode_ = ChooserMode::SaveImage;
+    QString suggestedName_;
     bool confirmed_ = false;
     // Keeps the drive list quiet while code sets it.
     bool driveBoxQuiet_ = false;

@@ -15,6 +15,7 @@
 #include "gui/book_panel.h"
 #include "gui/child_window_place.h"
 #include "gui/diagram_view.h"
+#include "gui/export_window.h"
 #include "gui/file_chooser.h"
 #include "gui/graphic_window.h"
 #include "gui/help_window.h"
@@ -279,6 +280,8 @@ void MainWindow::createMenus() {
               {"saveImageAction", "&Save Image", ctrl(Qt::Key_S), true, &MainWindow::saveImage},
               {"saveImageAsAction", "Save Image &As...",
                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), true, &MainWindow::saveImageAs},
+              {"exportDiagramAction", "Export &Diagram...",
+               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_E), true, &MainWindow::exportDiagram},
               {"fileSeparator2", "-", {}, true, nullptr},
               {"openBookAction", "Open &Book", ctrl(Qt::Key_B), true, &MainWindow::openBook},
               {"searchAction", "&Criteria", ctrl(Qt::Key_F), false, &MainWindow::searchBook},
@@ -839,6 +842,7 @@ void MainWindow::writeSettings() {
     kept.position = positionUndo_.current();
     kept.window = isNormalState(*this) ? QRect(pos(), size()) : normalGeometry();
     kept.popeyeFields = state_.popeyeFields;
+    kept.exportChoices = state_.exportChoices;
     marlith::writeSettings(state_.programFolder, state_.recentFile, state_.recentEngine,
                            state_.style.StyleName, {}, &kept);
 }
@@ -1143,6 +1147,26 @@ void MainWindow::saveImageAs() {
     saveImage();
 }
 
+void MainWindow::exportDiagram() {
+    if (!exportWindow_) exportWindow_ = new ExportWindow(this);
+    exportWindow_->setChoices(state_.exportChoices, diagram_.image().size());
+    if (exportWindow_->exec() != QDialog::Accepted) return;
+    state_.exportChoices = exportWindow_->choices();
+    const ImageFormat format = state_.exportChoices.format;
+    const QString suggested =
+        exportFileName(QFileInfo(settleImageName(state_.imageFile)).fileName(), format);
+    const std::optional<QString> path = showChooser(ChooserMode::SaveImage, suggested);
+    if (!path) return;
+    // The format chosen here wins over another image extension typed.
+    const QString file = exportFileName(*path, format);
+    setCursor(Qt::WaitCursor);
+    const DiagramPicture picture = diagramPicture();
+    if (!writeImageFile(picture, file,
+                        exportPictureSize(state_.exportChoices, picture.screen.size())))
+        warn(QStringLiteral("The picture could not be written to %1.").arg(file));
+    unsetCursor();
+}
+
 void MainWindow::copyImage() {
     // Also as PNG and SVG bytes, for editors that paste only those.
     const DiagramPicture picture = diagramPicture();
@@ -1169,14 +1193,14 @@ void MainWindow::pastePosition() {
                                        positionEdit_->maxLength()));
 }
 
-std::optional<QString> MainWindow::showChooser(ChooserMode mode) {
+std::optional<QString> MainWindow::showChooser(ChooserMode mode, const QString& suggestedName) {
     if (!fileChooser_) {
         fileChooser_ = new FileChooser(state_, this);
         // Unloaded first of the child windows when the program stops.
         setChildWindow(ChildWindow::FileChooser, fileChooser_);
     }
-    if (!runChooser) return fileChooser_->choose(mode);
-    fileChooser_->setMode(mode);
+    if (!runChooser) return fileChooser_->choose(mode, suggestedName);
+    fileChooser_->setMode(mode, suggestedName);
     runChooser(*fileChooser_);
     return fileChooser_->choice();
 }

@@ -45,6 +45,7 @@ class HistoryWindow;
 class SearchWindow;
 class AddToBookWindow;
 class GraphicWindow;
+class ExportWindow;
 
 class MainWindow : public QMainWindow {
     Q_OBJECT
@@ -99,6 +100,8 @@ class MainWindow : public QMainWindow {
 
     void saveImage();
     void saveImageAs();
+    // Asks for the format and size, then where, and writes the diagram so.
+    void exportDiagram();
     void copyImage();
     void copyPosition();
     void pastePosition();
@@ -219,7 +222,7 @@ class MainWindow : public QMainWindow {
     // The position, the window's place and the Popeye fields of the last session.
     void restoreSession();
     // Shows the file chooser for a purpose: the path chosen with Ok, or nothing.
-    std::optional<QString> showChooser(ChooserMode mode);
+    std::optional<QString> showChooser(ChooserMode mode, const QString& suggestedName = {});
     // Looks for the engines and Py.dat at start; the clean-up at the end.
     void detectEngines();
     void cleanUpEngines();
@@ -247,6 +250,7 @@ class MainWindow : public QMainWindow {
     PopeyeWindow* popeyeWindow_ = nullptr;
     CraftyWindow* craftyWindow_ = nullptr;
     StyleWindow* styleWindow_ = nullptr;
+    ExportWindow* exportWindow_ = nullptr;
     HistoryWindow* historyWindow_ = nullptr;
     SearchWindow* searchWindow_ = nullptr;
     AddToBookWindow* addToBookWindow_ = nullptr;

@@ -68,6 +68,7 @@ void MainWindow::restoreSession() {
     positionUndo_.reset(positionEdit_->text());
     updateUndoItems();
     state_.popeyeFields = keptSession_.popeyeFields;
+    state_.exportChoices = keptSession_.exportChoices;
     if (keptSession_.window.isEmpty()) return;
     // Wholly on the screen, which may have shrunk since.
     const QRect screen = this->screen()->availableGeometry();

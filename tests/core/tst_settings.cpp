@@ -86,6 +86,48 @@ class TstSettings : public QObject {
         QVERIFY(items[2].visible && !items[3].visible);
     }
 
+    // Export choices come back as written; a number out of range is brought
+    // into it, a value that means nothing leaves the default, and a file
+    // without them gives the defaults. The rewrite holds each line once.
+    void exportChoices_data() {
+        QTest::addColumn<QByteArray>("lines");
+        QTest::addColumn<QString>("choices"); // format, width, mm, dpi, transparent
+        QTest::newRow("none") << QByteArray("RecentStyle = A\n") << "PNG 1200 80 300 0";
+        QTest::newRow("as written") << QByteArray("ExportFormat = svg\nExportWidth = 640\n"
+                                                  "ExportMillimetres = 50\nExportResolution = "
+                                                  "600\nExportTransparent = 1\n")
+                                    << "SVG 640 50 600 1";
+        QTest::newRow("out of range")
+            << QByteArray("exportwidth = 5\nEXPORTMILLIMETRES = 99999999999\n"
+                          "ExportResolution = -3\nExportTransparent = 7\n")
+            << "PNG 16 1000 72 1";
+        QTest::newRow("no meaning")
+            << QByteArray("ExportFormat = GIF\nExportWidth = wide\nExportTransparent = yes\n")
+            << "PNG 1200 80 300 0";
+    }
+    void exportChoices() {
+        QFETCH(QByteArray, lines);
+        const Folder folder(crlf(lines));
+        const auto read = [&folder] {
+            Program program;
+            KeptSession kept;
+            readSettings(folder.ini(), folder.path(), program.style, program.recent, program.engine,
+                         &kept);
+            const ExportChoices& c = kept.exportChoices;
+            return std::pair(kept, QStringLiteral("%1 %2 %3 %4 %5")
+                                       .arg(formatName(c.format))
+                                       .arg(c.width)
+                                       .arg(c.millimetres)
+                                       .arg(c.dotsPerInch)
+                                       .arg(c.transparent));
+        };
+        const auto [kept, choices] = read();
+        QTEST(choices, "choices");
+        QVERIFY(writeSettings(folder.path(), {}, {}, {}, {}, &kept));
+        QTEST(read().second, "choices");
+        QCOMPARE(folder.get().toUpper().count("EXPORT"), 5);
+    }
+
     // Which block a first reading takes, judged as the file goes by; the
     // style's block has 20-pixel squares.
     void firstReading_data() {

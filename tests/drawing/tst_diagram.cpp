@@ -1,6 +1,7 @@
 #include "core/settings.h"
 #include "drawing/diagram.h"
 #include "drawing/piece_sheet.h"
+#include "output/export_choices.h"
 #include "output/image_output.h"
 #include "support/file_bytes.h"
 
@@ -340,6 +341,55 @@ class TstDiagram : public QObject {
         svg.render(&painter);
         painter.end();
         QCOMPARE(drawn, picture.screen);
+    }
+
+    // What an export is written at: a tall board keeps its height within the
+    // largest side, a PDF page keeps its millimetres when the resolution must
+    // give way, and only PNG and SVG leave the background out.
+    void exportSizes_data() {
+        QTest::addColumn<int>("format");
+        QTest::addColumn<QSize>("picture");
+        QTest::addColumn<int>("width"); // pixels, or millimetres for PDF
+        QTest::addColumn<int>("dotsPerInch");
+        QTest::addColumn<QString>("written"); // width, resolution, transparent
+        const auto png = int(ImageFormat::Png), pdf = int(ImageFormat::Pdf);
+        QTest::newRow("png as asked") << png << QSize(550, 550) << 1100 << 0 << "1100 96 1";
+        QTest::newRow("bitmap never clear")
+            << int(ImageFormat::Bitmap) << QSize(550, 550) << 1100 << 0 << "1100 96 0";
+        QTest::newRow("tall board") << png << QSize(301, 601) << 20000 << 0 << "10016 96 1";
+        QTest::newRow("pdf at its resolution")
+            << pdf << QSize(550, 550) << 80 << 300 << "945 300 0";
+        QTest::newRow("pdf too fine") << pdf << QSize(550, 550) << 1000 << 2400 << "20000 508 0";
+    }
+    void exportSizes() {
+        QFETCH(int, format);
+        QFETCH(QSize, picture);
+        QFETCH(int, width);
+        ExportChoices choices{ImageFormat(format), width, width, 0, true};
+        QFETCH(int, dotsPerInch);
+        choices.dotsPerInch = dotsPerInch;
+        const PictureSize size = exportPictureSize(choices, picture);
+        QTEST(
+            QStringLiteral("%1 %2 %3").arg(size.width).arg(size.dotsPerInch).arg(size.transparent),
+            "written");
+        QVERIFY(heightForWidth(size.width, picture) <= kExportWidths.most);
+    }
+
+    // The name takes the chosen format's extension in place of an image one.
+    void exportFileNames_data() {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<int>("format");
+        QTest::addColumn<QString>("result");
+        QTest::newRow("bitmap to png") << "Marlith.bmp" << int(ImageFormat::Png) << "Marlith.png";
+        QTest::newRow("already so, any case") << "a.PdF" << int(ImageFormat::Pdf) << "a.PdF";
+        QTest::newRow("another image") << "/x/a.SVG" << int(ImageFormat::Bitmap) << "/x/a.bmp";
+        QTest::newRow("dot in a folder") << "/x.png/a" << int(ImageFormat::Svg) << "/x.png/a.svg";
+        QTest::newRow("other extension") << "a.gif" << int(ImageFormat::Png) << "a.gif.png";
+    }
+    void exportFileNames() {
+        QFETCH(QString, name);
+        QFETCH(int, format);
+        QTEST(exportFileName(name, ImageFormat(format)), "result");
     }
 
     // A page without a printer takes the first number free, never an earlier page's name.

@@ -5,10 +5,13 @@
 #include "support/main_window_fixture.h"
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QCryptographicHash>
 #include <QScreen>
 #include <QSignalSpy>
+#include <QSpinBox>
+#include <QTimer>
 
 using namespace marlith;
 using namespace marlith::testing;
@@ -194,6 +197,54 @@ class TstMainWindow : public QObject {
         QCOMPARE(second.positionEdit->text(), "sS, \"x;y\" %41");
         QCOMPARE(second.pieceCounterLabel->text(), "(1x1)");
         QCOMPARE(second.window->pos(), QPoint(40, 30));
+    }
+
+    // Export Diagram (its own key) takes the format and width, Enter is Ok,
+    // the name takes the format's extension; the choices stay for the next
+    // use and the next start.
+    void exportDiagram() {
+        QTemporaryDir shared;
+        QStringList shown;
+        const auto exportWith = [&](const std::function<void()>& open, const QString& format,
+                                    const char* digits, Qt::Key end) {
+            QTimer::singleShot(0, [&, format, digits, end] {
+                QWidget* w = QApplication::activeModalWidget();
+                if (!w) return;
+                auto* formats = w->findChild<QComboBox*>(QStringLiteral("formatBox"));
+                auto* width = w->findChild<QSpinBox*>(QStringLiteral("widthSpin"));
+                shown << formats->currentText() + QString::number(width->value());
+                formats->setCurrentIndex(formats->findText(format));
+                shown << QString::number(
+                    w->findChild<QCheckBox*>(QStringLiteral("transparentCheck"))->isEnabled());
+                width->selectAll();
+                QTest::keyClicks(width, QLatin1String(digits));
+                QTest::keyClick(width, end);
+            });
+            open();
+        };
+        {
+            Fixture f({}, {}, shared.path());
+            f.state.exportChoices.format = ImageFormat::Bitmap;
+            f.window->runChooser = [](FileChooser& chooser) {
+                chooser.show();
+                chooser.findChild<QLineEdit*>(QStringLiteral("nameEdit"))->setText("pic");
+                chooser.confirm();
+            };
+            QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
+            exportWith([&f] { f.key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier); },
+                       QStringLiteral("PNG"), "1100", Qt::Key_Return);
+            const QString path = f.folder() + QStringLiteral("pic.png");
+            QVERIFY(readFile(path).startsWith("\x89PNG"));
+            QCOMPARE(QImage(path).width(), 1100);
+            exportWith([&f] { f.run("exportDiagramAction"); }, QStringLiteral("BMP"), "",
+                       Qt::Key_Escape); // no change
+            f.window->close();
+        }
+        QCOMPARE(shown, QStringList({"BMP1200", "1", "PNG1100", "0"}));
+        const Fixture again({}, {}, shared.path());
+        QCOMPARE(formatName(again.state.exportChoices.format) +
+                     QString::number(again.state.exportChoices.width),
+                 "PNG1100");
     }
 
     // A press whose release was lost doesn't turn the next click into a move.
