@@ -1,5 +1,7 @@
 #include "books/scan_job.h"
 
+#include "books/pgn_board.h"
+
 namespace marlith {
 
 ScanJob::ScanJob(WorkFile work, Scan scan) : work_(std::move(work)) {
@@ -19,6 +21,25 @@ ScanJob::~ScanJob() {
 std::pair<BookScan, WorkFile> ScanJob::take() {
     if (thread_.joinable()) thread_.join();
     return {std::move(result_), std::move(work_)};
+}
+
+ScanJob::Scan bookScanner(const QString& bookFile, const Style& style) {
+    const QString extension = bookFile.right(4).toUpper();
+    if (extension == QLatin1String(".PBM"))
+        return [bookFile, style](WorkFile& file, const ScanControl& control) {
+            return scanPbm(bookFile, file, style.BorderHeight, style.BorderWidth, style.PiecesList,
+                           control);
+        };
+    if (extension == QLatin1String(".PGN"))
+        return [bookFile, style](WorkFile& file, const ScanControl& control) {
+            StylePgnBoard board(style);
+            return scanPgn(bookFile, file, board, style.StartPos.toLatin1(), control);
+        };
+    // Any other text file is read as a book of positions.
+    const auto scanText = extension == QLatin1String(".EPD") ? scanEpd : scanFen;
+    return [bookFile, scanText](WorkFile& file, const ScanControl& control) {
+        return scanText(bookFile, file, control);
+    };
 }
 
 } // namespace marlith

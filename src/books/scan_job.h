@@ -4,6 +4,7 @@
 #pragma once
 
 #include "books/book_scan.h"
+#include "styles/style.h"
 
 #include <atomic>
 #include <functional>
@@ -38,5 +39,9 @@ class ScanJob {
     std::atomic<bool> finished_{false};
     std::thread thread_;
 };
+
+// The scanner that a book's extension asks for (".PBM", ".EPD", ".PGN", any
+// other a book of positions), holding copies of what it needs of the style.
+ScanJob::Scan bookScanner(const QString& bookFile, const Style& style);
 
 } // namespace marlith

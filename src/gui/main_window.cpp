@@ -1,7 +1,6 @@
 #include "gui/main_window.h"
 
 #include "books/book_scan.h"
-#include "books/pgn_board.h"
 #include "books/scan_job.h"
 #include "core/settings.h"
 #include "core/startup.h"
@@ -974,26 +973,7 @@ void MainWindow::loadBook() {
     // the window repaints, counts and can stop it.
     WorkFile work;
     work.open(state_.programFolder + state_.tempSeed + QStringLiteral(".tmp"));
-    const QString bookFile = state_.bookFile;
-    const QString extension = bookFile.right(4).toUpper();
-    ScanJob::Scan scan;
-    if (extension == QLatin1String(".PBM")) {
-        scan = [bookFile, style = state_.style](WorkFile& file, const ScanControl& control) {
-            return scanPbm(bookFile, file, style.BorderHeight, style.BorderWidth, style.PiecesList,
-                           control);
-        };
-    } else if (extension == QLatin1String(".PGN")) {
-        scan = [bookFile, style = state_.style](WorkFile& file, const ScanControl& control) {
-            StylePgnBoard board(style);
-            return scanPgn(bookFile, file, board, style.StartPos.toLatin1(), control);
-        };
-    } else {
-        // Any other text file is read as a book of positions.
-        const auto scanText = extension == QLatin1String(".EPD") ? scanEpd : scanFen;
-        scan = [bookFile, scanText](WorkFile& file, const ScanControl& control) {
-            return scanText(bookFile, file, control);
-        };
-    }
+    ScanJob::Scan scan = bookScanner(state_.bookFile, state_.style);
     if (holdBookScan) scan = holdBookScan(std::move(scan));
     scanJob_ = std::make_unique<ScanJob>(std::move(work), std::move(scan));
     action(QStringLiteral("searchAction"))->setEnabled(false);
