@@ -35,17 +35,35 @@ class TstRealPopeye : public QObject {
         QTest::addColumn<QString>("position");
         QTest::addColumn<QStringList>("fields"); // stipulation, moves, options
         QTest::addColumn<QString>("byHand");
+        QTest::addColumn<QString>("style"); // the shipped style, else the built-in
         // In Popeye's language a knight is S; N would be the nightrider,
         // which gives this problem other solutions.
         QTest::newRow("#2 with knights") << "k7/8/1KN5/8/8/8/8/7Q" << QStringList{"#", "2", ""}
-                                         << "Pieces White Kb6 Sc6 Qh1 Black Ka8\nStipulation #2\n";
+                                         << "Pieces White Kb6 Sc6 Qh1 Black Ka8\nStipulation #2\n"
+                                         << "";
         QTest::newRow("h#2 with castling")
             << "4k2r/5p2/5K2/8/8/8/8/Q7" << QStringList{"h#", "2", ""}
-            << "Pieces White Kf6 Qa1 Black Ke8 Rh8 Pf7\nStipulation h#2\n";
+            << "Pieces White Kf6 Qa1 Black Ke8 Rh8 Pf7\nStipulation h#2\n"
+            << "";
         QTest::newRow("an en passant key")
             << "7N/8/7p/R2Pp2k/6pp/8/8/K7" << QStringList{"#", "1", "EnPassant e7e6e5"}
             << "Pieces White Ka1 Ra5 Pd5 Sh8 Black Kh5 Pe5 Pg4 Ph4 Ph6\nStipulation #1\n"
-               "Option EnPassant e7e6e5\n";
+               "Option EnPassant e7e6e5\n"
+            << "";
+        // Fairy pieces go under their Popeye names and sides: the grasshopper
+        // G, the nightrider H (N for Popeye), the neutral queen Y.
+        QTest::newRow("grasshopper, one key")
+            << "k1K5/1R6/8/8/8/4P3/8/4G3" << QStringList{"#", "1", ""}
+            << "Pieces White Kc8 Rb7 Ge1 Pe3 Black Ka8\nStipulation #1\n"
+            << "Fairy";
+        QTest::newRow("nightrider") << "k7/p1K5/8/8/7H/8/8/8" << QStringList{"#", "1", ""}
+                                    << "Pieces White Kc7 Nh4 Black Ka8 Pa7\nStipulation #1\n"
+                                    << "Fairy";
+        // The neutral queen can't interpose on e8: there it would check Black.
+        QTest::newRow("neutral queen")
+            << "5k2/8/6K1/8/8/8/4Y3/1R6" << QStringList{"#", "1", ""}
+            << "Pieces White Kg6 Rb1 Black Kf8 Neutral Qe2\nStipulation #1\n"
+            << "Fairy";
     }
 
     void solvesAsPopeyeDoes() {
@@ -55,6 +73,7 @@ class TstRealPopeye : public QObject {
         QFETCH(QString, position);
         QFETCH(QStringList, fields);
         QFETCH(QString, byHand);
+        QFETCH(QString, style);
 
         // The program folder as a user sets it up: the solver and the table
         // that ships with Marlith.
@@ -62,7 +81,12 @@ class TstRealPopeye : public QObject {
         QVERIFY(QFile::link(kPopeye, home.path() + QStringLiteral("/py")));
         QVERIFY(QFile::copy(QStringLiteral(MARLITH_SHIPPED_DIR "/py.dat"),
                             home.path() + QStringLiteral("/py.dat")));
+        if (!style.isEmpty())
+            QVERIFY(QFile::copy(QStringLiteral(MARLITH_SHIPPED_DIR "/Marlith.ini"),
+                                home.path() + QStringLiteral("/Marlith.ini")));
         Fixture f({}, {}, home.path());
+        if (!style.isEmpty()) f.window->chooseStyleByName(style);
+        f.positionEdit->clear();
         f.type(position);
         f.window->openPopeye();
         PopeyeWindow* w = f.window->popeyeWindow();
