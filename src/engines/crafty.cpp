@@ -105,15 +105,35 @@ QStringList logRows(const QByteArray& data) {
 }
 
 QString craftyFen(const QString& text, const QString& piecesList, const QString& englishNotation) {
+    // Crafty knows the orthodox pieces only: a fairy piece leaves its square
+    // empty, and the empty squares of the board field run together again.
+    static const QString kOrthodox = QStringLiteral("KQRBNPkqrbnp");
     QString copy;
     copy.reserve(text.size());
+    int empties = 0;
+    bool inBoard = true;
+    const auto flush = [&] {
+        if (empties > 0) copy += QString::number(empties);
+        empties = 0;
+    };
     for (const QChar c : text) {
+        if (c == u' ') inBoard = false;
         const qsizetype p = piecesList.indexOf(c);
-        if (p < 0)
-            copy += c;
-        else if (p < englishNotation.size())
-            copy += englishNotation[p];
+        QChar out = c;
+        if (p >= englishNotation.size()) continue; // beyond the English letters
+        if (p >= 0) out = englishNotation[p];
+        if (inBoard && p >= 0 && !kOrthodox.contains(out)) {
+            ++empties;
+            continue;
+        }
+        if (inBoard && p < 0 && out >= u'1' && out <= u'9') {
+            empties += out.unicode() - '0';
+            continue;
+        }
+        flush();
+        copy += out;
     }
+    flush();
     return copy;
 }
 

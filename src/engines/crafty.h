@@ -36,7 +36,8 @@ QString runLogExtension(const QString& folder, const QString& from);
 QStringList logRows(const QByteArray& data);
 
 // A style's piece letters in the FEN text become the English ones; a letter
-// beyond the English notation is dropped, anything else stays.
+// beyond the English notation is dropped, a fairy piece leaves its square
+// empty, anything else stays.
 QString craftyFen(const QString& text, const QString& piecesList, const QString& englishNotation);
 
 // "mm:ss" of the elapsed seconds.
