@@ -58,6 +58,14 @@ class TstShippedStyles : public QObject {
         Style style;
         QVERIFY(!readStyle(name, style).stoppedAtFault);
         QCOMPARE(style.StyleName, name);
+        // Every letter of the style goes through the board and back unchanged.
+        const Board board{style.BorderHeight, style.BorderWidth};
+        QString text = style.PiecesList.left(board.squares());
+        for (qsizetype at = board.columns; at < text.size(); at += board.columns + 1)
+            text.insert(at, u'/');
+        SquareVector squares{};
+        QVERIFY(buildBoard(text, squares, board, style.PiecesList, nullptr, nullptr));
+        QVERIFY(squaresToFen(squares, board, style.PiecesList).startsWith(text));
         const int width = twipsToWholePixels(style.SqrWidth);
         const int height = twipsToWholePixels(style.SqrHeight);
         const int across = style.SqrHTab > 0 ? twipsToWholePixels(style.SqrHTab) : width;
