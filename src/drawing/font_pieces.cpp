@@ -35,16 +35,44 @@ bool isFamily(const QFont& font, const QString& family) {
     return !wanted.isEmpty() && found.compare(wanted, Qt::CaseInsensitive) == 0;
 }
 
-// Every contour filled on its own: the whole area of the piece, its inner
-// details included, so the square never shows through a piece.
+// The contours of a path, each a path of its own with its curves kept.
+std::vector<QPainterPath> contoursOf(const QPainterPath& path) {
+    std::vector<QPainterPath> contours;
+    for (int i = 0; i < path.elementCount(); ++i) {
+        const QPainterPath::Element e = path.elementAt(i);
+        if (e.isMoveTo() || contours.empty()) {
+            contours.emplace_back();
+            contours.back().moveTo(e);
+        } else if (e.isLineTo()) {
+            contours.back().lineTo(e);
+        } else if (e.isCurveTo() && i + 2 < path.elementCount()) {
+            contours.back().cubicTo(e, path.elementAt(i + 1), path.elementAt(i + 2));
+            i += 2;
+        }
+    }
+    return contours;
+}
+
+// The whole area of the piece, its inner details included, so the square
+// never shows through a piece: every contour that lies inside no other,
+// filled, its curves kept so that a large picture shows no facets.
 QPainterPath bodyOf(const QPainterPath& sign) {
+    const std::vector<QPainterPath> contours = contoursOf(sign);
+    std::vector<QPolygonF> outlines;
+    for (const QPainterPath& contour : contours)
+        outlines.push_back(contour.toFillPolygon());
     QPainterPath body;
     body.setFillRule(Qt::WindingFill);
-    for (const QPolygonF& contour : sign.toSubpathPolygons()) {
-        QPainterPath part;
-        part.addPolygon(contour);
-        part.closeSubpath();
-        body = body.united(part);
+    for (size_t i = 0; i < contours.size(); ++i) {
+        const QPointF start =
+            contours[i].elementCount() > 0 ? QPointF(contours[i].elementAt(0)) : QPointF();
+        bool inner = false;
+        for (size_t j = 0; j < contours.size() && !inner; ++j)
+            inner = j != i && outlines[j].containsPoint(start, Qt::OddEvenFill) &&
+                    outlines[i].boundingRect().width() < outlines[j].boundingRect().width();
+        // A font runs all its outer contours the same way round, so that
+        // filled by winding they make the union.
+        if (!inner) body.addPath(contours[i]);
     }
     return body;
 }
