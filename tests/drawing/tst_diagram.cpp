@@ -392,6 +392,17 @@ class TstDiagram : public QObject {
         QTEST(exportFileName(name, ImageFormat(format)), "result");
     }
 
+    // The signs a style names stand for its letters in turn; what is no
+    // character leaves the piece without a sign; with none named, the
+    // orthodox letters get theirs.
+    void signsOfTheLetters() {
+        using Signs = std::vector<std::optional<char32_t>>;
+        QCOMPARE(piecesSigns("Kpx", {}), (Signs{0x2654, 0x265F, std::nullopt}));
+        QCOMPARE(piecesSigns("abcdefg", "1FA00 - D800 DFFF 110000 20"),
+                 (Signs{0x1FA00, std::nullopt, std::nullopt, std::nullopt, std::nullopt,
+                        std::nullopt, std::nullopt}));
+    }
+
     // A page without a printer takes the first number free, never an earlier page's name.
     void pdfPageNames() {
         QTemporaryDir dir;
