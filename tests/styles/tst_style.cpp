@@ -42,11 +42,22 @@ class TstStyle : public QObject {
         overlapping.FrameWidth = 3;
         overlapping.XBase = overlapping.YBase = 60;
         overlapping.ShowGrid = 1;
-        const std::pair<Style, QSize> cases[] = {{plain, QSize(195, 30)},
-                                                 {overlapping, QSize(12 * 18 + 20, 38)}};
+        overlapping.FontYBase = 300;
+        overlapping.FontXBase = 45;
+        Style font = plain; // squares of 30 pixels, no sheet to measure
+        font.SqrWidth = font.SqrHeight = font.SqrHTab = font.SqrVTab = 450;
+        font.PiecesFont = QStringLiteral("Noto Sans Symbols 2");
+        font.DarkColor = 0x123456;
+        font.DarkHatch = 1;
+        const std::pair<Style, QSize> cases[] = {
+            {plain, QSize(195, 30)}, {overlapping, QSize(12 * 18 + 20, 38)}, {font, QSize()}};
         for (const auto& [style, sheet] : cases) {
-            Style back = style;
-            back.StyleName = QStringLiteral("elsewhere");
+            // Every field the form gives comes from the form.
+            Style back;
+            back.FontYBase = back.FontXBase = back.XBase = back.YBase = back.SqrVSpc = 15;
+            back.LightColor = back.DarkColor = back.FontColor = back.BackColor = 7;
+            back.DarkHatch = back.ShowGrid = back.CopyCounter = 1;
+            back.PiecesFont = back.PiecesFile = back.BorderFile = QStringLiteral("x");
             storeForm(formFromStyle(style), sheet, back);
             QCOMPARE(block(back), block(style)); // every stored field
         }
