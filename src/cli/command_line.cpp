@@ -1,12 +1,14 @@
 #include "cli/command_line.h"
 
+#include "cli/solve_rules.h"
+
 #include <array>
 
 namespace marlith {
 
 namespace {
 
-enum class Option { Output, Style, Size, Format, Last, Search };
+enum class Option { Output, Style, Size, Format, Last, Search, Jobs, Shard, MaxTime, Stipulation };
 
 struct OptionName {
     QLatin1StringView name;
@@ -14,14 +16,18 @@ struct OptionName {
     bool takesValue;
 };
 
-constexpr std::array<OptionName, 7> kOptionNames{
+constexpr std::array<OptionName, 11> kOptionNames{
     {{QLatin1StringView("-o"), Option::Output, true},
      {QLatin1StringView("--output"), Option::Output, true},
      {QLatin1StringView("--style"), Option::Style, true},
      {QLatin1StringView("--size"), Option::Size, true},
      {QLatin1StringView("--format"), Option::Format, true},
      {QLatin1StringView("--last"), Option::Last, false},
-     {QLatin1StringView("--search"), Option::Search, true}}};
+     {QLatin1StringView("--search"), Option::Search, true},
+     {QLatin1StringView("--jobs"), Option::Jobs, true},
+     {QLatin1StringView("--shard"), Option::Shard, true},
+     {QLatin1StringView("--maxtime"), Option::MaxTime, true},
+     {QLatin1StringView("--stipulation"), Option::Stipulation, true}}};
 
 // A command, what its one argument is, and the options it takes. A further
 // command is one more row here and one more run in the dispatcher.
@@ -36,12 +42,15 @@ constexpr unsigned bit(Option option) {
     return 1u << static_cast<unsigned>(option);
 }
 
-const std::array<CommandSpec, 2> kCommands{
+const std::array<CommandSpec, 3> kCommands{
     {{QLatin1StringView("render"), CliCommand::Render, QLatin1StringView("a position text"),
       bit(Option::Output) | bit(Option::Style) | bit(Option::Size)},
      {QLatin1StringView("export"), CliCommand::Export, QLatin1StringView("a book"),
       bit(Option::Output) | bit(Option::Style) | bit(Option::Size) | bit(Option::Format) |
-          bit(Option::Last) | bit(Option::Search)}}};
+          bit(Option::Last) | bit(Option::Search)},
+     {QLatin1StringView("solve"), CliCommand::Solve, QLatin1StringView("a book"),
+      bit(Option::Output) | bit(Option::Style) | bit(Option::Jobs) | bit(Option::Shard) |
+          bit(Option::MaxTime) | bit(Option::Stipulation)}}};
 
 bool isHelp(const QString& argument) {
     return argument == QLatin1String("--help") || argument == QLatin1String("-h");
@@ -80,6 +89,17 @@ bool isPictureExtension(const QString& extension) {
                                         QStringLiteral("pdf"), QStringLiteral("bmp")};
     return extensions.contains(extension.toLower());
 }
+
+namespace {
+
+std::optional<int> wholeNumber(const QString& text, int largest) {
+    bool ok = false;
+    const int number = text.toInt(&ok);
+    if (!ok || number < 1 || number > largest) return std::nullopt;
+    return number;
+}
+
+} // namespace
 
 ParsedCommandLine parseCommandLine(const QStringList& arguments) {
     ParsedCommandLine parsed;
@@ -169,11 +189,44 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments) {
         case Option::Search:
             options.search = *value;
             break;
+        case Option::Jobs:
+            if (const auto jobs = wholeNumber(*value, kMaxJobs)) {
+                options.jobs = *jobs;
+            } else {
+                parsed.error = QStringLiteral("--jobs needs a number from 1 to %1, not %2")
+                                   .arg(kMaxJobs)
+                                   .arg(quoted(*value));
+                return parsed;
+            }
+            break;
+        case Option::Shard:
+            if (const auto shard = parseShard(*value)) {
+                options.shardIndex = shard->index;
+                options.shardCount = shard->count;
+            } else {
+                parsed.error = QStringLiteral("--shard needs I/N with 1 <= I <= N, not %1")
+                                   .arg(quoted(*value));
+                return parsed;
+            }
+            break;
+        case Option::MaxTime:
+            if (const auto seconds = wholeNumber(*value, kMaxSolvingSeconds)) {
+                options.maxTime = *seconds;
+            } else {
+                parsed.error = QStringLiteral("--maxtime needs whole seconds from 1 to %1, not %2")
+                                   .arg(kMaxSolvingSeconds)
+                                   .arg(quoted(*value));
+                return parsed;
+            }
+            break;
+        case Option::Stipulation:
+            options.stipulation = *value;
+            break;
         }
     }
     if (!haveInput || options.input.isEmpty())
         parsed.error = QStringLiteral("%1 needs %2").arg(commandName, spec->input);
-    else if (options.output.isEmpty())
+    else if (options.output.isEmpty() && options.command != CliCommand::Solve)
         parsed.error =
             QStringLiteral("%1 needs -o %2")
                 .arg(commandName, options.command == CliCommand::Render ? QStringLiteral("FILE")
@@ -191,6 +244,8 @@ QString helpText() {
         "       marlith render TEXT -o FILE [--style NAME] [--size WIDTH]\n"
         "       marlith export BOOK -o FOLDER [--format svg|png|pdf|bmp] [--style NAME]\n"
         "                      [--size WIDTH] [--last] [--search CRITERIA]\n"
+        "       marlith solve BOOK [-o RESULTS.csv] [--jobs N] [--shard I/N]\n"
+        "                     [--maxtime SECONDS] [--stipulation TEXT] [--style NAME]\n"
         "       marlith --help | --version\n"
         "\n"
         "Without a command, the editor starts, with BOOK open when one is named.\n"
@@ -202,9 +257,15 @@ QString helpText() {
         "            FILE, a PNG, SVG, PDF or BMP picture by the name's ending\n"
         "  export    draw one diagram per game of a FEN, EPD, PGN or PBM book into\n"
         "            FOLDER, named by the game's number (00001.svg)\n"
+        "  solve     let Popeye (py in the program folder) solve each problem of a\n"
+        "            book and write one CSV row per problem: game, name, stipulation,\n"
+        "            verdict (sound, cooked, no solution, time limit, error: ...),\n"
+        "            keys, seconds; rows come in the order the problems are done.\n"
+        "            Run again with the same -o, it goes on where it stopped\n"
         "\n"
         "Options:\n"
-        "  -o, --output PATH    the picture (render) or the folder (export) to write\n"
+        "  -o, --output PATH    the picture (render), the folder (export) or the\n"
+        "                       results file (solve; default: standard output)\n"
         "      --style NAME     a style of the settings (default: the style last used)\n"
         "      --size WIDTH     the picture's width in pixels (default: the style's)\n"
         "      --format FORMAT  export: svg (default), png, pdf or bmp\n"
@@ -214,6 +275,14 @@ QString helpText() {
         "                       as in the Search Criteria window: words, or the fields\n"
         "                       \"Words: Paul, 2000; White: 1-6; Black: 9; Global: 10-12;\n"
         "                       Notations: Ke1+ke8\"\n"
+        "      --jobs N         solve: Popeye runs at a time (default 1)\n"
+        "      --shard I/N      solve: only the problems at places I, I+N, I+2N, ...\n"
+        "                       (I from 1), so that N machines share a book\n"
+        "      --maxtime SECONDS\n"
+        "                       solve: Popeye's time for each problem (default 60)\n"
+        "      --stipulation TEXT\n"
+        "                       solve: the stipulation of every problem (default: the\n"
+        "                       game's Stipulation header; in a PBM book its Event)\n"
         "  -h, --help           show this help and exit\n"
         "      --version        show the version and exit\n"
         "\n"

@@ -9,7 +9,7 @@
 
 namespace marlith {
 
-enum class CliCommand { Help, Version, Render, Export };
+enum class CliCommand { Help, Version, Render, Export, Solve };
 
 // Exit statuses: a run that failed, and arguments that can't be run at all.
 inline constexpr int kRunFailed = 1;
@@ -17,14 +17,23 @@ inline constexpr int kBadArguments = 2;
 
 struct CliOptions {
     CliCommand command = CliCommand::Help;
-    QString input;                          // render: the position text; export: the book
-    QString output;                         // render: the picture file; export: the folder
+    QString input;                          // render: the position text; else the book
+    QString output;                         // render: the picture; export: the folder; solve:
+                                            // the results file (empty: standard output)
     QString format = QStringLiteral("svg"); // export: the pictures' extension
     QString style;                          // empty: the style last used
     int width = 0;                          // pixels; 0: the style's own size
     bool last = false;                      // export: each game's last position
     std::optional<QString> search;          // export: only the games it finds
+    int jobs = 1;                           // solve: Popeye runs at a time
+    int shardIndex = 1;                     // solve: the shard, I of N
+    int shardCount = 1;
+    int maxTime = 60;                   // solve: seconds for each problem
+    std::optional<QString> stipulation; // solve: one stipulation for all problems
 };
+
+inline constexpr int kMaxJobs = 256;
+inline constexpr int kMaxSolvingSeconds = 9'999'999;
 
 struct ParsedCommandLine {
     CliOptions options;

@@ -3,6 +3,7 @@
 #include "books/book_search.h"
 #include "books/book_walk.h"
 #include "books/scan_job.h"
+#include "cli/solve.h"
 #include "core/settings.h"
 #include "core/startup.h"
 #include "output/image_output.h"
@@ -77,6 +78,57 @@ bool DiagramRenderer::write(const QString& path, int width) {
     return writeImageFile(picture, path, PictureSize{width});
 }
 
+ScratchWorkFile::ScratchWorkFile(const QString& folder)
+    : folder_(folder), seed_(makeTempSeed(QTime::currentTime().msecsSinceStartOfDay())),
+      lock_(takeTempSeed(folder, seed_)) {}
+
+ScratchWorkFile::~ScratchWorkFile() {
+    if (lock_) deleteTempFiles(folder_, seed_);
+}
+
+bool ScratchWorkFile::open(WorkFile& work) const {
+    return lock_ && work.open(folder_ + seed_ + QStringLiteral(".tmp"));
+}
+
+// The position of a game that a picture shows: its first, or its last.
+std::optional<QByteArray> gamePosition(OpenBook& book, int32_t place, bool last) {
+    if (!goToGame(book, place)) return std::nullopt;
+    char kind = 0;
+    while (book.currentRecord.at(1) != kPositionKind)
+        if (!nextRecord(book, kind)) return std::nullopt;
+    if (last)
+        while (nextRecord(book, kind)) {
+        }
+    return positionOfRecord(book.currentRecord).board;
+}
+
+int readBook(const QString& bookFile, const Style& style, const ScratchWorkFile& scratch,
+             OpenBook& book, ScanEnd& end, const CommandOutput& out) {
+    if (!scratch.open(book.workFile)) {
+        out.fail(QStringLiteral("can't write a work file in %1")
+                     .arg(QDir::toNativeSeparators(scratch.folder())));
+        return kRunFailed;
+    }
+    const ScanControl control{[&out](int32_t games) {
+                                  if (out.progress)
+                                      out.progress(
+                                          QStringLiteral("Reading the book: %1 games").arg(games));
+                              },
+                              nullptr};
+    BookScan scan = bookScanner(bookFile, style)(book.workFile, control);
+    end = scan.end;
+    if (const QString refusal = bookScanRefusal(bookFile, scan.end); !refusal.isEmpty()) {
+        if (out.endProgress) out.endProgress();
+        out.fail(refusal);
+        return kRunFailed;
+    }
+    book.gameCount = scan.gameCount;
+    book.recordCount = scan.recordCount;
+    book.fullIndex = std::move(scan.gameIndex);
+    book.gameIndex = book.fullIndex;
+    return 0;
+}
+
 namespace {
 
 int renderPosition(const CliOptions& options, const CommandFolders& folders,
@@ -101,40 +153,6 @@ int renderPosition(const CliOptions& options, const CommandFolders& folders,
     return 0;
 }
 
-// The work file of a scan, under a temporary seed of this run that no
-// running editor holds, gone at the end.
-class ScratchWorkFile {
-  public:
-    explicit ScratchWorkFile(const QString& folder)
-        : folder_(folder), seed_(makeTempSeed(QTime::currentTime().msecsSinceStartOfDay())),
-          lock_(takeTempSeed(folder, seed_)) {}
-    ~ScratchWorkFile() {
-        if (lock_) deleteTempFiles(folder_, seed_);
-    }
-    ScratchWorkFile(const ScratchWorkFile&) = delete;
-    ScratchWorkFile& operator=(const ScratchWorkFile&) = delete;
-    bool open(WorkFile& work) const {
-        return lock_ && work.open(folder_ + seed_ + QStringLiteral(".tmp"));
-    }
-
-  private:
-    QString folder_;
-    QString seed_;
-    std::unique_ptr<QLockFile> lock_;
-};
-
-// The position of a game that a picture shows: its first, or its last.
-std::optional<QByteArray> gamePosition(OpenBook& book, int32_t place, bool last) {
-    if (!goToGame(book, place)) return std::nullopt;
-    char kind = 0;
-    while (book.currentRecord.at(1) != kPositionKind)
-        if (!nextRecord(book, kind)) return std::nullopt;
-    if (last)
-        while (nextRecord(book, kind)) {
-        }
-    return positionOfRecord(book.currentRecord).board;
-}
-
 int exportBook(const CliOptions& options, const CommandFolders& folders, const CommandOutput& out) {
     const LoadedStyle loaded = loadStyle(folders, options.style);
     if (!loaded.error.isEmpty()) {
@@ -156,27 +174,9 @@ int exportBook(const CliOptions& options, const CommandFolders& folders, const C
 
     const ScratchWorkFile scratch(folders.program);
     OpenBook book;
-    if (!scratch.open(book.workFile)) {
-        out.fail(QStringLiteral("can't write a work file in %1")
-                     .arg(QDir::toNativeSeparators(folders.program)));
-        return kRunFailed;
-    }
-    const ScanControl control{[&out](int32_t games) {
-                                  if (out.progress)
-                                      out.progress(
-                                          QStringLiteral("Reading the book: %1 games").arg(games));
-                              },
-                              nullptr};
-    BookScan scan = bookScanner(options.input, style)(book.workFile, control);
-    if (const QString refusal = bookScanRefusal(options.input, scan.end); !refusal.isEmpty()) {
-        if (out.endProgress) out.endProgress();
-        out.fail(refusal);
-        return kRunFailed;
-    }
-    book.gameCount = scan.gameCount;
-    book.recordCount = scan.recordCount;
-    book.fullIndex = std::move(scan.gameIndex);
-    book.gameIndex = book.fullIndex;
+    ScanEnd end = ScanEnd::Complete;
+    if (const int status = readBook(options.input, style, scratch, book, end, out); status != 0)
+        return status;
     if (options.search) {
         const CriteriaFields fields = criteriaFields(*options.search);
         const Criteria criteria = parseCriteria(fields.words, fields.whiteMen, fields.blackMen,
@@ -209,7 +209,7 @@ int exportBook(const CliOptions& options, const CommandFolders& folders, const C
         if (out.progress) out.progress(progressText(place, total, clock.elapsed()));
     }
     if (out.endProgress) out.endProgress();
-    if (scan.end == ScanEnd::WriteFault || scan.end == ScanEnd::GameLimit) {
+    if (end == ScanEnd::WriteFault || end == ScanEnd::GameLimit) {
         out.fail(QStringLiteral("only the first %1 games of the book could be read")
                      .arg(book.gameCount));
         return kRunFailed;
@@ -268,6 +268,8 @@ int runCommand(const CliOptions& options, const CommandFolders& folders, const C
         return renderPosition(options, folders, out);
     case CliCommand::Export:
         return exportBook(options, folders, out);
+    case CliCommand::Solve:
+        return solveBook(options, folders, out);
     }
     return kBadArguments;
 }

@@ -2,6 +2,8 @@
 // the diagram drawn as the editor draws it, one picture per position.
 #pragma once
 
+#include "books/book_scan.h"
+#include "books/book_walk.h"
 #include "cli/command_line.h"
 #include "drawing/diagram.h"
 #include "styles/style.h"
@@ -9,6 +11,9 @@
 #include <QString>
 #include <cstdio>
 #include <functional>
+#include <memory>
+
+class QLockFile;
 
 namespace marlith {
 
@@ -59,6 +64,34 @@ struct CommandOutput {
     std::function<void(const QString&)> progress;
     std::function<void()> endProgress;
 };
+
+// The work file of a scan, and any other temporary file of the command,
+// under a temporary seed of this run that no running editor holds: all of
+// them go at the end.
+class ScratchWorkFile {
+  public:
+    explicit ScratchWorkFile(const QString& folder);
+    ~ScratchWorkFile();
+    ScratchWorkFile(const ScratchWorkFile&) = delete;
+    ScratchWorkFile& operator=(const ScratchWorkFile&) = delete;
+    bool open(WorkFile& work) const;
+    bool held() const { return lock_ != nullptr; }
+    const QString& folder() const { return folder_; }
+    const QString& seed() const { return seed_; }
+
+  private:
+    QString folder_;
+    QString seed_;
+    std::unique_ptr<QLockFile> lock_;
+};
+
+// The book scanned into the scratch work file; 0, or the status of a run
+// that failed, its message told.
+int readBook(const QString& bookFile, const Style& style, const ScratchWorkFile& scratch,
+             OpenBook& book, ScanEnd& end, const CommandOutput& out);
+
+// The position of a game that a picture shows: its first, or its last.
+std::optional<QByteArray> gamePosition(OpenBook& book, int32_t place, bool last);
 
 // The command's run; the status for the shell.
 int runCommand(const CliOptions& options, const CommandFolders& folders, const CommandOutput& out);

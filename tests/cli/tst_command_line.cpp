@@ -1,11 +1,13 @@
 // The commands of the real program, run the way a shell runs them: no
 // display, no platform named, a program folder of their own.
 #include "cli/command_line.h"
+#include "cli/solve_rules.h"
 #include "support/file_bytes.h"
 
 #include <QDir>
 #include <QImage>
 #include <QProcess>
+#include <QStandardPaths>
 #include <QTest>
 
 using namespace marlith;
@@ -17,6 +19,42 @@ const QByteArray kFenBook = "[Event \"A\"]\n8/8/8/3k4/8/8/8/4K3\n[Event \"B\"]\n
                             "[Event \"C\"]\n8/8/8/8/8/8/8/k6K\n";
 const QByteArray kPgnBook = "[Event \"One\"]\n[White \"Kasparov\"]\n\n1. e4 e5 2. Nf3 *\n\n"
                             "[Event \"Two\"]\n[White \"Karpov\"]\n\n1. d4 d5 *\n";
+
+const QString kPopeye = QStringLiteral(MARLITH_REAL_POPEYE);
+
+// Problems whose verdicts Popeye was seen to give; the start position's
+// help-mate in 4 takes it more than a second.
+const QByteArray kProblems =
+    "[Event \"Sound\"]\n[Stipulation \"#2\"]\n8/8/8/5B2/5K2/1R6/8/2k5\n"
+    "[Event \"Long\"]\n[Stipulation \"h#4\"]\n"
+    "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR\n"
+    "[Event \"Cooked, twice\"]\n[Stipulation \"#2\"]\nk7/8/2K5/8/8/8/8/3R4\n"
+    "[Event \"Bare\"]\n[Stipulation \"#2\"]\nk7/8/8/8/8/8/8/K7\n"
+    "[Event \"Bad\"]\n[Stipulation \"foo2\"]\nk7/8/8/8/8/8/8/K7\n"
+    "[Event \"None\"]\nk7/8/8/8/8/8/8/K7\n";
+// The rows by game, up to the keys (the time differs from run to run).
+const QStringList kVerdicts{"1,Sound,#2,sound,1.Kf4-e3,",
+                            "2,Long,h#4,time limit,",
+                            "3,\"Cooked, twice\",#2,cooked,1.Kc6-b6; 1.Kc6-c7,",
+                            "4,Bare,#2,no solution,,",
+                            "5,Bad,foo2,error: input-error:cannot recognize the stipulation",
+                            "6,None,,error: Enter the stipulation!,,"};
+
+// The rows of results files, each checked to begin as its game's verdict.
+void compareVerdicts(const QStringList& files) {
+    QStringList rows;
+    for (const QString& file : files) {
+        QList<QByteArray> lines = readFile(file).split('\n');
+        QCOMPARE(lines.takeFirst() + '\n', QByteArray(kResultsHeader));
+        QCOMPARE(lines.takeLast(), QByteArray()); // whole lines only
+        for (const QByteArray& line : lines)
+            rows << QString::fromUtf8(line);
+    }
+    rows.sort();
+    QCOMPARE(rows.size(), kVerdicts.size());
+    for (qsizetype i = 0; i < rows.size(); ++i)
+        QVERIFY2(rows[i].startsWith(kVerdicts[i]), qPrintable(rows[i]));
+}
 
 struct Run {
     int status = -1;
@@ -31,14 +69,19 @@ class TstCommandLine : public QObject {
     TempFolder home_;
     TempFolder work_;
 
-    Run run(const QStringList& arguments) {
+    TempFolder popeyeHome_; // a program folder with Popeye in it
+
+    void prepare(QProcess& process, const QString& home) {
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             env.remove(QLatin1String(name));
-        env.insert(QStringLiteral("MARLITH_HOME"), home_.path());
-        QProcess process;
+        env.insert(QStringLiteral("MARLITH_HOME"), home);
         process.setProcessEnvironment(env);
         process.setWorkingDirectory(work_.path());
+    }
+    Run run(const QStringList& arguments, const QString& home = {}) {
+        QProcess process;
+        prepare(process, home.isEmpty() ? home_.path() : home);
         process.start(QStringLiteral(MARLITH_EXECUTABLE), arguments);
         Run result;
         if (!process.waitForFinished(120000)) return result;
@@ -55,6 +98,14 @@ class TstCommandLine : public QObject {
     void initTestCase() {
         writeFile(work_.filePath(QStringLiteral("b.fen")), kFenBook);
         writeFile(work_.filePath(QStringLiteral("b.pgn")), kPgnBook);
+        writeFile(work_.filePath(QStringLiteral("problems.fen")), kProblems);
+        if (QFileInfo(kPopeye).isExecutable())
+            QVERIFY(QFile::link(kPopeye, popeyeHome_.filePath(QStringLiteral("py"))));
+    }
+    void requirePopeye() {
+        if (!QFileInfo(kPopeye).isExecutable())
+            QSKIP("The real Popeye isn't built here: the folder of its source "
+                  "(../shared/engines) is missing.");
     }
 
     // Help and version on stdout; anything that can't be done is a status
@@ -85,6 +136,11 @@ class TstCommandLine : public QObject {
         QTest::newRow("unreadable book")
             << QStringList{"export", "none.pgn", "-o", "o"}
             << QByteArray("marlith: The book none.pgn doesn't exist.") << 1;
+        QTest::newRow("bad shard") << QStringList{"solve", "b.fen", "--shard", "3/2"}
+                                   << QByteArray("marlith: --shard needs I/N") << 2;
+        QTest::newRow("no Popeye")
+            << QStringList{"solve", "b.fen"}
+            << QByteArray("marlith: Popeye isn't in the program folder") << 1;
         QTest::newRow("nothing found")
             << QStringList{"export", "b.pgn", "-o", "o", "--search", "Tal"}
             << QByteArray("marlith: Game not found!") << 1;
@@ -162,6 +218,96 @@ class TstCommandLine : public QObject {
                 0);
         QVERIFY(readFile(work_.filePath("first/00001.svg")) !=
                 readFile(work_.filePath("last/00001.svg")));
+    }
+
+    // A stop keeps whole rows and leaves no temporary file; the same command
+    // then solves only the rest (and again the problem of a torn last line).
+    void solveStopAndGoOn() {
+        requirePopeye();
+        const QStringList solve{"solve", "problems.fen", "--maxtime", "1", "-o", "r.csv"};
+        const Run whole =
+            run(solve + QStringList{"--jobs", "2", "-o", "whole.csv"}, popeyeHome_.path());
+        QCOMPARE(whole.status, 0);
+        QVERIFY2(whole.err.isEmpty(), whole.err.constData()); // no progress line in a pipe
+        compareVerdicts({work_.filePath("whole.csv")});
+
+        QProcess stopped;
+        prepare(stopped, popeyeHome_.path());
+        stopped.start(QStringLiteral(MARLITH_EXECUTABLE), solve);
+        QTRY_VERIFY(readFile(work_.filePath("r.csv")).count('\n') >= 2);
+        stopped.terminate();
+        QVERIFY(stopped.waitForFinished());
+        QCOMPARE(stopped.exitCode(), 1);
+        QCOMPARE(QDir(popeyeHome_.path()).entryList({"f*"}), QStringList());
+        QFile torn(work_.filePath("r.csv"));
+        QVERIFY(torn.open(QIODevice::Append));
+        torn.write("6,None,,err");
+        torn.close();
+        QCOMPARE(run(solve, popeyeHome_.path()).status, 0);
+        compareVerdicts({work_.filePath("r.csv")});
+    }
+
+    // Two shards under GNU parallel give the rows of one run.
+    void solveShardsInParallel() {
+        requirePopeye();
+        const QString parallel = QStandardPaths::findExecutable(QStringLiteral("parallel"));
+        if (parallel.isEmpty()) QSKIP("GNU parallel isn't installed (Debian package parallel).");
+        QProcess process;
+        prepare(process, popeyeHome_.path());
+        process.start(parallel, {MARLITH_EXECUTABLE, "solve", "problems.fen", "--maxtime", "1",
+                                 "--shard", "{}/2", "-o", "part{}.csv", ":::", "1", "2"});
+        QVERIFY(process.waitForFinished(120000));
+        QCOMPARE(process.exitCode(), 0);
+        compareVerdicts({work_.filePath("part1.csv"), work_.filePath("part2.csv")});
+    }
+
+    // What Popeye's answer says, the keys at the outermost level only.
+    void popeyeAnswers_data() {
+        QTest::addColumn<QString>("out");
+        QTest::addColumn<QString>("err");
+        QTest::addColumn<QString>("verdict");
+        QTest::addColumn<QString>("keys");
+        QTest::newRow("key, defences and a try")
+            << "   1.Qa1-a2 ?\n      but\n      1...Ka8-b8 !\n   1.Kf4-e3 !\n"
+               "      1...Kc1-d1   2.Rb3-b1 #\n\nsolution finished. Time = 2:05.3 m:s\n"
+            << ""
+            << "sound"
+            << "1.Kf4-e3";
+        QTest::newRow("help play from the second half")
+            << "  1...Qa1-e5 +   2.Ke8-f8 Qe5-b8 #\n  1...Qa1-d4   2.Ke8-f8 Qd4-d8 #\n"
+            << ""
+            << "cooked"
+            << "1...Qa1-e5 + 2.Ke8-f8 Qe5-b8 #; 1...Qa1-d4 2.Ke8-f8 Qd4-d8 #";
+        QTest::newRow("limit") << "  1.e7-e5 Qd1-h5\nsolving interrupted. Time = 1.953 s\n"
+                               << ""
+                               << "time limit"
+                               << "1.e7-e5 Qd1-h5";
+        QTest::newRow("error") << "solution finished.\n"
+                               << "\nthe side to play can capture the king"
+                               << "error: the side to play can capture the king"
+                               << "";
+    }
+    void popeyeAnswers() {
+        QFETCH(QString, out);
+        QFETCH(QString, err);
+        QFETCH(QString, verdict);
+        QFETCH(QString, keys);
+        const PopeyeAnswer answer = readPopeyeAnswer(out, err);
+        QCOMPARE(verdictText(answer), verdict);
+        QCOMPARE(answer.keys.join(QLatin1String("; ")), keys);
+        if (out.contains(QLatin1String("2:05"))) QCOMPARE(answer.seconds, QString("125.300"));
+    }
+
+    void resultsFile() {
+        QCOMPARE(csvRow({"7", "a \"b\", c", "d\ne"}), QByteArray("7,\"a \"\"b\"\", c\",d e\n"));
+        const QByteArray text = QByteArray(kResultsHeader) + "2,x\n10,y\n3,\"torn";
+        const std::optional<EarlierResults> earlier = readEarlierResults(text);
+        QVERIFY(earlier);
+        QCOMPARE(earlier->games, (std::set<int32_t>{2, 10}));
+        QCOMPARE(earlier->wholeBytes, text.indexOf("3,"));
+        QVERIFY(!readEarlierResults("name,verdict\n"));
+        QCOMPARE(parseShard("2/3")->index, 2);
+        QVERIFY(!parseShard("0/3") && !parseShard("4/3") && !parseShard("1"));
     }
 
     void parsedOptions() {
