@@ -44,6 +44,11 @@ class TstStyle : public QObject {
         overlapping.ShowGrid = 1;
         overlapping.FontYBase = 300;
         overlapping.FontXBase = 45;
+        overlapping.SqrVSpc = 30;
+        overlapping.SqrHSpc = 45;
+        overlapping.CopyCounter = 1;
+        overlapping.FrameColor = 0x0000FF;
+        overlapping.FontColor = 0x00FF00;
         Style font = plain; // squares of 30 pixels, no sheet to measure
         font.SqrWidth = font.SqrHeight = font.SqrHTab = font.SqrVTab = 450;
         font.PiecesFont = QStringLiteral("Noto Sans Symbols 2");
