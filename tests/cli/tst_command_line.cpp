@@ -161,24 +161,34 @@ class TstCommandLine : public QObject {
     void renderFormats_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QByteArray>("magic");
-        QTest::newRow("png") << "d.png" << QByteArray("\x89PNG");
-        QTest::newRow("svg") << "d.svg" << QByteArray("<?xml");
-        QTest::newRow("pdf") << "d.pdf" << QByteArray("%PDF");
-        QTest::newRow("bmp") << "d.bmp" << QByteArray("BM");
+        QTest::addColumn<QString>("size"); // none: the style's own, 408 pixels
+        QTest::newRow("png") << "d.png" << QByteArray("\x89PNG") << "300";
+        QTest::newRow("svg") << "d.svg" << QByteArray("<?xml") << "300";
+        QTest::newRow("pdf") << "d.pdf" << QByteArray("%PDF") << "300";
+        QTest::newRow("bmp, own size") << "d.bmp" << QByteArray("BM") << "";
     }
     void renderFormats() {
         QFETCH(QString, name);
         QFETCH(QByteArray, magic);
-        const Run result =
-            run({"render", "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1", "-o", name,
-                 "--size", "300"});
+        QFETCH(QString, size);
+        QStringList arguments{
+            "render", "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1", "-o", name};
+        if (!size.isEmpty()) arguments << "--size" << size;
+        const Run result = run(arguments);
         QCOMPARE(result.status, 0);
         const QByteArray bytes = readFile(work_.filePath(name));
         QVERIFY(bytes.startsWith(magic));
         if (name.endsWith(QLatin1String(".svg")))
             QVERIFY(bytes.contains("viewBox=\"0 0 300 300\""));
-        else if (!name.endsWith(QLatin1String(".pdf")))
-            QCOMPARE(QImage(work_.filePath(name)).width(), 300);
+        if (name.endsWith(QLatin1String(".svg")) || name.endsWith(QLatin1String(".pdf"))) return;
+        // Every empty square is drawn: a good part of the picture is light square.
+        const QImage image(work_.filePath(name));
+        QCOMPARE(image.width(), size.isEmpty() ? 408 : 300);
+        int light = 0;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x)
+                light += image.pixel(x, y) == qRgb(240, 217, 181);
+        QVERIFY(light > image.width() * image.height() / 4);
     }
 
     // One picture per game, named by the game's own number.

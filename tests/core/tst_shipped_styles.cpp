@@ -86,9 +86,16 @@ class TstShippedStyles : public QObject {
         const int pieces = int(style.PiecesList.size());
         QVERIFY(sheet.width() >= pieces * across + width && sheet.height() >= down + height);
         QVERIFY(cell(0, 0) != cell(0, 1));
+        // Each piece fills a good part of its square.
         for (int row = 0; row < 2; ++row)
-            for (int column = 1; column <= pieces; ++column)
-                QVERIFY2(cell(column, row) != cell(0, row), qPrintable(QString::number(column)));
+            for (int column = 1; column <= pieces; ++column) {
+                const QImage piece = cell(column, row), bare = cell(0, row);
+                int drawn = 0;
+                for (int y = 0; y < height; ++y)
+                    for (int x = 0; x < width; ++x)
+                        drawn += piece.pixel(x, y) != bare.pixel(x, y);
+                QVERIFY2(drawn > width * height / 8, qPrintable(QString::number(column)));
+            }
         if (style.BorderFile.isEmpty()) return;
         const QImage border(style.BorderFile);
         QVERIFY(border.width() >= twipsToWholePixels(style.XBase) + style.BorderWidth * across);
