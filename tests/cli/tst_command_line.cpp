@@ -344,6 +344,7 @@ class TstCommandLine : public QObject {
         QTest::addColumn<QString>("text");
         QTest::newRow("start") << 0 << 10 << 0 << "0 of 10";
         QTest::newRow("slow") << 50 << 200 << 10000 << "50 of 200, 5.0/s, 0:30 left";
+        QTest::newRow("ten a second") << 100 << 400 << 10000 << "100 of 400, 10/s, 0:30 left";
         QTest::newRow("fast, rounded")
             << 1000 << 13927 << 2000 << "1000 of 13927, 500/s, 0:26 left";
         QTest::newRow("hours") << 1 << 3601 << 1000 << "1 of 3601, 1.0/s, 1:00:00 left";
