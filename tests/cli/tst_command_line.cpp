@@ -191,6 +191,16 @@ class TstCommandLine : public QObject {
         QVERIFY(light > image.width() * image.height() / 4);
     }
 
+    // A program folder's own settings come first: the shipped styles only
+    // stand in where it has none.
+    void ownStyles() {
+        TempFolder home;
+        writeFile(home.filePath(QStringLiteral("Marlith.ini")),
+                  "BeginStyle = Tiny\r\n  SqrWidth = 10 \r\n  SqrHeight = 10 \r\nEndStyle\r\n");
+        QCOMPARE(run({"render", "K7", "-o", "t.png", "--style", "Tiny"}, home.path()).status, 0);
+        QCOMPARE(QImage(work_.filePath(QStringLiteral("t.png"))).width(), 8 * 10 + 4);
+    }
+
     // One picture per game, named by the game's own number.
     void exportBooks_data() {
         QTest::addColumn<QStringList>("arguments");
