@@ -23,6 +23,8 @@ class TstChooserRules : public QObject {
                               shown(2, "*.pgn"), shown(3, "*.gif"), shown(4, "*.gif")}),
                  QStringList({"*.bmp Marlith.bmp", "*.fen ", "*.fen ", "*.bmp Marlith.bmp",
                               "*.gif Marlith.gif", "*.sty Marlith.sty"}));
+        QCOMPARE(chooserEntryFor(ChooserMode(2), {})->filters, (QStringList{"*.bmp", "*.gif"}));
+        QCOMPARE(chooserEntryFor(ChooserMode(4), {})->caption, "Import Styles from...");
     }
 
     void pathsAndDrives() {
