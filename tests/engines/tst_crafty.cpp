@@ -40,6 +40,15 @@ class TstCrafty : public QObject {
         writeFile(folder + "log.004", QByteArray());
         QCOMPARE(runLogExtension(folder, "002"), QString("003"));
         QVERIFY(runLogExtension(folder, "004").isEmpty());
+        // Of two logs written in the same moment, the higher number.
+        writeFile(folder + "log.005", "x");
+        QFile log(folder + "log.005"), older(folder + "log.003");
+        QVERIFY(log.open(QIODevice::ReadWrite) && older.open(QIODevice::ReadWrite));
+        const QDateTime moment = QDateTime::currentDateTime().addSecs(60);
+        QVERIFY(log.setFileTime(moment, QFileDevice::FileModificationTime) &&
+                older.setFileTime(moment, QFileDevice::FileModificationTime));
+        QCOMPARE(runLogExtension(folder, "002"), QString("005"));
+        log.remove();
         for (int i = 2; i <= 999; ++i)
             writeFile(folder + QString("log.%1").arg(i, 3, 10, QLatin1Char('0')), QByteArray());
         QCOMPARE(firstFreeLogExtension(folder), QString("000")); // all taken
