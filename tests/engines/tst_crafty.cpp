@@ -100,6 +100,14 @@ class TstCrafty : public QObject {
         QCOMPARE(step(false), 4);
         QCOMPARE(run.advance(false, start, rows), CraftyRun::Step::Finished);
         QCOMPARE(QDir(folder).entryList(QDir::Files), QStringList());
+        // Each run's clock starts from nought.
+        QCOMPARE(run.clock(100).value_or("-"), "-"); // finished: no clock
+        run.begin(folder, "001");
+        run.clock(100);
+        QCOMPARE(run.clock(165).value_or("-"), elapsedText(65));
+        run.begin(folder, "001");
+        QCOMPARE(run.clock(300).value_or("-"), "-"); // the same second as a fresh start
+        QCOMPARE(run.clock(302).value_or("-"), elapsedText(2));
     }
 };
 
