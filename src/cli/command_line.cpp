@@ -31,7 +31,7 @@ constexpr std::array<OptionName, 11> kOptionNames{
 
 // A command, what its one argument is, and the options it takes. A further
 // command is one more row here and one more run in the dispatcher.
-struct CommandSpec {
+struct CommandRule {
     QLatin1StringView name;
     CliCommand command;
     QLatin1StringView input; // what the argument is called in messages
@@ -42,7 +42,7 @@ constexpr unsigned bit(Option option) {
     return 1u << static_cast<unsigned>(option);
 }
 
-const std::array<CommandSpec, 3> kCommands{
+const std::array<CommandRule, 3> kCommands{
     {{QLatin1StringView("render"), CliCommand::Render, QLatin1StringView("a position text"),
       bit(Option::Output) | bit(Option::Style) | bit(Option::Size)},
      {QLatin1StringView("export"), CliCommand::Export, QLatin1StringView("a book"),
@@ -72,22 +72,9 @@ bool isCommand(const QStringList& arguments) {
     if (arguments.isEmpty()) return false;
     const QString& first = arguments.first();
     if (isHelp(first) || first == QLatin1String("--version")) return true;
-    for (const CommandSpec& spec : kCommands)
-        if (spec.name == first) return true;
+    for (const CommandRule& rule : kCommands)
+        if (rule.name == first) return true;
     return false;
-}
-
-std::optional<int> pictureWidth(const QString& text) {
-    bool ok = false;
-    const int width = text.toInt(&ok);
-    if (!ok || width < 1 || width > kMaxPictureWidth) return std::nullopt;
-    return width;
-}
-
-bool isPictureExtension(const QString& extension) {
-    static const QStringList extensions{QStringLiteral("svg"), QStringLiteral("png"),
-                                        QStringLiteral("pdf"), QStringLiteral("bmp")};
-    return extensions.contains(extension.toLower());
 }
 
 namespace {
@@ -101,6 +88,12 @@ std::optional<int> wholeNumber(const QString& text, int largest) {
 
 } // namespace
 
+bool isPictureExtension(const QString& extension) {
+    static const QStringList extensions{QStringLiteral("svg"), QStringLiteral("png"),
+                                        QStringLiteral("pdf"), QStringLiteral("bmp")};
+    return extensions.contains(extension.toLower());
+}
+
 ParsedCommandLine parseCommandLine(const QStringList& arguments) {
     ParsedCommandLine parsed;
     CliOptions& options = parsed.options;
@@ -113,16 +106,16 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments) {
             parsed.error = QStringLiteral("unexpected argument %1").arg(quoted(arguments.at(1)));
         return parsed;
     }
-    const CommandSpec* spec = nullptr;
-    for (const CommandSpec& candidate : kCommands)
-        if (candidate.name == arguments.first()) spec = &candidate;
-    if (!spec) {
+    const CommandRule* rule = nullptr;
+    for (const CommandRule& candidate : kCommands)
+        if (candidate.name == arguments.first()) rule = &candidate;
+    if (!rule) {
         parsed.error = QStringLiteral("unknown command %1 (see marlith --help)")
                            .arg(quoted(arguments.first()));
         return parsed;
     }
-    options.command = spec->command;
-    const QString commandName = spec->name;
+    options.command = rule->command;
+    const QString commandName = rule->name;
     bool haveInput = false;
     for (qsizetype i = 1; i < arguments.size(); ++i) {
         QString argument = arguments.at(i);
@@ -144,7 +137,7 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments) {
             continue;
         }
         const OptionName* option = findOption(argument);
-        if (!option || !(spec->options & bit(option->option))) {
+        if (!option || !(rule->options & bit(option->option))) {
             parsed.error = QStringLiteral("%1 has no option %2").arg(commandName, quoted(argument));
             return parsed;
         }
@@ -158,6 +151,19 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments) {
             parsed.error = QStringLiteral("option %1 takes no value").arg(argument);
             return parsed;
         }
+        // A whole number from 1 to `largest` into the field, else the error
+        // that says what was wanted.
+        const auto number = [&](int& field, int largest, const char* wanted) {
+            const std::optional<int> n = wholeNumber(*value, largest);
+            if (n)
+                field = *n;
+            else
+                parsed.error = QStringLiteral("%1 from 1 to %2, not %3")
+                                   .arg(QLatin1String(wanted))
+                                   .arg(largest)
+                                   .arg(quoted(*value));
+            return n.has_value();
+        };
         switch (option->option) {
         case Option::Output:
             options.output = *value;
@@ -166,14 +172,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments) {
             options.style = *value;
             break;
         case Option::Size:
-            if (const auto width = pictureWidth(*value)) {
-                options.width = *width;
-            } else {
-                parsed.error = QStringLiteral("--size needs a width in pixels from 1 to %1, not %2")
-                                   .arg(kMaxPictureWidth)
-                                   .arg(quoted(*value));
+            if (!number(options.width, kMaxPictureWidth, "--size needs a width in pixels"))
                 return parsed;
-            }
             break;
         case Option::Format:
             if (!isPictureExtension(*value)) {
@@ -190,14 +190,7 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments) {
             options.search = *value;
             break;
         case Option::Jobs:
-            if (const auto jobs = wholeNumber(*value, kMaxJobs)) {
-                options.jobs = *jobs;
-            } else {
-                parsed.error = QStringLiteral("--jobs needs a number from 1 to %1, not %2")
-                                   .arg(kMaxJobs)
-                                   .arg(quoted(*value));
-                return parsed;
-            }
+            if (!number(options.jobs, kMaxJobs, "--jobs needs a number")) return parsed;
             break;
         case Option::Shard:
             if (const auto shard = parseShard(*value)) {
@@ -210,14 +203,8 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments) {
             }
             break;
         case Option::MaxTime:
-            if (const auto seconds = wholeNumber(*value, kMaxSolvingSeconds)) {
-                options.maxTime = *seconds;
-            } else {
-                parsed.error = QStringLiteral("--maxtime needs whole seconds from 1 to %1, not %2")
-                                   .arg(kMaxSolvingSeconds)
-                                   .arg(quoted(*value));
+            if (!number(options.maxTime, kMaxSolvingSeconds, "--maxtime needs whole seconds"))
                 return parsed;
-            }
             break;
         case Option::Stipulation:
             options.stipulation = *value;
@@ -225,7 +212,7 @@ ParsedCommandLine parseCommandLine(const QStringList& arguments) {
         }
     }
     if (!haveInput || options.input.isEmpty())
-        parsed.error = QStringLiteral("%1 needs %2").arg(commandName, spec->input);
+        parsed.error = QStringLiteral("%1 needs %2").arg(commandName, rule->input);
     else if (options.output.isEmpty() && options.command != CliCommand::Solve)
         parsed.error =
             QStringLiteral("%1 needs -o %2")

@@ -51,10 +51,8 @@ QString helpText();
 // "marlith 0.1.0"
 QString versionText();
 
-// The width in pixels that --size asks for; none for anything but a whole
-// number from 1 to kMaxPictureWidth.
+// The largest width in pixels that --size takes.
 inline constexpr int kMaxPictureWidth = 10000;
-std::optional<int> pictureWidth(const QString& text);
 
 // The picture formats a command writes, by a file name's extension.
 bool isPictureExtension(const QString& extension);

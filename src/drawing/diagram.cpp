@@ -319,7 +319,7 @@ void Diagram::paintCell(QPainter& painter, int cell, int oneBasedSquare, const S
     const std::optional<CellPlace> place = cellPlace(cell, oneBasedSquare, style, reversedBoard);
     if (!place) return;
     const QSize size = squarePixels(style);
-    if (fontPieces_ && !style.PiecesFont.isEmpty()) {
+    if (fontPieces_) { // loaded only for a style that names a font
         const int pieces = static_cast<int>(style.PiecesList.size());
         const int colour = cell > pieces ? 1 : 0;
         const QRectF square(place->square, size);

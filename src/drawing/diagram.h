@@ -43,7 +43,7 @@ QSize mainWindowSize(const Style& style, bool bookPanelVisible);
 struct DiagramContent {
     const Style& style;
     const SquareVector& squares;
-    const Board& board;
+    Board board;
     int reversedBoard = 0;
 };
 

@@ -210,10 +210,7 @@ void MainWindow::createControls() {
     bookPanel_->hide(); // the book panel, shown while a book is open
 
     diagramView_ = new DiagramView(diagram_, central);
-    diagramView_->setSharpPainter([this](QPainter& painter) {
-        diagram_.paint(painter,
-                       {state_.style, state_.squares, state_.board(), state_.reversedBoard}, false);
-    });
+    diagramView_->setSharpPainter([this](QPainter& painter) { paintDiagram(painter, false); });
     diagramView_->setFocusPolicy(Qt::TabFocus);
     connect(diagramView_, &DiagramView::pressed, this, &MainWindow::pressOnBoard);
     connect(diagramView_, &DiagramView::dragged, this, &MainWindow::dragOnBoard);
@@ -521,13 +518,14 @@ void MainWindow::drawBoard() {
 
 void MainWindow::buildBoard() {
     setCursor(Qt::WaitCursor);
-    PieceCount count;
+    // The counter is taken from the board, where the dictionary can tell
+    // neutral pieces apart.
     const bool complete = marlith::buildBoard(
         positionEdit_->text(), state_.squares, state_.board(), state_.style.PiecesList,
         [this](int cell, int oneBasedSquare) {
             diagram_.copyCellToSquare(cell, oneBasedSquare, state_.style, state_.reversedBoard);
         },
-        &count);
+        nullptr);
     if (complete)
         pieceCounterLabel_->setText(
             counterText(countPieces(state_.squares, state_.board(), state_.style.PiecesList,
@@ -1093,12 +1091,14 @@ void MainWindow::copyHtml() {
     QGuiApplication::clipboard()->setMimeData(data);
 }
 
+void MainWindow::paintDiagram(QPainter& painter, bool transparent) const {
+    diagram_.paint(painter, {state_.style, state_.squares, state_.board(), state_.reversedBoard},
+                   transparent);
+}
+
 DiagramPicture MainWindow::diagramPicture() const {
-    return {diagram_.image(), [this](QPainter& painter, bool transparent) {
-                const DiagramContent content{state_.style, state_.squares, state_.board(),
-                                             state_.reversedBoard};
-                diagram_.paint(painter, content, transparent);
-            }};
+    return {diagram_.image(),
+            [this](QPainter& painter, bool transparent) { paintDiagram(painter, transparent); }};
 }
 
 void MainWindow::printDiagram() {

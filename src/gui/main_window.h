@@ -96,6 +96,7 @@ class MainWindow : public QMainWindow {
     // Marlith.pdf in the documents folder.
     // The diagram as it is now, to be drawn at any size.
     DiagramPicture diagramPicture() const;
+    void paintDiagram(QPainter& painter, bool transparent) const;
     void printDiagram();
 
     void saveImage();
