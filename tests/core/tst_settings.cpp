@@ -128,6 +128,21 @@ class TstSettings : public QObject {
         QCOMPARE(folder.get().toUpper().count("EXPORT"), 5);
     }
 
+    // The Popeye window's fields, every one of them, come back as written.
+    void popeyeFieldsComeBack() {
+        const Folder folder(crlf("RecentStyle = A\n"));
+        KeptSession kept;
+        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+            kept.popeyeFields.box(i) = QStringLiteral("field %1, with; separators").arg(i);
+        QVERIFY(writeSettings(folder.path(), {}, {}, {}, {}, &kept));
+        Program program;
+        KeptSession back;
+        readSettings(folder.ini(), folder.path(), program.style, program.recent, program.engine,
+                     &back);
+        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+            QCOMPARE(back.popeyeFields.box(i), kept.popeyeFields.box(i));
+    }
+
     // Which block a first reading takes, judged as the file goes by; the
     // style's block has 20-pixel squares.
     void firstReading_data() {
