@@ -66,7 +66,8 @@ class TstBookAppend : public QObject {
         QCOMPARE(moveLines.join(u' ').simplified(), moves + u'*');
     }
 
-    // A disk that fills up during the append leaves the book as it was.
+    // A disk that fills up during the append leaves the book as it was; a
+    // work file that fails keeps the game in the book and says so.
     void aFailedAppendLeavesTheBook() {
         QTemporaryDir dir;
         const QString path = dir.filePath(QStringLiteral("b.fen"));
@@ -81,6 +82,10 @@ class TstBookAppend : public QObject {
         }
         QCOMPARE(testing::readFile(path), old);
         QVERIFY(error.contains(u"not added") && !error.contains(u"part of the game"));
+        // The book takes the game, the work file (never opened) can't.
+        QVERIFY(addGame(book, path, fenGame(tags("", ""), {"K7/8"}), error));
+        QCOMPARE(error, "The game was added to " + path +
+                            ", but it can be walked only after the book is opened again.");
     }
 };
 
