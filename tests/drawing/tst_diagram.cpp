@@ -12,6 +12,7 @@
 #include <QTest>
 #include <algorithm>
 #include <array>
+#include <functional>
 
 using namespace marlith;
 using namespace marlith::testing;
@@ -30,7 +31,8 @@ Style defaultStyle() {
 
 // Draws the empty diagram and builds the text on it, as the main window does.
 struct Scene {
-    Style style = defaultStyle();
+    explicit Scene(Style from = defaultStyle()) : style(std::move(from)) {}
+    Style style;
     Diagram diagram;
     SquareVector squareVector{};
     int reversed = 0;
@@ -57,14 +59,27 @@ struct Scene {
 };
 
 // The shipped Print style: pieces from the font, hatched dark squares, a frame.
-Scene printScene(const QString& text) {
-    Scene scene;
+Style printStyle() {
+    Style style = defaultStyle();
     RecentList recent;
     QString engine;
-    scene.style.StyleName = QStringLiteral("Print");
-    readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, scene.style, recent, engine);
+    style.StyleName = QStringLiteral("Print");
+    readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, style, recent, engine);
+    return style;
+}
+
+Scene printScene(const QString& text) {
+    Scene scene{printStyle()};
     scene.draw(text);
     return scene;
+}
+
+QImage painted(QSize size, const std::function<void(QPainter&)>& paint) {
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    paint(painter);
+    painter.end();
+    return image;
 }
 
 bool onlyColour(const QImage& image, QRgb colour) {
@@ -120,8 +135,8 @@ class TstDiagram : public QObject {
         huge.style.BorderWidth = huge.style.BorderHeight = 20;
         huge.style.SqrWidth = huge.style.SqrHeight = 32760;
         huge.draw(QStringLiteral("KkKk"));
-        QCOMPARE(QSize(huge.style.WndWidth, huge.style.WndHeight), QSize(0, 0));
-        QVERIFY(huge.diagram.image().width() == 0);
+        QCOMPARE((QList{huge.style.WndWidth, huge.style.WndHeight, huge.diagram.image().width()}),
+                 (QList{0, 0, 0}));
         Scene scene;
         scene.style.XBase = scene.style.SqrVTab = 32767;
         scene.style.YBase = scene.style.SqrHSpc = -32768;
@@ -142,11 +157,7 @@ class TstDiagram : public QObject {
         solid.fill(kRed);
         QVERIFY(solid.save(dir.filePath(QStringLiteral("red.bmp"))));
         for (const auto& [rows, columns] : {std::pair{8, 8}, {7, 10}}) {
-            Scene s;
-            RecentList recent;
-            QString engine;
-            s.style.StyleName = QStringLiteral("Print");
-            readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, s.style, recent, engine);
+            Scene s{printStyle()};
             s.style.PiecesFont.clear();
             s.style.PiecesFile = dir.filePath(QStringLiteral("red.bmp"));
             s.style.WndWidth += (columns - s.style.BorderWidth) * 960; // same margins
@@ -289,12 +300,8 @@ class TstDiagram : public QObject {
         QVERIFY(writeImageFile(picture, dir.filePath("d.pdf")));
         QVERIFY(!readFile(dir.filePath("d.pdf")).contains("/Subtype /Image"));
 
-        QImage same(picture.screen.size(), QImage::Format_RGB32);
-        QPainter painter(&same);
-        picture.paint(painter, false);
-        painter.end();
-        QCOMPARE(same, picture.screen);
-
+        QCOMPARE(painted(picture.screen.size(), [&](QPainter& p) { picture.paint(p, false); }),
+                 picture.screen);
         const QImage large = diagramImage(picture, 4 * 550, false);
         QCOMPARE(large.size(), QSize(2200, 2200));
         const QImage enlarged = picture.screen.scaled(large.size());
@@ -313,10 +320,9 @@ class TstDiagram : public QObject {
     // Hatching scaled 1.45 times stays even: each line that a row of an
     // empty dark square crosses takes as much ink as any other.
     void hatchingEvenWhenScaled() {
-        const int width = 800;
         Scene scene = printScene(QStringLiteral("8/8/8/3k4/8/8/8/4K3"));
-        const QImage image = diagramImage(scene.picture(), width, false);
-        const double scale = width / 550.0;
+        const QImage image = diagramImage(scene.picture(), 800, false);
+        const double scale = 800 / 550.0;
         QList<int> inks;
         for (int y = int(24 * scale); y < int(78 * scale); ++y) { // rows of b8
             QList<int> row{0};
@@ -339,11 +345,8 @@ class TstDiagram : public QObject {
         scene.draw(QStringLiteral("KkQq"));
         const DiagramPicture picture = scene.picture();
         QSvgRenderer svg(diagramSvg(picture, 0, false));
-        QImage drawn(picture.screen.size(), QImage::Format_RGB32);
-        QPainter painter(&drawn);
-        svg.render(&painter);
-        painter.end();
-        QCOMPARE(drawn, picture.screen);
+        QCOMPARE(painted(picture.screen.size(), [&](QPainter& p) { svg.render(&p); }),
+                 picture.screen);
     }
 
     // What an export is written at: a tall board keeps its height within the
@@ -368,10 +371,9 @@ class TstDiagram : public QObject {
         QFETCH(int, format);
         QFETCH(QSize, picture);
         QFETCH(int, width);
-        ExportChoices choices{ImageFormat(format), width, width, 0, true};
         QFETCH(int, dotsPerInch);
-        choices.dotsPerInch = dotsPerInch;
-        const PictureSize size = exportPictureSize(choices, picture);
+        const PictureSize size =
+            exportPictureSize({ImageFormat(format), width, width, dotsPerInch, true}, picture);
         QTEST(
             QStringLiteral("%1 %2 %3").arg(size.width).arg(size.dotsPerInch).arg(size.transparent),
             "written");
@@ -425,12 +427,12 @@ class TstDiagram : public QObject {
         scene.style.SqrWidth = scene.style.SqrHeight = 300;
         scene.style.PiecesFile = QStringLiteral("sheet.gif"); // in the program folder
         scene.draw(QStringLiteral("xX"));
-        QCOMPARE(scene.diagram.image().pixel(10, 10), kRed);            // x on colour 0
-        QCOMPARE(scene.diagram.image().pixel(30, 10), qRgb(0, 0, 255)); // X on colour 1
+        const QRgb x = scene.diagram.image().pixel(10, 10), X = scene.diagram.image().pixel(30, 10);
         // A sheet that can't be read keeps the one in use.
         scene.style.PiecesFile = folder + QStringLiteral("missing.bmp");
         scene.draw(QStringLiteral("xX"));
-        QCOMPARE(scene.diagram.image().pixel(10, 10), kRed);
+        QCOMPARE((QList{x, X, scene.diagram.image().pixel(10, 10)}),
+                 (QList{kRed, qRgb(0, 0, 255), kRed})); // x on colour 0, X on colour 1
     }
 };
 
