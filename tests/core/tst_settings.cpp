@@ -28,12 +28,13 @@ struct Program {
     Style style;
     RecentList recent;
     QString engine;
+    KeptSession kept;
     SettingsRead last;
 
     Program() { resetStyle(style); }
     explicit Program(const Folder& folder) : Program() { read(folder); }
     Program& read(const Folder& folder) {
-        last = readSettings(folder.ini(), folder.path(), style, recent, engine);
+        last = readSettings(folder.ini(), folder.path(), style, recent, engine, &kept);
         return *this;
     }
     bool write(const Folder& folder) const {
@@ -88,7 +89,8 @@ class TstSettings : public QObject {
 
     // Export choices come back as written; a number out of range is brought
     // into it, a value that means nothing leaves the default, and a file
-    // without them gives the defaults. The rewrite holds each line once.
+    // without them gives the defaults. The rewrite holds each line once, and
+    // every field of the Popeye window comes back as written.
     void exportChoices_data() {
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QString>("choices"); // format, width, mm, dpi, transparent
@@ -108,39 +110,25 @@ class TstSettings : public QObject {
     void exportChoices() {
         QFETCH(QByteArray, lines);
         const Folder folder(crlf(lines));
-        const auto read = [&folder] {
-            Program program;
-            KeptSession kept;
-            readSettings(folder.ini(), folder.path(), program.style, program.recent, program.engine,
-                         &kept);
-            const ExportChoices& c = kept.exportChoices;
-            return std::pair(kept, QStringLiteral("%1 %2 %3 %4 %5")
-                                       .arg(formatName(c.format))
-                                       .arg(c.width)
-                                       .arg(c.millimetres)
-                                       .arg(c.dotsPerInch)
-                                       .arg(c.transparent));
+        const auto choices = [](const Program& program) {
+            const ExportChoices& c = program.kept.exportChoices;
+            return QStringLiteral("%1 %2 %3 %4 %5")
+                .arg(formatName(c.format))
+                .arg(c.width)
+                .arg(c.millimetres)
+                .arg(c.dotsPerInch)
+                .arg(c.transparent);
         };
-        const auto [kept, choices] = read();
-        QTEST(choices, "choices");
-        QVERIFY(writeSettings(folder.path(), {}, {}, {}, {}, &kept));
-        QTEST(read().second, "choices");
+        Program program(folder);
+        QTEST(choices(program), "choices");
+        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+            program.kept.popeyeFields.box(i) = QStringLiteral("field %1, with; separators").arg(i);
+        QVERIFY(writeSettings(folder.path(), {}, {}, {}, {}, &program.kept));
+        const Program back(folder);
+        QTEST(choices(back), "choices");
         QCOMPARE(folder.get().toUpper().count("EXPORT"), 5);
-    }
-
-    // The Popeye window's fields, every one of them, come back as written.
-    void popeyeFieldsComeBack() {
-        const Folder folder(crlf("RecentStyle = A\n"));
-        KeptSession kept;
         for (size_t i = 0; i < PopeyeFields::kCount; ++i)
-            kept.popeyeFields.box(i) = QStringLiteral("field %1, with; separators").arg(i);
-        QVERIFY(writeSettings(folder.path(), {}, {}, {}, {}, &kept));
-        Program program;
-        KeptSession back;
-        readSettings(folder.ini(), folder.path(), program.style, program.recent, program.engine,
-                     &back);
-        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
-            QCOMPARE(back.popeyeFields.box(i), kept.popeyeFields.box(i));
+            QCOMPARE(back.kept.popeyeFields.box(i), program.kept.popeyeFields.box(i));
     }
 
     // Which block a first reading takes, judged as the file goes by; the
@@ -178,9 +166,9 @@ class TstSettings : public QObject {
         QVERIFY(writeStyles(folder.path(), program.style, true));
         program.style.StyleName = QStringLiteral("AARDVARK");
         program.read(folder);
-        QCOMPARE(program.style.StyleName, QStringLiteral("AARDVARK"));
+        QCOMPARE(std::tuple(program.style.StyleName, program.style.SqrWidth),
+                 std::tuple(QString("AARDVARK"), int16_t(25 * 15)));
         QVERIFY(program.last.styleNames.isEmpty());
-        QCOMPARE(program.style.SqrWidth, int16_t(25 * 15));
         QCOMPARE(program.recent, (RecentList{"/b/new.pgn", "/b/old.pgn", "/b/since.pgn", ""}));
         QVERIFY(writeStyles(folder.path(), program.style, false));
         QCOMPARE(folder.get(), kLibrary);
@@ -196,10 +184,9 @@ class TstSettings : public QObject {
                         "  SqrHeight = 2185\n  XBase = 5\n"
                         "RecentFile = /b/after.pgn\nRecentEngine = Crafty\nBeginStyle = Z\n")));
         QVERIFY(program.last.stoppedAtFault);
-        QCOMPARE(program.style.SqrWidth, int16_t(300));
-        QCOMPARE(program.style.XBase, int16_t(0));
+        QCOMPARE(std::tuple(program.style.SqrWidth, program.style.XBase, program.engine),
+                 std::tuple(int16_t(300), int16_t(0), QString("Popeye")));
         QCOMPARE(program.recent, (RecentList{"/b/before.pgn", "", "", ""}));
-        QCOMPARE(program.engine, QStringLiteral("Popeye"));
         QCOMPARE(program.last.styleNames, QStringList({"Other", "A"}));
     }
 
@@ -243,9 +230,8 @@ class TstSettings : public QObject {
             "; by hand\r\n\r\nRecentStyle = Beta\r\nUnknown line without equals\r\n"
             "; caf\xe9 in another code page\r\nBeginStyle = Alpha\r\n  SqrWidth = 20 ; twenty \r\n"
             "RecentStyle = Beta\r\nEndStyle\r\n";
-        const RecentList recent{"/b/2.pgn", "/b/1.pgn", "", ""};
-        QVERIFY(
-            writeSettings(folder.path(), recent, QStringLiteral("Popeye"), QStringLiteral("Beta")));
+        QVERIFY(writeSettings(folder.path(), {"/b/2.pgn", "/b/1.pgn", "", ""},
+                              QStringLiteral("Popeye"), QStringLiteral("Beta")));
         QCOMPARE(folder.get(), expected);
     }
 
@@ -306,9 +292,9 @@ class TstSettings : public QObject {
                                     "ces\x80.bmp\nEndStyle\n");
         Folder folder(old);
         Program program(folder);
-        QCOMPARE(program.style.StyleName, QStringLiteral("Échecs"));
-        QCOMPARE(program.style.PiecesFile, folder.path() + QStringLiteral("pièces€.bmp"));
-        QCOMPARE(program.recent[0], QStringLiteral("/b/Études.pgn"));
+        QCOMPARE(
+            QStringList({program.style.StyleName, program.style.PiecesFile, program.recent[0]}),
+            QStringList({"Échecs", folder.path() + "pièces€.bmp", "/b/Études.pgn"}));
         // Written back unchanged, it is the same file byte for byte.
         QVERIFY(program.write(folder));
         QCOMPARE(folder.get(), old);
