@@ -70,9 +70,7 @@ class TstSettings : public QObject {
         QCOMPARE(unescapeSettingsValue(escaped), value);
     }
 
-    // The oldest path falls out, a known one moves up, and case tells paths
-    // apart. In the menu a long path is cut at folder boundaries from the
-    // left, the root kept in front; with no folder left, to its last characters.
+    // The oldest path falls out, a known one moves up; a long one is cut in the menu.
     void recentPaths() {
         RecentList recent;
         for (const char* book : {"/b/1", "/b/2", "/b/3", "/b/4", "/b/5", "/b/4", "/B/4"})
@@ -87,10 +85,7 @@ class TstSettings : public QObject {
         QVERIFY(items[2].visible && !items[3].visible);
     }
 
-    // Export choices come back as written; a number out of range is brought
-    // into it, a value that means nothing leaves the default, and a file
-    // without them gives the defaults. The rewrite holds each line once, and
-    // every field of the Popeye window comes back as written.
+    // Export choices, brought into range, and the Popeye fields come back; one line each.
     void exportChoices_data() {
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QString>("choices"); // format, width, mm, dpi, transparent
@@ -131,8 +126,7 @@ class TstSettings : public QObject {
             QCOMPARE(back.kept.popeyeFields.box(i), program.kept.popeyeFields.box(i));
     }
 
-    // Which block a first reading takes, judged as the file goes by; the
-    // style's block has 20-pixel squares.
+    // Which block a first reading takes; the style's block has 20-pixel squares.
     void firstReading_data() {
         QTest::addColumn<QByteArray>("file");
         QTest::addColumn<QString>("style");
@@ -140,8 +134,7 @@ class TstSettings : public QObject {
         QTest::newRow("names in any case")
             << QByteArray("recentstyle = ALPHA\n beginstyle = alpha\n  sqrwidth = 20\n") << "ALPHA"
             << QStringList{"alpha"};
-        // The first block is the style until a name comes; its flag stays up
-        // until the next BeginStyle.
+        // The first block is the style until a name comes, up to the next BeginStyle.
         QTest::newRow("a name inside a block")
             << QByteArray("BeginStyle = A\n Style = B\nEndStyle\n SqrWidth = 20\nBeginStyle = B\n")
             << "B" << QStringList{"A", "B"};
@@ -154,9 +147,8 @@ class TstSettings : public QObject {
         QTEST(program.last.styleNames, "names");
     }
 
-    // A re-reading after a pick keeps the name and the recent paths, and takes
-    // the block of that name in any case; a stored block reads back so, and
-    // deleting it gives the old file back.
+    // A re-reading after a pick takes the block of that name in any case;
+    // deleting a stored block gives the old file back.
     void reReadingAfterAPick() {
         Folder folder(kLibrary);
         Program program(folder);
@@ -190,10 +182,8 @@ class TstSettings : public QObject {
         QCOMPARE(program.last.styleNames, QStringList({"Other", "A"}));
     }
 
-    // Without an old file the reading gives the defaults, and the new file
-    // holds the recent lines alone, oldest first; a path that would make
-    // lines of its own, or come back cut, is not kept. A settings file that
-    // can't be read as a file is neither read nor replaced.
+    // Without a file: the defaults, then the recent lines alone, none that
+    // would come back otherwise. A folder in the file's place stays.
     void firstRun() {
         Folder folder;
         Program program;
@@ -216,9 +206,7 @@ class TstSettings : public QObject {
         QVERIFY(QFileInfo(folder.ini()).isDir() && folder.leftOvers() == 0);
     }
 
-    // Recent lines go to the top, style lines (by their start, in any case)
-    // carry the current name, every other line stays byte for byte, and every
-    // line ends in CR LF.
+    // Recent lines on top, style lines renamed, the rest byte for byte, all in CR LF.
     void handWrittenLinesSurviveEveryRun() {
         Folder folder("; by hand\rRecentFile = /old/one.pgn\r\nRecentEngine = Crafty\r\n\r\n"
                       "  recentstyle=old ; the comment goes with the line\r\n"
@@ -235,9 +223,7 @@ class TstSettings : public QObject {
         QCOMPARE(folder.get(), expected);
     }
 
-    // A style's block goes in the order of names, one blank line from its
-    // neighbours; its old block goes with what stands behind it. "*" stands
-    // for the block stored.
+    // A block goes in the order of names, a blank line apart; "*" is the block stored.
     void styleBlocksKeepTheirOrder_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("store");
@@ -266,8 +252,7 @@ class TstSettings : public QObject {
         QCOMPARE(result.join('\n'), after.replace("*", block.join('\n')));
     }
 
-    // Two writers of one folder take turns: every style that either stored
-    // is in the file.
+    // Two writers of one folder take turns: every style stored is in the file.
     void writersTakeTurns() {
         Folder folder(kLibrary);
         const auto store = [&folder](const QString& prefix) {
@@ -283,8 +268,7 @@ class TstSettings : public QObject {
         QCOMPARE(folder.get().count("BeginStyle"), 2 + 80);
     }
 
-    // A file from the old platform: names and paths in Windows-1252 read
-    // right, a saved block follows its code, and no other byte changes.
+    // A Windows-1252 file reads right and is written back byte for byte.
     void aWindows1252FileStaysOne() {
         const QByteArray old = crlf("RecentFile = /b/\xC9tudes.pgn\n\nBeginStyle = \xC9"
                                     "checs\n  SqrWidth = 20 \n"
@@ -295,14 +279,11 @@ class TstSettings : public QObject {
         QCOMPARE(
             QStringList({program.style.StyleName, program.style.PiecesFile, program.recent[0]}),
             QStringList({"Échecs", folder.path() + "pièces€.bmp", "/b/Études.pgn"}));
-        // Written back unchanged, it is the same file byte for byte.
         QVERIFY(program.write(folder));
         QCOMPARE(folder.get(), old);
     }
 
-    // Failing before the first line, midway, at the last or at the rename:
-    // the old file stays whole, and so it does when a copy is killed midway,
-    // whose temporary file the next write clears.
+    // The old file stays whole; a killed copy's temporary file goes on the next write.
     void aWriteThatDoesntFinishLeavesTheOldFile_data() {
         QTest::addColumn<int>("failAt"); // the line it fails before; -1 the rename
         QTest::newRow("before the first line") << 0;

@@ -94,8 +94,7 @@ bool onlyColour(const QImage& image, QRgb colour) {
 class TstDiagram : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // The start position, square by square, equals the cells of the sheet;
-    // the four pixels beyond the last square show the background.
+    // Each square shows its sheet cell; the 4 pixels past the board, the background.
     void startPositionPixels() {
         Scene scene;
         scene.draw(scene.style.StartPos);
@@ -114,9 +113,7 @@ class TstDiagram : public QObject {
     }
 
     void fallbackAndSquareBoards() {
-        // Beyond 400 squares, or with a negative count, the board is 8 by 8;
-        // the width is 2 x base + (count - 1) x pitch + size + 60 twips.
-        // {rows, columns, rows and columns after, square board, width}
+        // Past 400 squares or below 0, 8 by 8. {rows, columns, after, square board, width}
         const int cases[][5] = {{21, 20, 8, 0, 1860}, {20, 20, 20, 1, 4560}, {-3, 5, 8, 0, 1860}};
         for (const auto& [rows, columns, after, square, width] : cases) {
             Style style = defaultStyle();
@@ -128,8 +125,7 @@ class TstDiagram : public QObject {
         }
     }
 
-    // Sizes past 16 bits give no picture; numbers at the ends of their range,
-    // cells beyond the sheet and squares beyond the board never read outside.
+    // Sizes past 16 bits give no picture; numbers at their ends never read outside.
     void extremeNumbersNeverReadOutside() {
         Scene huge;
         huge.style.BorderWidth = huge.style.BorderHeight = 20;
@@ -148,9 +144,8 @@ class TstDiagram : public QObject {
             scene.diagram.copyCellToSquare(cell, oneBasedSquare, scene.style, 0);
     }
 
-    // The shipped Print style, and its margins on a 7 x 10 board: the frame
-    // closes the picture, the strips inside it are even, and coordinates at
-    // the offsets 0, on the frame, ink nothing but the strips.
+    // The Print style, and its margins on a 7 x 10 board: frame, even strips, and
+    // coordinates at the offsets 0 inking the strips alone.
     void framedStrips() {
         QTemporaryDir dir;
         QImage solid(13 * 64, 2 * 64, QImage::Format_RGB32);
@@ -168,8 +163,7 @@ class TstDiagram : public QObject {
             const QImage plain = s.diagram.image();
             const int w = plain.width() - 1, h = plain.height() - 1;
             auto at = [&](int x, int y) { return plain.pixel(x, y); };
-            // Across and down from each corner and each edge's middle: 3 pixels
-            // of frame, 16 of strip, then the board.
+            // From each corner and edge middle: 3 pixels of frame, 16 of strip, the board.
             for (const auto& [x, y, dx, dy] :
                  {std::array{0, 0, 1, 1}, {w, 0, -1, 1}, {w, h, -1, -1}, {0, h, 1, -1}})
                 QCOMPARE(
@@ -214,8 +208,7 @@ class TstDiagram : public QObject {
     }
 
     void squareAtSharesTheGaps() {
-        // Each gap between two squares belongs half to each neighbour, the
-        // outer gaps included; the hit area is a whole pitch, not a square.
+        // Each gap, the outer ones too, belongs half to each neighbour.
         Style style = defaultStyle();
         style.SqrHTab = style.SqrVTab = 225;
         style.SqrHSpc = style.SqrVSpc = 30;
@@ -252,8 +245,7 @@ class TstDiagram : public QObject {
                  "<img src=\"sqb.gif\"><img src=\"pbw.gif\"><img src=\"sqb.gif\"><br>\r\n");
     }
 
-    // The extension in any case picks the format, else a bitmap, at the width
-    // asked for; a failed write keeps the old file.
+    // The extension in any case picks the format, else a bitmap; a failed write keeps the file.
     void imageFileByName_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("width");
@@ -289,9 +281,7 @@ class TstDiagram : public QObject {
         QCOMPARE(readFile(path), bytes);
     }
 
-    // A font style goes out as outlines: no bitmap in its SVG or PDF, and a
-    // larger picture is drawn at its size, not the screen's pixels enlarged;
-    // at the screen's size the drawing is the screen's picture.
+    // A font style goes out as outlines, drawn at the size asked, not enlarged.
     void fontStylesAtAnySize() {
         Scene scene = printScene(QStringLiteral("r3k2r/8/8/8/8/8/8/R3K2R"));
         const DiagramPicture picture = scene.picture();
@@ -317,8 +307,7 @@ class TstDiagram : public QObject {
                  (QList{255, 0, 255}));
     }
 
-    // Hatching scaled 1.45 times stays even: each line that a row of an
-    // empty dark square crosses takes as much ink as any other.
+    // Hatching scaled 1.45 times stays even: each line in a row of b8 takes the same ink.
     void hatchingEvenWhenScaled() {
         Scene scene = printScene(QStringLiteral("8/8/8/3k4/8/8/8/4K3"));
         const QImage image = diagramImage(scene.picture(), 800, false);
@@ -349,9 +338,8 @@ class TstDiagram : public QObject {
                  picture.screen);
     }
 
-    // What an export is written at: a tall board keeps its height within the
-    // largest side, a PDF page keeps its millimetres when the resolution must
-    // give way, and only PNG and SVG leave the background out.
+    // A tall board's height stays within the largest side; a PDF page keeps its
+    // millimetres; only PNG and SVG leave the background out.
     void exportSizes_data() {
         QTest::addColumn<int>("format");
         QTest::addColumn<QSize>("picture");
@@ -397,9 +385,7 @@ class TstDiagram : public QObject {
         QTEST(exportFileName(name, ImageFormat(format)), "result");
     }
 
-    // The signs a style names stand for its letters in turn; what is no
-    // character leaves the piece without a sign; with none named, the
-    // orthodox letters get theirs.
+    // Named signs stand for the letters in turn; with none named, the orthodox ones.
     void signsOfTheLetters() {
         using Signs = std::vector<std::optional<char32_t>>;
         QCOMPARE(piecesSigns("Kpx", {}), (Signs{0x2654, 0x265F, std::nullopt}));
