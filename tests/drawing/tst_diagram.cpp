@@ -94,7 +94,8 @@ bool onlyColour(const QImage& image, QRgb colour) {
 class TstDiagram : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // Each square shows its sheet cell; the 4 pixels past the board, the background.
+    // Each square shows its sheet cell, in the SVG too; the 4 pixels past the
+    // board, the background.
     void startPositionPixels() {
         Scene scene;
         scene.draw(scene.style.StartPos);
@@ -110,6 +111,8 @@ class TstDiagram : public QObject {
         QCOMPARE(image.size(), QSize(124, 124));
         QVERIFY(onlyColour(image.copy(120, 0, 4, 124), kBlack));
         QVERIFY(onlyColour(image.copy(0, 120, 124, 4), kBlack));
+        QSvgRenderer svg(diagramSvg(scene.picture(), 0, false));
+        QCOMPARE(painted(image.size(), [&](QPainter& p) { svg.render(&p); }), image);
     }
 
     void fallbackAndSquareBoards() {
@@ -281,7 +284,8 @@ class TstDiagram : public QObject {
         QCOMPARE(readFile(path), bytes);
     }
 
-    // A font style goes out as outlines, drawn at the size asked, not enlarged.
+    // A font style goes out as outlines, drawn at the size asked, not enlarged;
+    // hatching scaled 1.45 times stays even: each line in a row of b8 takes the same ink.
     void fontStylesAtAnySize() {
         Scene scene = printScene(QStringLiteral("r3k2r/8/8/8/8/8/8/R3K2R"));
         const DiagramPicture picture = scene.picture();
@@ -305,12 +309,7 @@ class TstDiagram : public QObject {
         QCOMPARE((QList{qAlpha(clear.pixel(1, 1)), qAlpha(clear.pixel(10, 10)),
                         qAlpha(clear.pixel(60, 60))}),
                  (QList{255, 0, 255}));
-    }
-
-    // Hatching scaled 1.45 times stays even: each line in a row of b8 takes the same ink.
-    void hatchingEvenWhenScaled() {
-        Scene scene = printScene(QStringLiteral("8/8/8/3k4/8/8/8/4K3"));
-        const QImage image = diagramImage(scene.picture(), 800, false);
+        const QImage image = diagramImage(picture, 800, false);
         const double scale = 800 / 550.0;
         QList<int> inks;
         for (int y = int(24 * scale); y < int(78 * scale); ++y) { // rows of b8
@@ -326,16 +325,6 @@ class TstDiagram : public QObject {
         }
         const auto [least, most] = std::minmax_element(inks.begin(), inks.end());
         QVERIFY(inks.size() > 100 && *most < *least * 1.2);
-    }
-
-    // A sheet style's SVG shows each square's own cell, as the screen does.
-    void sheetStyleSvgShowsTheCells() {
-        Scene scene;
-        scene.draw(QStringLiteral("KkQq"));
-        const DiagramPicture picture = scene.picture();
-        QSvgRenderer svg(diagramSvg(picture, 0, false));
-        QCOMPARE(painted(picture.screen.size(), [&](QPainter& p) { svg.render(&p); }),
-                 picture.screen);
     }
 
     // A tall board's height stays within the largest side; a PDF page keeps its
