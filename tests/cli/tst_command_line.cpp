@@ -58,8 +58,7 @@ void compareVerdicts(const QStringList& files) {
 
 struct Run {
     int status = -1;
-    QByteArray out;
-    QByteArray err;
+    QByteArray out, err;
 };
 
 } // namespace
@@ -319,9 +318,6 @@ class TstCommandLine : public QObject {
         QVERIFY(!readEarlierResults("name,verdict\n"));
         QCOMPARE(parseShard("2/3")->index, 2);
         QVERIFY(!parseShard("0/3") && !parseShard("4/3") && !parseShard("1"));
-    }
-
-    void parsedOptions() {
         CliOptions options = parseCommandLine({"export", "b", "--size=300", "-o", "f", "--format",
                                                "PNG", "--last", "--search", "x"})
                                  .options;

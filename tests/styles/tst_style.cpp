@@ -24,16 +24,14 @@ class TstStyle : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     // A margin of 0.1 pixel: 224 twips are still 15 pixels, 223 no longer.
-    void twipsBecomePixelsWithATenthToSpare() {
+    void twipsAndSquares() {
         const std::pair<double, int> cases[] = {
             {225, 15}, {224, 15}, {223, 14}, {32760, 2184}, {-7, -1}};
         for (const auto& [twips, pixels] : cases) {
             QCOMPARE(twipsToPixels(twips), double(pixels));
             QCOMPARE(twipsToWholePixels(twips), pixels);
         }
-    }
-
-    void boardSquaresRefusesWhatTheVectorCannotHold() {
+        // A board past what the square vector holds is 8 by 8.
         QCOMPARE((QList{boardSquares(20, 20), boardSquares(21, 20), boardSquares(0, 8),
                         boardSquares(8, -1)}),
                  (QList{400, 64, 0, 64}));

@@ -44,17 +44,14 @@ Style drawnSample() {
 class TstStyleBlock : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void items() {
-        const std::pair<const char*, QStringList> cases[] = {
+    void itemsAndTheirKeys() {
+        const std::pair<const char*, QStringList> texts[] = {
             {"a=1, b=2\r\n\r\n   \r\n,,c=3\nd=4\re=5", {"a=1", "b=2", "c=3", "d=4", "e=5"}},
             {"   \tSqrWidth = 20  \r\n", {"SqrWidth = 20  "}}, // trailing blanks stay
             {"\"PiecesList = p,P\", x=1", {"PiecesList = p,P", "x=1"}},
             {"x\r\n\"a, b\r\nc", {"x", "a, b\r\nc"}}}; // unclosed: runs to the end
-        for (const auto& [text, items] : cases)
+        for (const auto& [text, items] : texts)
             QCOMPARE(splitItems(QString::fromUtf8(text)), items);
-    }
-
-    void itemRules() {
         // Item, key for the settings reader, for the importer ("-": none), value.
         const std::array<const char*, 4> cases[] = {
             {"  sqrWidth =  Left Up ", "SQRWIDTH", "SQRWIDTH", "Left Up"},
