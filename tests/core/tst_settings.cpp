@@ -28,12 +28,13 @@ struct Program {
     Style style;
     RecentList recent;
     QString engine;
+    KeptSession kept;
     SettingsRead last;
 
     Program() { resetStyle(style); }
     explicit Program(const Folder& folder) : Program() { read(folder); }
     Program& read(const Folder& folder) {
-        last = readSettings(folder.ini(), folder.path(), style, recent, engine);
+        last = readSettings(folder.ini(), folder.path(), style, recent, engine, &kept);
         return *this;
     }
     bool write(const Folder& folder) const {
@@ -69,9 +70,7 @@ class TstSettings : public QObject {
         QCOMPARE(unescapeSettingsValue(escaped), value);
     }
 
-    // The oldest path falls out, a known one moves up, and case tells paths
-    // apart. In the menu a long path is cut at folder boundaries from the
-    // left, the root kept in front; with no folder left, to its last characters.
+    // The oldest path falls out, a known one moves up; a long one is cut in the menu.
     void recentPaths() {
         RecentList recent;
         for (const char* book : {"/b/1", "/b/2", "/b/3", "/b/4", "/b/5", "/b/4", "/B/4"})
@@ -86,9 +85,7 @@ class TstSettings : public QObject {
         QVERIFY(items[2].visible && !items[3].visible);
     }
 
-    // Export choices come back as written; a number out of range is brought
-    // into it, a value that means nothing leaves the default, and a file
-    // without them gives the defaults. The rewrite holds each line once.
+    // Export choices, brought into range, and the Popeye fields come back; one line each.
     void exportChoices_data() {
         QTest::addColumn<QByteArray>("lines");
         QTest::addColumn<QString>("choices"); // format, width, mm, dpi, transparent
@@ -108,43 +105,28 @@ class TstSettings : public QObject {
     void exportChoices() {
         QFETCH(QByteArray, lines);
         const Folder folder(crlf(lines));
-        const auto read = [&folder] {
-            Program program;
-            KeptSession kept;
-            readSettings(folder.ini(), folder.path(), program.style, program.recent, program.engine,
-                         &kept);
-            const ExportChoices& c = kept.exportChoices;
-            return std::pair(kept, QStringLiteral("%1 %2 %3 %4 %5")
-                                       .arg(formatName(c.format))
-                                       .arg(c.width)
-                                       .arg(c.millimetres)
-                                       .arg(c.dotsPerInch)
-                                       .arg(c.transparent));
+        const auto choices = [](const Program& program) {
+            const ExportChoices& c = program.kept.exportChoices;
+            return QStringLiteral("%1 %2 %3 %4 %5")
+                .arg(formatName(c.format))
+                .arg(c.width)
+                .arg(c.millimetres)
+                .arg(c.dotsPerInch)
+                .arg(c.transparent);
         };
-        const auto [kept, choices] = read();
-        QTEST(choices, "choices");
-        QVERIFY(writeSettings(folder.path(), {}, {}, {}, {}, &kept));
-        QTEST(read().second, "choices");
+        Program program(folder);
+        QTEST(choices(program), "choices");
+        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+            program.kept.popeyeFields.box(i) = QStringLiteral("field %1, with; separators").arg(i);
+        QVERIFY(writeSettings(folder.path(), {}, {}, {}, {}, &program.kept));
+        const Program back(folder);
+        QTEST(choices(back), "choices");
         QCOMPARE(folder.get().toUpper().count("EXPORT"), 5);
+        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
+            QCOMPARE(back.kept.popeyeFields.box(i), program.kept.popeyeFields.box(i));
     }
 
-    // The Popeye window's fields, every one of them, come back as written.
-    void popeyeFieldsComeBack() {
-        const Folder folder(crlf("RecentStyle = A\n"));
-        KeptSession kept;
-        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
-            kept.popeyeFields.box(i) = QStringLiteral("field %1, with; separators").arg(i);
-        QVERIFY(writeSettings(folder.path(), {}, {}, {}, {}, &kept));
-        Program program;
-        KeptSession back;
-        readSettings(folder.ini(), folder.path(), program.style, program.recent, program.engine,
-                     &back);
-        for (size_t i = 0; i < PopeyeFields::kCount; ++i)
-            QCOMPARE(back.popeyeFields.box(i), kept.popeyeFields.box(i));
-    }
-
-    // Which block a first reading takes, judged as the file goes by; the
-    // style's block has 20-pixel squares.
+    // Which block a first reading takes; the style's block has 20-pixel squares.
     void firstReading_data() {
         QTest::addColumn<QByteArray>("file");
         QTest::addColumn<QString>("style");
@@ -152,8 +134,7 @@ class TstSettings : public QObject {
         QTest::newRow("names in any case")
             << QByteArray("recentstyle = ALPHA\n beginstyle = alpha\n  sqrwidth = 20\n") << "ALPHA"
             << QStringList{"alpha"};
-        // The first block is the style until a name comes; its flag stays up
-        // until the next BeginStyle.
+        // The first block is the style until a name comes, up to the next BeginStyle.
         QTest::newRow("a name inside a block")
             << QByteArray("BeginStyle = A\n Style = B\nEndStyle\n SqrWidth = 20\nBeginStyle = B\n")
             << "B" << QStringList{"A", "B"};
@@ -166,9 +147,8 @@ class TstSettings : public QObject {
         QTEST(program.last.styleNames, "names");
     }
 
-    // A re-reading after a pick keeps the name and the recent paths, and takes
-    // the block of that name in any case; a stored block reads back so, and
-    // deleting it gives the old file back.
+    // A re-reading after a pick takes the block of that name in any case;
+    // deleting a stored block gives the old file back.
     void reReadingAfterAPick() {
         Folder folder(kLibrary);
         Program program(folder);
@@ -178,9 +158,9 @@ class TstSettings : public QObject {
         QVERIFY(writeStyles(folder.path(), program.style, true));
         program.style.StyleName = QStringLiteral("AARDVARK");
         program.read(folder);
-        QCOMPARE(program.style.StyleName, QStringLiteral("AARDVARK"));
+        QCOMPARE(std::tuple(program.style.StyleName, program.style.SqrWidth),
+                 std::tuple(QString("AARDVARK"), int16_t(25 * 15)));
         QVERIFY(program.last.styleNames.isEmpty());
-        QCOMPARE(program.style.SqrWidth, int16_t(25 * 15));
         QCOMPARE(program.recent, (RecentList{"/b/new.pgn", "/b/old.pgn", "/b/since.pgn", ""}));
         QVERIFY(writeStyles(folder.path(), program.style, false));
         QCOMPARE(folder.get(), kLibrary);
@@ -196,17 +176,14 @@ class TstSettings : public QObject {
                         "  SqrHeight = 2185\n  XBase = 5\n"
                         "RecentFile = /b/after.pgn\nRecentEngine = Crafty\nBeginStyle = Z\n")));
         QVERIFY(program.last.stoppedAtFault);
-        QCOMPARE(program.style.SqrWidth, int16_t(300));
-        QCOMPARE(program.style.XBase, int16_t(0));
+        QCOMPARE(std::tuple(program.style.SqrWidth, program.style.XBase, program.engine),
+                 std::tuple(int16_t(300), int16_t(0), QString("Popeye")));
         QCOMPARE(program.recent, (RecentList{"/b/before.pgn", "", "", ""}));
-        QCOMPARE(program.engine, QStringLiteral("Popeye"));
         QCOMPARE(program.last.styleNames, QStringList({"Other", "A"}));
     }
 
-    // Without an old file the reading gives the defaults, and the new file
-    // holds the recent lines alone, oldest first; a path that would make
-    // lines of its own, or come back cut, is not kept. A settings file that
-    // can't be read as a file is neither read nor replaced.
+    // Without a file: the defaults, then the recent lines alone, none that
+    // would come back otherwise. A folder in the file's place stays.
     void firstRun() {
         Folder folder;
         Program program;
@@ -229,9 +206,7 @@ class TstSettings : public QObject {
         QVERIFY(QFileInfo(folder.ini()).isDir() && folder.leftOvers() == 0);
     }
 
-    // Recent lines go to the top, style lines (by their start, in any case)
-    // carry the current name, every other line stays byte for byte, and every
-    // line ends in CR LF.
+    // Recent lines on top, style lines renamed, the rest byte for byte, all in CR LF.
     void handWrittenLinesSurviveEveryRun() {
         Folder folder("; by hand\rRecentFile = /old/one.pgn\r\nRecentEngine = Crafty\r\n\r\n"
                       "  recentstyle=old ; the comment goes with the line\r\n"
@@ -243,15 +218,12 @@ class TstSettings : public QObject {
             "; by hand\r\n\r\nRecentStyle = Beta\r\nUnknown line without equals\r\n"
             "; caf\xe9 in another code page\r\nBeginStyle = Alpha\r\n  SqrWidth = 20 ; twenty \r\n"
             "RecentStyle = Beta\r\nEndStyle\r\n";
-        const RecentList recent{"/b/2.pgn", "/b/1.pgn", "", ""};
-        QVERIFY(
-            writeSettings(folder.path(), recent, QStringLiteral("Popeye"), QStringLiteral("Beta")));
+        QVERIFY(writeSettings(folder.path(), {"/b/2.pgn", "/b/1.pgn", "", ""},
+                              QStringLiteral("Popeye"), QStringLiteral("Beta")));
         QCOMPARE(folder.get(), expected);
     }
 
-    // A style's block goes in the order of names, one blank line from its
-    // neighbours; its old block goes with what stands behind it. "*" stands
-    // for the block stored.
+    // A block goes in the order of names, a blank line apart; "*" is the block stored.
     void styleBlocksKeepTheirOrder_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("store");
@@ -280,8 +252,7 @@ class TstSettings : public QObject {
         QCOMPARE(result.join('\n'), after.replace("*", block.join('\n')));
     }
 
-    // Two writers of one folder take turns: every style that either stored
-    // is in the file.
+    // Two writers of one folder take turns: every style stored is in the file.
     void writersTakeTurns() {
         Folder folder(kLibrary);
         const auto store = [&folder](const QString& prefix) {
@@ -297,8 +268,7 @@ class TstSettings : public QObject {
         QCOMPARE(folder.get().count("BeginStyle"), 2 + 80);
     }
 
-    // A file from the old platform: names and paths in Windows-1252 read
-    // right, a saved block follows its code, and no other byte changes.
+    // A Windows-1252 file reads right and is written back byte for byte.
     void aWindows1252FileStaysOne() {
         const QByteArray old = crlf("RecentFile = /b/\xC9tudes.pgn\n\nBeginStyle = \xC9"
                                     "checs\n  SqrWidth = 20 \n"
@@ -306,17 +276,14 @@ class TstSettings : public QObject {
                                     "ces\x80.bmp\nEndStyle\n");
         Folder folder(old);
         Program program(folder);
-        QCOMPARE(program.style.StyleName, QStringLiteral("Échecs"));
-        QCOMPARE(program.style.PiecesFile, folder.path() + QStringLiteral("pièces€.bmp"));
-        QCOMPARE(program.recent[0], QStringLiteral("/b/Études.pgn"));
-        // Written back unchanged, it is the same file byte for byte.
+        QCOMPARE(
+            QStringList({program.style.StyleName, program.style.PiecesFile, program.recent[0]}),
+            QStringList({"Échecs", folder.path() + "pièces€.bmp", "/b/Études.pgn"}));
         QVERIFY(program.write(folder));
         QCOMPARE(folder.get(), old);
     }
 
-    // Failing before the first line, midway, at the last or at the rename:
-    // the old file stays whole, and so it does when a copy is killed midway,
-    // whose temporary file the next write clears.
+    // The old file stays whole; a killed copy's temporary file goes on the next write.
     void aWriteThatDoesntFinishLeavesTheOldFile_data() {
         QTest::addColumn<int>("failAt"); // the line it fails before; -1 the rename
         QTest::newRow("before the first line") << 0;

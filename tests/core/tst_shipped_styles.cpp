@@ -42,6 +42,18 @@ class TstShippedStyles : public QObject {
         // The first start shows a style of the file, large enough for the screen.
         QVERIFY(reading.styleNames.contains(first.StyleName));
         QVERIFY(twipsToWholePixels(first.SqrWidth) >= 40);
+        // The table that ships gives Popeye its own letters (the knight is S),
+        // and every entry of its lists can be chosen.
+        const PyDat table = readPyDat(kLibrary + QStringLiteral("py.dat"));
+        QVERIFY(table.dictionary.contains(u"&&N=WS") && table.dictionary.contains(u"&&n=BS"));
+        for (const size_t box : {0, 1, 2, 3, 4, 9, 10}) {
+            QVERIFY(table.lists.box(box).size() >= 4);
+            for (const QString& entry : table.lists.box(box)) {
+                const EntryChoice choice = entryChoice(entry, QString());
+                QVERIFY2(choice.none || !choice.param.isEmpty(), qPrintable(entry));
+            }
+        }
+        QCOMPARE(entryChoice(table.lists.stipulation.first(), QStringLiteral("h#")).param, "#");
     }
 
     void style_data() {
@@ -100,21 +112,6 @@ class TstShippedStyles : public QObject {
         const QImage border(style.BorderFile);
         QVERIFY(border.width() >= twipsToWholePixels(style.XBase) + style.BorderWidth * across);
         QVERIFY(border.height() >= twipsToWholePixels(style.YBase) + style.BorderHeight * down);
-    }
-
-    // The table that ships gives Popeye its own letters (the knight is S),
-    // and every entry of its lists can be chosen.
-    void popeyeTable() {
-        const PyDat table = readPyDat(kLibrary + QStringLiteral("py.dat"));
-        QVERIFY(table.dictionary.contains(u"&&N=WS") && table.dictionary.contains(u"&&n=BS"));
-        for (const size_t box : {0, 1, 2, 3, 4, 9, 10}) {
-            QVERIFY(table.lists.box(box).size() >= 4);
-            for (const QString& entry : table.lists.box(box)) {
-                const EntryChoice choice = entryChoice(entry, QString());
-                QVERIFY2(choice.none || !choice.param.isEmpty(), qPrintable(entry));
-            }
-        }
-        QCOMPARE(entryChoice(table.lists.stipulation.first(), QStringLiteral("h#")).param, "#");
     }
 };
 

@@ -13,8 +13,7 @@ using namespace marlith::testing;
 class TstStartup : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // The files made in a folder with bin/ and share/marlith/, MARLITH_HOME
-    // set or not, and the program folder that comes of it.
+    // The program folder that the files beside bin/ and MARLITH_HOME give.
     void programFolder_data() {
         QTest::addColumn<QStringList>("files");
         QTest::addColumn<bool>("home");
@@ -45,8 +44,7 @@ class TstStartup : public QObject {
                  root + (files.isEmpty() ? "bin/" : "share/marlith/"));
     }
 
-    // The shipped settings name a sheet twice, a border, a sheet by path that
-    // is no file of the library; the library has a bitmap that no style names.
+    // A sheet named twice, a border, a path outside; a bitmap no style names.
     void installShipped_data() {
         QTest::addColumn<QStringList>("present"); // in the program folder before
         QTest::addColumn<QStringList>("libraryLacks");
@@ -86,8 +84,7 @@ class TstStartup : public QObject {
         QCOMPARE(QDir(program.path()).entryList(QDir::Files, QDir::Name), expected);
     }
 
-    // Where a window goes on a screen of 1000 x 700, beside the main window
-    // and its diagram.
+    // Where a window goes on a screen of 1000 x 700, beside the main window.
     void windowPlace_data() {
         QTest::addColumn<QRect>("mainFrame");
         QTest::addColumn<QRect>("diagram");
@@ -114,9 +111,7 @@ class TstStartup : public QObject {
         QTEST(placeBeside(QRect(0, 0, 1000, 700), mainFrame, diagram, window), "expected");
     }
 
-    // Paths made absolute, a name with ":" in front a file too; a bare name
-    // taken whole, blanks and quotes inside included; style names in
-    // upper-case order, names equal but for case in the order they came.
+    // Paths made absolute; a bare name taken whole; style names in upper-case order.
     void namesAndPaths() {
         QCOMPARE(absoluteArguments({"b.pgn", "../x/c.fen", "/abs/d.epd", " e f.pbm ", "", ":c.pgn"},
                                    QStringLiteral("/home/u/books")),
@@ -128,8 +123,7 @@ class TstStartup : public QObject {
                  QStringList({"a1", "Alpha", "ALPHA", "alpha", "beta", "Zeta", "_x"}));
     }
 
-    // A copy removes the files of its own seed at its end; at its start,
-    // those of copies that no longer run and those without a seed.
+    // A copy removes its own files at its end, and orphans at its start.
     void temporaryFilesOfEachCopy() {
         const TempFolder dir;
         const QString folder = dir.path();
@@ -146,8 +140,8 @@ class TstStartup : public QObject {
             QVERIFY2(QFile::exists(folder + name), qPrintable(name));
 
         // Hundredths of a second, the last six digits, zeros in front.
-        QCOMPARE(makeTempSeed(59), QStringLiteral("F000005"));
-        QCOMPARE(makeTempSeed(12345670), QStringLiteral("F234567"));
+        QCOMPARE(QStringList({makeTempSeed(59), makeTempSeed(12345670)}),
+                 QStringList({"F000005", "F234567"}));
         // A seed that a copy holds is passed over, and free again when it ends.
         QString seed = QStringLiteral("F999999");
         const auto first = takeTempSeed(folder, seed);

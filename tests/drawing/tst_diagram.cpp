@@ -12,6 +12,7 @@
 #include <QTest>
 #include <algorithm>
 #include <array>
+#include <functional>
 
 using namespace marlith;
 using namespace marlith::testing;
@@ -30,7 +31,8 @@ Style defaultStyle() {
 
 // Draws the empty diagram and builds the text on it, as the main window does.
 struct Scene {
-    Style style = defaultStyle();
+    explicit Scene(Style from = defaultStyle()) : style(std::move(from)) {}
+    Style style;
     Diagram diagram;
     SquareVector squareVector{};
     int reversed = 0;
@@ -57,14 +59,27 @@ struct Scene {
 };
 
 // The shipped Print style: pieces from the font, hatched dark squares, a frame.
-Scene printScene(const QString& text) {
-    Scene scene;
+Style printStyle() {
+    Style style = defaultStyle();
     RecentList recent;
     QString engine;
-    scene.style.StyleName = QStringLiteral("Print");
-    readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, scene.style, recent, engine);
+    style.StyleName = QStringLiteral("Print");
+    readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, style, recent, engine);
+    return style;
+}
+
+Scene printScene(const QString& text) {
+    Scene scene{printStyle()};
     scene.draw(text);
     return scene;
+}
+
+QImage painted(QSize size, const std::function<void(QPainter&)>& paint) {
+    QImage image(size, QImage::Format_RGB32);
+    QPainter painter(&image);
+    paint(painter);
+    painter.end();
+    return image;
 }
 
 bool onlyColour(const QImage& image, QRgb colour) {
@@ -79,8 +94,8 @@ bool onlyColour(const QImage& image, QRgb colour) {
 class TstDiagram : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // The start position, square by square, equals the cells of the sheet;
-    // the four pixels beyond the last square show the background.
+    // Each square shows its sheet cell, in the SVG too; the 4 pixels past the
+    // board, the background.
     void startPositionPixels() {
         Scene scene;
         scene.draw(scene.style.StartPos);
@@ -96,12 +111,12 @@ class TstDiagram : public QObject {
         QCOMPARE(image.size(), QSize(124, 124));
         QVERIFY(onlyColour(image.copy(120, 0, 4, 124), kBlack));
         QVERIFY(onlyColour(image.copy(0, 120, 124, 4), kBlack));
+        QSvgRenderer svg(diagramSvg(scene.picture(), 0, false));
+        QCOMPARE(painted(image.size(), [&](QPainter& p) { svg.render(&p); }), image);
     }
 
     void fallbackAndSquareBoards() {
-        // Beyond 400 squares, or with a negative count, the board is 8 by 8;
-        // the width is 2 x base + (count - 1) x pitch + size + 60 twips.
-        // {rows, columns, rows and columns after, square board, width}
+        // Past 400 squares or below 0, 8 by 8. {rows, columns, after, square board, width}
         const int cases[][5] = {{21, 20, 8, 0, 1860}, {20, 20, 20, 1, 4560}, {-3, 5, 8, 0, 1860}};
         for (const auto& [rows, columns, after, square, width] : cases) {
             Style style = defaultStyle();
@@ -113,15 +128,14 @@ class TstDiagram : public QObject {
         }
     }
 
-    // Sizes past 16 bits give no picture; numbers at the ends of their range,
-    // cells beyond the sheet and squares beyond the board never read outside.
+    // Sizes past 16 bits give no picture; numbers at their ends never read outside.
     void extremeNumbersNeverReadOutside() {
         Scene huge;
         huge.style.BorderWidth = huge.style.BorderHeight = 20;
         huge.style.SqrWidth = huge.style.SqrHeight = 32760;
         huge.draw(QStringLiteral("KkKk"));
-        QCOMPARE(QSize(huge.style.WndWidth, huge.style.WndHeight), QSize(0, 0));
-        QVERIFY(huge.diagram.image().width() == 0);
+        QCOMPARE((QList{huge.style.WndWidth, huge.style.WndHeight, huge.diagram.image().width()}),
+                 (QList{0, 0, 0}));
         Scene scene;
         scene.style.XBase = scene.style.SqrVTab = 32767;
         scene.style.YBase = scene.style.SqrHSpc = -32768;
@@ -133,20 +147,15 @@ class TstDiagram : public QObject {
             scene.diagram.copyCellToSquare(cell, oneBasedSquare, scene.style, 0);
     }
 
-    // The shipped Print style, and its margins on a 7 x 10 board: the frame
-    // closes the picture, the strips inside it are even, and coordinates at
-    // the offsets 0, on the frame, ink nothing but the strips.
+    // The Print style, and its margins on a 7 x 10 board: frame, even strips, and
+    // coordinates at the offsets 0 inking the strips alone.
     void framedStrips() {
         QTemporaryDir dir;
         QImage solid(13 * 64, 2 * 64, QImage::Format_RGB32);
         solid.fill(kRed);
         QVERIFY(solid.save(dir.filePath(QStringLiteral("red.bmp"))));
         for (const auto& [rows, columns] : {std::pair{8, 8}, {7, 10}}) {
-            Scene s;
-            RecentList recent;
-            QString engine;
-            s.style.StyleName = QStringLiteral("Print");
-            readSettings(QStringLiteral(MARLITH_SHIPPED_INI), {}, s.style, recent, engine);
+            Scene s{printStyle()};
             s.style.PiecesFont.clear();
             s.style.PiecesFile = dir.filePath(QStringLiteral("red.bmp"));
             s.style.WndWidth += (columns - s.style.BorderWidth) * 960; // same margins
@@ -157,8 +166,7 @@ class TstDiagram : public QObject {
             const QImage plain = s.diagram.image();
             const int w = plain.width() - 1, h = plain.height() - 1;
             auto at = [&](int x, int y) { return plain.pixel(x, y); };
-            // Across and down from each corner and each edge's middle: 3 pixels
-            // of frame, 16 of strip, then the board.
+            // From each corner and edge middle: 3 pixels of frame, 16 of strip, the board.
             for (const auto& [x, y, dx, dy] :
                  {std::array{0, 0, 1, 1}, {w, 0, -1, 1}, {w, h, -1, -1}, {0, h, 1, -1}})
                 QCOMPARE(
@@ -203,8 +211,7 @@ class TstDiagram : public QObject {
     }
 
     void squareAtSharesTheGaps() {
-        // Each gap between two squares belongs half to each neighbour, the
-        // outer gaps included; the hit area is a whole pitch, not a square.
+        // Each gap, the outer ones too, belongs half to each neighbour.
         Style style = defaultStyle();
         style.SqrHTab = style.SqrVTab = 225;
         style.SqrHSpc = style.SqrVSpc = 30;
@@ -241,8 +248,7 @@ class TstDiagram : public QObject {
                  "<img src=\"sqb.gif\"><img src=\"pbw.gif\"><img src=\"sqb.gif\"><br>\r\n");
     }
 
-    // The extension in any case picks the format, else a bitmap, at the width
-    // asked for; a failed write keeps the old file.
+    // The extension in any case picks the format, else a bitmap; a failed write keeps the file.
     void imageFileByName_data() {
         QTest::addColumn<QString>("name");
         QTest::addColumn<int>("width");
@@ -278,9 +284,8 @@ class TstDiagram : public QObject {
         QCOMPARE(readFile(path), bytes);
     }
 
-    // A font style goes out as outlines: no bitmap in its SVG or PDF, and a
-    // larger picture is drawn at its size, not the screen's pixels enlarged;
-    // at the screen's size the drawing is the screen's picture.
+    // A font style goes out as outlines, drawn at the size asked, not enlarged;
+    // hatching scaled 1.45 times stays even: each line in a row of b8 takes the same ink.
     void fontStylesAtAnySize() {
         Scene scene = printScene(QStringLiteral("r3k2r/8/8/8/8/8/8/R3K2R"));
         const DiagramPicture picture = scene.picture();
@@ -289,12 +294,8 @@ class TstDiagram : public QObject {
         QVERIFY(writeImageFile(picture, dir.filePath("d.pdf")));
         QVERIFY(!readFile(dir.filePath("d.pdf")).contains("/Subtype /Image"));
 
-        QImage same(picture.screen.size(), QImage::Format_RGB32);
-        QPainter painter(&same);
-        picture.paint(painter, false);
-        painter.end();
-        QCOMPARE(same, picture.screen);
-
+        QCOMPARE(painted(picture.screen.size(), [&](QPainter& p) { picture.paint(p, false); }),
+                 picture.screen);
         const QImage large = diagramImage(picture, 4 * 550, false);
         QCOMPARE(large.size(), QSize(2200, 2200));
         const QImage enlarged = picture.screen.scaled(large.size());
@@ -308,15 +309,8 @@ class TstDiagram : public QObject {
         QCOMPARE((QList{qAlpha(clear.pixel(1, 1)), qAlpha(clear.pixel(10, 10)),
                         qAlpha(clear.pixel(60, 60))}),
                  (QList{255, 0, 255}));
-    }
-
-    // Hatching scaled 1.45 times stays even: each line that a row of an
-    // empty dark square crosses takes as much ink as any other.
-    void hatchingEvenWhenScaled() {
-        const int width = 800;
-        Scene scene = printScene(QStringLiteral("8/8/8/3k4/8/8/8/4K3"));
-        const QImage image = diagramImage(scene.picture(), width, false);
-        const double scale = width / 550.0;
+        const QImage image = diagramImage(picture, 800, false);
+        const double scale = 800 / 550.0;
         QList<int> inks;
         for (int y = int(24 * scale); y < int(78 * scale); ++y) { // rows of b8
             QList<int> row{0};
@@ -333,22 +327,8 @@ class TstDiagram : public QObject {
         QVERIFY(inks.size() > 100 && *most < *least * 1.2);
     }
 
-    // A sheet style's SVG shows each square's own cell, as the screen does.
-    void sheetStyleSvgShowsTheCells() {
-        Scene scene;
-        scene.draw(QStringLiteral("KkQq"));
-        const DiagramPicture picture = scene.picture();
-        QSvgRenderer svg(diagramSvg(picture, 0, false));
-        QImage drawn(picture.screen.size(), QImage::Format_RGB32);
-        QPainter painter(&drawn);
-        svg.render(&painter);
-        painter.end();
-        QCOMPARE(drawn, picture.screen);
-    }
-
-    // What an export is written at: a tall board keeps its height within the
-    // largest side, a PDF page keeps its millimetres when the resolution must
-    // give way, and only PNG and SVG leave the background out.
+    // A tall board's height stays within the largest side; a PDF page keeps its
+    // millimetres; only PNG and SVG leave the background out.
     void exportSizes_data() {
         QTest::addColumn<int>("format");
         QTest::addColumn<QSize>("picture");
@@ -368,10 +348,9 @@ class TstDiagram : public QObject {
         QFETCH(int, format);
         QFETCH(QSize, picture);
         QFETCH(int, width);
-        ExportChoices choices{ImageFormat(format), width, width, 0, true};
         QFETCH(int, dotsPerInch);
-        choices.dotsPerInch = dotsPerInch;
-        const PictureSize size = exportPictureSize(choices, picture);
+        const PictureSize size =
+            exportPictureSize({ImageFormat(format), width, width, dotsPerInch, true}, picture);
         QTEST(
             QStringLiteral("%1 %2 %3").arg(size.width).arg(size.dotsPerInch).arg(size.transparent),
             "written");
@@ -395,9 +374,7 @@ class TstDiagram : public QObject {
         QTEST(exportFileName(name, ImageFormat(format)), "result");
     }
 
-    // The signs a style names stand for its letters in turn; what is no
-    // character leaves the piece without a sign; with none named, the
-    // orthodox letters get theirs.
+    // Named signs stand for the letters in turn; with none named, the orthodox ones.
     void signsOfTheLetters() {
         using Signs = std::vector<std::optional<char32_t>>;
         QCOMPARE(piecesSigns("Kpx", {}), (Signs{0x2654, 0x265F, std::nullopt}));
@@ -425,12 +402,12 @@ class TstDiagram : public QObject {
         scene.style.SqrWidth = scene.style.SqrHeight = 300;
         scene.style.PiecesFile = QStringLiteral("sheet.gif"); // in the program folder
         scene.draw(QStringLiteral("xX"));
-        QCOMPARE(scene.diagram.image().pixel(10, 10), kRed);            // x on colour 0
-        QCOMPARE(scene.diagram.image().pixel(30, 10), qRgb(0, 0, 255)); // X on colour 1
+        const QRgb x = scene.diagram.image().pixel(10, 10), X = scene.diagram.image().pixel(30, 10);
         // A sheet that can't be read keeps the one in use.
         scene.style.PiecesFile = folder + QStringLiteral("missing.bmp");
         scene.draw(QStringLiteral("xX"));
-        QCOMPARE(scene.diagram.image().pixel(10, 10), kRed);
+        QCOMPARE((QList{x, X, scene.diagram.image().pixel(10, 10)}),
+                 (QList{kRed, qRgb(0, 0, 255), kRed})); // x on colour 0, X on colour 1
     }
 };
 

@@ -7,55 +7,51 @@
 
 using namespace marlith;
 
+namespace {
+
+// The default style with the items of a block stored on top, in pixels.
+Style styled(const char* items) {
+    Style style;
+    resetStyle(style);
+    for (const QString& raw : splitItems(QString::fromUtf8(items)))
+        storeStyleKey(style, *parseItem(raw, KeylessItems::Skip), {});
+    return style;
+}
+
+} // namespace
+
 class TstStyle : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     // A margin of 0.1 pixel: 224 twips are still 15 pixels, 223 no longer.
-    void twipsBecomePixelsWithATenthToSpare() {
+    void twipsAndSquares() {
         const std::pair<double, int> cases[] = {
             {225, 15}, {224, 15}, {223, 14}, {32760, 2184}, {-7, -1}};
         for (const auto& [twips, pixels] : cases) {
             QCOMPARE(twipsToPixels(twips), double(pixels));
             QCOMPARE(twipsToWholePixels(twips), pixels);
         }
-    }
-
-    void boardSquaresRefusesWhatTheVectorCannotHold() {
-        QCOMPARE(boardSquares(20, 20), 400);
-        QCOMPARE(boardSquares(21, 20), 64);
-        QCOMPARE(boardSquares(0, 8), 0);
-        QCOMPARE(boardSquares(8, -1), 64);
+        // A board past what the square vector holds is 8 by 8.
+        QCOMPARE((QList{boardSquares(20, 20), boardSquares(21, 20), boardSquares(0, 8),
+                        boardSquares(8, -1)}),
+                 (QList{400, 64, 0, 64}));
     }
 
     // What the Style window shows of a style gives the same style back, given
     // the sheet that the style was made for.
     void theControlsGiveTheStyleBack() {
-        Style plain;
-        resetStyle(plain);
-        plain.SqrHTab = plain.SqrWidth;
-        plain.SqrVTab = plain.SqrHeight;
-        Style overlapping = plain; // cells of 20 pixels sharing 2 of them
-        overlapping.SqrWidth = overlapping.SqrHeight = 300;
-        overlapping.SqrHTab = overlapping.SqrVTab = 270;
-        overlapping.FontPos = QStringLiteral("MIDDLE CENTER");
-        overlapping.FontStyle = QStringLiteral("BOLD CAPS");
-        overlapping.FrameWidth = 3;
-        overlapping.XBase = overlapping.YBase = 60;
-        overlapping.ShowGrid = 1;
-        overlapping.FontYBase = 300;
-        overlapping.FontXBase = 45;
-        overlapping.SqrVSpc = 30;
-        overlapping.SqrHSpc = 45;
-        overlapping.CopyCounter = 1;
-        overlapping.FrameColor = 0x0000FF;
-        overlapping.FontColor = 0x00FF00;
-        Style font = plain; // squares of 30 pixels, no sheet to measure
-        font.SqrWidth = font.SqrHeight = font.SqrHTab = font.SqrVTab = 450;
-        font.PiecesFont = QStringLiteral("Noto Sans Symbols 2");
-        font.DarkColor = 0x123456;
-        font.DarkHatch = 1;
+        const Style plain = styled("SqrHTab = 15, SqrVTab = 15");
+        // Cells of 20 pixels sharing 2 of them; squares of 30 pixels, no sheet to measure.
         const std::pair<Style, QSize> cases[] = {
-            {plain, QSize(195, 30)}, {overlapping, QSize(12 * 18 + 20, 38)}, {font, QSize()}};
+            {plain, QSize(195, 30)},
+            {styled("SqrHTab = 18, SqrVTab = 18, SqrWidth = 20, SqrHeight = 20, FrameWidth = 3, "
+                    "FontPos = MIDDLE CENTER, FontStyle = BOLD CAPS, XBase = 4, YBase = 4, "
+                    "ShowGrid = Yes, FontYBase = 20, FontXBase = 3, SqrVSpc = 2, SqrHSpc = 3, "
+                    "CopyCounter = Yes, FrameColor = &HFF, FontColor = &HFF00"),
+             QSize(12 * 18 + 20, 38)},
+            {styled("SqrWidth = 30, SqrHeight = 30, SqrHTab = 30, SqrVTab = 30, DarkHatch = Yes, "
+                    "PiecesFont = Noto Sans Symbols 2, DarkColor = &H123456"),
+             QSize()}};
         for (const auto& [style, sheet] : cases) {
             // Every field the form gives comes from the form.
             Style back;
@@ -85,24 +81,17 @@ class TstStyle : public QObject {
         form.piecesList.clear();                           // the sheet is one cell wide
         form.fontSize = QStringLiteral("abc");
         storeForm(form, QSize(40, 30), style);
-        QCOMPARE(style.BorderHeight, 1);
-        QCOMPARE(style.BorderWidth, 12);
-        QCOMPARE(style.YBase, 2184 * 15);
-        QCOMPARE(style.XBase, 5 * 15); // raised out from under the frame
-        QCOMPARE(style.SqrWidth, 40 * 15);
-        QCOMPARE(style.SqrHTab, 15);
-        QCOMPARE(style.FontSize, 0);
+        // The left offset is raised out from under the frame.
+        QCOMPARE((QList<int>{style.BorderHeight, style.BorderWidth, style.YBase, style.XBase,
+                             style.SqrWidth, style.SqrHTab, style.FontSize}),
+                 (QList<int>{1, 12, 2184 * 15, 5 * 15, 40 * 15, 15, 0}));
         QCOMPARE(formFromStyle(style).piecesList, QLatin1String(kDefaultPiecesList));
     }
 
     // Columns across the picture's width, rows down its height.
     void aBorderPictureCentresTheBoard() {
-        Style style;
-        resetStyle(style);
-        style.BorderWidth = 7;
-        style.BorderHeight = 10;
-        style.SqrHTab = 300;
-        style.SqrVTab = 240;
+        const Style style =
+            styled("BorderWidth = 7, BorderHeight = 10, SqrHTab = 20, SqrVTab = 16");
         QCOMPARE(centredBoardBase(QSize(3000, 3600), style), QPoint(450, 600));
         QCOMPARE(centredBoardBase(QSize(2000, 2000), style), QPoint(0, 0)); // never before the edge
         QCOMPARE(scrolledLength(kSizeBarMaximum / 2 + 3, 1500), 1545);

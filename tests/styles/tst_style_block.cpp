@@ -44,19 +44,15 @@ Style drawnSample() {
 class TstStyleBlock : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void items() {
-        const std::pair<const char*, QStringList> cases[] = {
+    void itemsAndTheirKeys() {
+        const std::pair<const char*, QStringList> texts[] = {
             {"a=1, b=2\r\n\r\n   \r\n,,c=3\nd=4\re=5", {"a=1", "b=2", "c=3", "d=4", "e=5"}},
             {"   \tSqrWidth = 20  \r\n", {"SqrWidth = 20  "}}, // trailing blanks stay
             {"\"PiecesList = p,P\", x=1", {"PiecesList = p,P", "x=1"}},
             {"x\r\n\"a, b\r\nc", {"x", "a, b\r\nc"}}}; // unclosed: runs to the end
-        for (const auto& [text, items] : cases)
+        for (const auto& [text, items] : texts)
             QCOMPARE(splitItems(QString::fromUtf8(text)), items);
-    }
-
-    void itemRules() {
-        // Keys upper-cased, values keep their case; "-": no entry at all.
-        // Item, key for the settings reader, key for the importer, value.
+        // Item, key for the settings reader, for the importer ("-": none), value.
         const std::array<const char*, 4> cases[] = {
             {"  sqrWidth =  Left Up ", "SQRWIDTH", "SQRWIDTH", "Left Up"},
             {"PiecesList = pP;nN", "PIECESLIST", "PIECESLIST", "pP"},
@@ -90,9 +86,7 @@ class TstStyleBlock : public QObject {
     }
 
     void numbersAndColours() {
-        // Leading numeric text, blanks passed over, ties to the even whole;
-        // hex of up to four significant digits is 16-bit, more is 32-bit;
-        // too large is no number at all.
+        // Leading numeric text, ties to even; hex of up to four digits is 16-bit.
         const std::pair<const char*, std::optional<double>> numbers[] = {
             {"- 1 5", -15},     {"12abc", 12},           {"2.5", 2},
             {"-2.5", -2},       {"1e400", std::nullopt}, {"&HFFFF", -1},
@@ -107,8 +101,7 @@ class TstStyleBlock : public QObject {
     }
 
     void paths() {
-        // A bare name is completed with the folder; an empty folder (the
-        // importer) keeps it bare; an empty value stays empty.
+        // A bare name takes the folder, if any (the importer has none).
         const std::array<const char*, 3> cases[] = {{"sheet.gif", "/prog/", "/prog/sheet.gif"},
                                                     {"sheets/a.gif", "/prog/", "sheets/a.gif"},
                                                     {"sheet.gif", "", "sheet.gif"},
@@ -123,9 +116,7 @@ class TstStyleBlock : public QObject {
     }
 
     void valuesThatDontFit() {
-        // Lengths are 16-bit twips (2184 pixels at most) but for the window's,
-        // counts 16-bit, colours 32-bit; a value that doesn't fit leaves the
-        // record as it was, and so does one that is ignored.
+        // A value that doesn't fit, or is ignored, leaves the record as it was.
         constexpr StoreResult kFits = StoreResult::Stored;
         constexpr StoreResult kFault = StoreResult::Fault;
         const std::tuple<const char*, const char*, StoreResult> cases[] = {
@@ -144,8 +135,7 @@ class TstStyleBlock : public QObject {
     }
 
     void conditionalLines() {
-        // Setup items on top of the drawn sample; lines that must be there,
-        // and beginnings of lines that must not.
+        // Items on top of the sample; lines that must be there, starts that must not.
         const std::tuple<const char*, QStringList, QStringList> cases[] = {
             {"FrameWidth = 1", {"  FrameWidth = 1 ", "  FrameColor = &H0"}, {}},
             {"FrameColor = &HFF", {}, {"  FrameColor", "  FrameWidth"}},
@@ -180,8 +170,7 @@ class TstStyleBlock : public QObject {
         }
     }
 
-    // The record of more than 400 squares falls back to 8 x 8 after its
-    // counts are printed as they were; the size is then the 8 x 8 board's.
+    // Past 400 squares the counts print as they were, then fall back to 8 x 8.
     void boardsOfMoreThan400Squares() {
         const std::tuple<int, int, const char*> cases[] = {
             {21, 20, "BorderWidth = 20 \r\n  BorderHeight = 21 "},
@@ -200,8 +189,7 @@ class TstStyleBlock : public QObject {
         }
     }
 
-    // Every key in, every line out in its place and read back the same.
-    // The values differ, so a key stored in the wrong field shows.
+    // Every key in and out; the values differ, so a key in the wrong field shows.
     void roundTrip() {
         const QString block = QStringLiteral(
             "BeginStyle = Full\r\n  PiecesFile = /p/pieces.gif\r\n  BorderFile = /p/board.bmp\r\n"
