@@ -96,40 +96,29 @@ class TstBoardEdit : public QObject {
 
     // Each effect on boards square and not, odd and even, and one of a row;
     // four quarter turns, two mirrors, give the position back; a shift back
-    // doesn't bring back what fell off.
+    // doesn't bring back what fell off. Each result is the effects, by letter,
+    // applied to the board afresh: mirror top to bottom (H) or in the
+    // diagonal (D), quarter turn (R), shift (<>^v); then the position.
     void boardEffects() {
-        using E = BoardEffect;
-        const char* start = "r3k2r/1P6/8/8/3p4/8/4P3/R3K2R";
-        const std::tuple<int, int, const char*, QList<E>, const char*> cases[] = {
-            {3, 3, "kq1/2r/K2", {E::HorizontalMirror}, "K2/2r/kq1"},
-            {3, 3, "kq1/2r/K2", {E::DiagonalMirror}, "1r1/2q/K1k"},
-            {3, 3, "kq1/2r/K2", {E::Rotate}, "K1k/2q/1r1"},
-            {2, 3, "kq1/2r", {E::Rotate}, "kq1/2r"},
-            {2, 3, "kq1/2r", {E::DiagonalMirror}, "kq1/2r"},
-            {2, 3, "kq1/2r", {E::Left}, "q2/1r1"},
-            {2, 3, "kq1/2r", {E::Right}, "1kq/3"},
-            {2, 3, "kq1/2r", {E::Up}, "2r/3"},
-            {2, 3, "kq1/2r", {E::Down}, "3/kq1"},
-            {4, 4, "k3/1q2/2r1/3K", {E::HorizontalMirror}, "3K/2r1/1q2/k3"},
-            {1, 10, "k8K", {E::HorizontalMirror}, "k8K"},
-            {1, 10, "k8K", {E::Left}, "8K1"},
-            {10, 1, "k/1/1/1/1/1/1/1/1/K", {E::Right}, "1/1/1/1/1/1/1/1/1/1"},
-            {8,
-             8,
-             start,
-             {E::Rotate, E::Rotate, E::DiagonalMirror, E::Rotate, E::Rotate, E::DiagonalMirror,
-              E::HorizontalMirror, E::HorizontalMirror},
-             start},
-            {8, 8, start, {E::Left, E::Right}, "4k2r/1P6/8/8/3p4/8/4P3/4K2R"},
-        };
-        for (const auto& [rows, columns, before, effects, after] : cases) {
-            SquareVector v{};
-            QString text = QLatin1String(before);
-            fenToSlot(1, text, v, {rows, columns}, QLatin1String(kDefaultPiecesList));
-            for (const E effect : effects)
-                applyBoardEffect(v, {rows, columns}, effect);
-            QCOMPARE(squaresToFen(v, {rows, columns}, QLatin1String(kDefaultPiecesList)),
-                     QLatin1String(after));
+        const QString start = "r3k2r/1P6/8/8/3p4/8/4P3/R3K2R";
+        const std::tuple<int, int, QString, QStringList> cases[] = {
+            {3, 3, "kq1/2r/K2", {"H K2/2r/kq1", "D 1r1/2q/K1k", "R K1k/2q/1r1"}},
+            {2, 3, "kq1/2r", {"R kq1/2r", "D kq1/2r", "< q2/1r1", "> 1kq/3", "^ 2r/3", "v 3/kq1"}},
+            {4, 4, "k3/1q2/2r1/3K", {"H 3K/2r1/1q2/k3"}},
+            {1, 10, "k8K", {"H k8K", "< 8K1"}},
+            {10, 1, "k/1/1/1/1/1/1/1/1/K", {"> 1/1/1/1/1/1/1/1/1/1"}},
+            {8, 8, start, {"RRDRRDHH " + start, "<> 4k2r/1P6/8/8/3p4/8/4P3/4K2R"}}};
+        for (const auto& [rows, columns, before, results] : cases) {
+            for (const QString& result : results) {
+                SquareVector v{};
+                QString text = before;
+                fenToSlot(1, text, v, {rows, columns}, QLatin1String(kDefaultPiecesList));
+                for (const QChar effect : result.section(u' ', 0, 0))
+                    applyBoardEffect(v, {rows, columns},
+                                     BoardEffect(QStringLiteral("HDR<>^v").indexOf(effect)));
+                QCOMPARE(squaresToFen(v, {rows, columns}, QLatin1String(kDefaultPiecesList)),
+                         result.section(u' ', 1));
+            }
         }
     }
 };

@@ -5,14 +5,10 @@
 
 using namespace marlith;
 
-namespace {
-
-QString pgn(const QStringList& rows) {
+static QString pgn(const QStringList& rows) {
     const Notation notation{QStringLiteral("pPnNbBrRqQkK"), QStringLiteral("pPnNbBrRqQkK")};
     return historyPgn(rows, {8, 8}, notation);
 }
-
-} // namespace
 
 class TstHistory : public QObject {
     Q_OBJECT

@@ -7,15 +7,11 @@
 
 using namespace marlith;
 
-namespace {
-
-void touch(const QString& path, QFile::Permissions permissions = QFile::ReadOwner) {
+static void touch(const QString& path, QFile::Permissions permissions = QFile::ReadOwner) {
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly) &&
             file.setPermissions(permissions | QFile::WriteOwner));
 }
-
-} // namespace
 
 class TstEngineFiles : public QObject {
     Q_OBJECT

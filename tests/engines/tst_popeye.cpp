@@ -8,16 +8,12 @@
 using namespace marlith;
 using namespace marlith::testing;
 
-namespace {
-
-PopeyeFields params(std::initializer_list<std::pair<int, const char*>> fields) {
+static PopeyeFields params(std::initializer_list<std::pair<int, const char*>> fields) {
     PopeyeFields p;
     for (const auto& [index, text] : fields)
         p.box(static_cast<size_t>(index)) = QString::fromUtf8(text);
     return p;
 }
-
-} // namespace
 
 class TstPopeye : public QObject {
     Q_OBJECT

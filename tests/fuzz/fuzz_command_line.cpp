@@ -1,29 +1,18 @@
-// Any bytes as a command line: the arguments made absolute against a start
-// folder and split into this instance's book and the rest. Every argument
-// stays in its place, an empty one stays empty, the others become absolute.
+// Any bytes as the start folder and the arguments, each ended by a NUL byte: made absolute,
+// every argument stays in its place, an empty one stays empty, the others become absolute.
 #include "core/startup.h"
+#include "fuzz_support.h"
 
-#include <QString>
-#include <QStringList>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
-
-// Input: the start folder, then the arguments, each ended by a NUL byte.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    const QString text =
-        QString::fromUtf8(reinterpret_cast<const char*>(data), static_cast<qsizetype>(size));
-    QStringList arguments = text.split(QChar(u'\0'));
+    QStringList arguments = marlith::fuzz::textOf(data, size).split(QChar(u'\0'));
     const QString startFolder = arguments.takeFirst();
-
     const QStringList absolute = marlith::absoluteArguments(arguments, startFolder);
     if (absolute.size() != arguments.size()) std::abort();
     for (qsizetype i = 0; i < arguments.size(); ++i) {
         if (arguments[i].trimmed().isEmpty() != absolute[i].isEmpty()) std::abort();
         // The start folder is a real one: whatever the argument, a path in
         // the file system comes out, never one that reads as Qt's resources.
-        if (!absolute[i].isEmpty() && startFolder.startsWith(QLatin1Char('/')) &&
-            !absolute[i].startsWith(QLatin1Char('/')))
+        if (!absolute[i].isEmpty() && startFolder.startsWith(u'/') && !absolute[i].startsWith(u'/'))
             std::abort();
     }
     const marlith::CommandLine line = marlith::splitCommandLine(absolute);

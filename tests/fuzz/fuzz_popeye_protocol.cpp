@@ -1,8 +1,7 @@
-// Any bytes as Popeye's protocol, arriving in pieces: the first byte sets the
-// piece size and how many rows the list holds; every piece is fed, now and
-// then a skip, and the rows taken are wrapped as the window shows them. The
-// stipulation reader gets the first line as a stipulation and a header.
+// Any bytes as Popeye's protocol, fed in pieces with skips: the list never outgrows its bound.
+// The first line goes to the stipulation reader as a stipulation and as a header.
 #include "engines/popeye.h"
+#include "fuzz_support.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size == 0) return 0;
@@ -13,21 +12,18 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const auto take = [&] {
         const marlith::ProtocolTail::Change change = tail.take(shown);
         shown = std::max<qsizetype>(0, shown - change.dropped) + change.added.size();
-        if (shown > maxRows) __builtin_trap(); // the list would outgrow its bound
+        if (shown > maxRows) std::abort(); // the list would outgrow its bound
         for (const QString& row : change.added)
             (void)marlith::wrapRows(row);
     };
     for (size_t at = 1; at < size; at += piece) {
-        const size_t n = std::min(piece, size - at);
-        tail.feed(QByteArrayView(reinterpret_cast<const char*>(data + at), qsizetype(n)));
+        tail.feed(marlith::fuzz::bytesOf(data + at, std::min(piece, size - at)));
         if (data[at] == 0xFF) tail.skip();
         take();
     }
     tail.finish();
     take();
-
-    const QString text =
-        QString::fromUtf8(reinterpret_cast<const char*>(data + 1), qsizetype(size - 1));
+    const QString text = marlith::fuzz::textOf(data + 1, size - 1);
     const QString first = text.section(u'\n', 0, 0);
     (void)marlith::splitStipulation(first, text.section(u'\n', 1, 1));
     (void)marlith::stipulationTag({QStringLiteral("[Stipulation \"") + first + u'"' + u']'});

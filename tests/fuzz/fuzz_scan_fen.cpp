@@ -1,11 +1,8 @@
-// Any bytes as a .fen book: the scan and the walk never read outside a
-// buffer or the work file.
-#include "scan_fuzz_support.h"
+// Any bytes as a .fen book: the scan and the walk never read outside a buffer or the work file.
+#include "fuzz_support.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    marlith::fuzz::scanAndWalk(data, size, ".fen",
-                               [](const QString& book, marlith::WorkFile& work) {
-                                   return marlith::scanFen(book, work, {});
-                               });
-    return 0;
+    return marlith::fuzz::scanAndWalk(data, size, ".fen", [](auto& book, auto& work) {
+        return marlith::scanFen(book, work, {});
+    });
 }

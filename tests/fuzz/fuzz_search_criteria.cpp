@@ -1,30 +1,22 @@
-// Any bytes as the five fields of the Search Criteria window on a board of
-// any width: the fields read into criteria, which are then tried on a game
-// held in memory. Every entry has the form its kind promises, and no list
-// holds more than 30.
+// Any bytes as a board width and the Search Criteria window's five fields: every entry read has
+// the form its kind promises, no list holds more than 30, and the criteria try a game.
 #include "books/book_search.h"
-
-#include <QString>
-#include <QStringList>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
+#include "fuzz_support.h"
 
 using namespace marlith;
 
 namespace {
 
-bool isNumberForm(const QString& text) {
-    if (text.isEmpty() || text.size() % 5 != 0) return false;
-    for (qsizetype i = 0; i < text.size(); ++i)
-        if (i % 5 == 0 ? text[i] != u'#' : !text[i].isDigit()) return false;
-    return true;
+bool isPlace(const QString& text) {
+    return text.size() == 5 &&
+           std::all_of(text.begin() + 1, text.end(), [](QChar c) { return c.isDigit(); });
 }
 
-bool isPlace(const QString& text) {
-    if (text.size() != 5) return false;
-    for (qsizetype i = 1; i < 5; ++i)
-        if (!text[i].isDigit()) return false;
+// One or more of "#" and four digits.
+bool isNumberForm(const QString& text) {
+    if (text.isEmpty() || text.size() % 5 != 0) return false;
+    for (qsizetype i = 0; i < text.size(); i += 5)
+        if (text[i] != u'#' || !isPlace(text.mid(i, 5))) return false;
     return true;
 }
 
@@ -46,32 +38,19 @@ GameFields openingGame() {
 
 void checkEntries(const QList<Criterion>& entries) {
     if (entries.size() > 30) std::abort();
-    for (const Criterion& entry : entries) {
-        switch (entry.kind) {
-        case CriterionKind::Word:
-            if (entry.text.isEmpty() || entry.text != entry.text.toUpper()) std::abort();
-            break;
-        case CriterionKind::WhiteMen:
-        case CriterionKind::BlackMen:
-        case CriterionKind::AllMen:
-            if (!isNumberForm(entry.text)) std::abort();
-            break;
-        case CriterionKind::Place:
-            if (!isPlace(entry.text)) std::abort();
-            break;
-        }
-    }
+    for (const Criterion& entry : entries)
+        if (entry.kind == CriterionKind::Word
+                ? entry.text.isEmpty() || entry.text != entry.text.toUpper()
+                : !(entry.kind == CriterionKind::Place ? isPlace : isNumberForm)(entry.text))
+            std::abort();
 }
 
 } // namespace
 
-// Input: the board's width, then the five fields, each ended by a line feed.
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (size < 1) return 0;
     const int columns = data[0] % 22;
-    const QString text = QString::fromUtf8(reinterpret_cast<const char*>(data + 1),
-                                           static_cast<qsizetype>(size - 1));
-    QStringList fields = text.split(QLatin1Char('\n'));
+    QStringList fields = fuzz::textOf(data + 1, size - 1).split(u'\n');
     while (fields.size() < 5)
         fields.append(QString());
 

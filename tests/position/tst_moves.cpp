@@ -131,12 +131,10 @@ class TstMoves : public QObject {
     void writing() {
         QFETCH(int, index);
         const WriteCase& c = kWrites[index];
-        SquareVector squareVector{};
-        const Board board{8, c.columns};
-        QString before = c.before, after = c.after, move = QStringLiteral("junk");
-        fenToSlot(0, before, squareVector, board, kNotations[c.letters].piecesList);
-        fenToSlot(1, after, squareVector, board, kNotations[c.letters].piecesList);
-        writeMove(0, move, squareVector, board, kNotations[c.letters]);
+        Table table(c.after, Board{8, c.columns}, c.letters);
+        QString before = c.before, move = QStringLiteral("junk");
+        fenToSlot(0, before, table.squareVector, table.board, table.notation.piecesList);
+        writeMove(0, move, table.squareVector, table.board, table.notation);
         QCOMPARE(move, QString::fromLatin1(c.move));
     }
 
