@@ -131,8 +131,8 @@ class TstCommandLine : public QObject {
                                         << "marlith: a.jpg: the name must end" << 2;
         QTest::newRow("unreadable book") << QStringList{"export", "none.pgn", "-o", "o"}
                                          << "marlith: The book none.pgn doesn't exist." << 1;
-        QTest::newRow("bad shard")
-            << QStringList{"solve", "b.fen", "--shard", "3/2"} << "marlith: --shard needs I/N" << 2;
+        QTest::newRow("bad shard") << QStringList{"solve", "b.fen", "--shard", "3/2"}
+                                   << "marlith: --shard needs I/N with 1 <= I <= N, not '3/2'" << 2;
         QTest::newRow("no Popeye")
             << QStringList{"solve", "b.fen"} << "marlith: Popeye isn't in the program folder" << 1;
         QTest::newRow("nothing found")
@@ -222,13 +222,16 @@ class TstCommandLine : public QObject {
         if (names.first().endsWith(QLatin1String(".svg")))
             QVERIFY(svg.startsWith("<?xml") && svg.contains("<svg"));
     }
-    // Each game's last position, its pictures otherwise as the first one's.
-    void lastPositionOfTheGame() {
+    // A game's picture shows its first position, or with --last its last one.
+    void gamePositions() {
         QCOMPARE(run({"export", "b.pgn", "-o", "first"}).status, 0);
         QCOMPARE(run({"export", "b.pgn", "-o", "last", "--last"}).status, 0);
-        QCOMPARE(exported("last"), exported("first"));
-        QVERIFY(readFile(work_.filePath("first/00001.svg")) !=
-                readFile(work_.filePath("last/00001.svg")));
+        for (const auto& [picture, fen] :
+             {std::pair{"first/00001.svg", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR"},
+              {"last/00001.svg", "rnbqkbnr/pppp1ppp/8/4p3/4P3/5N2/PPPP1PPP/RNBQKB1R"}}) {
+            QCOMPARE(run({"render", fen, "-o", "one.svg"}).status, 0);
+            QCOMPARE(readFile(work_.filePath(picture)), readFile(work_.filePath("one.svg")));
+        }
     }
 
     // A stop keeps whole rows and leaves no temporary file; the same command
