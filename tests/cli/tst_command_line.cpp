@@ -193,6 +193,17 @@ class TstCommandLine : public QObject {
                   "BeginStyle = Tiny\r\n  SqrWidth = 10 \r\n  SqrHeight = 10 \r\nEndStyle\r\n");
         QCOMPARE(run({"render", "K7", "-o", "t.png", "--style", "Tiny"}, home.path()).status, 0);
         QCOMPARE(QImage(work_.filePath(QStringLiteral("t.png"))).width(), 8 * 10 + 4);
+        // Drawn larger, the king stands on a8, top left, not on the turned board's h1.
+        QImage twice[2];
+        for (const int n : {0, 1}) {
+            QCOMPARE(run({"render", n ? "8" : "K7", "-o", "x.png", "--style", "Tiny", "--size=168"},
+                         home.path())
+                         .status,
+                     0);
+            twice[n] = QImage(work_.filePath(QStringLiteral("x.png")));
+        }
+        QVERIFY(twice[0].copy(0, 0, 20, 20) != twice[1].copy(0, 0, 20, 20));
+        QCOMPARE(twice[0].copy(140, 140, 20, 20), twice[1].copy(140, 140, 20, 20));
     }
 
     // One picture per game, named by the game's own number.
