@@ -6,7 +6,6 @@
 #include "gui/history_window.h"
 #include "gui/solution_list.h"
 #include "gui/view_window.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QClipboard>
@@ -54,6 +53,9 @@ class TstBoardWindow : public QObject {
         // A stroke with Shift edits nothing and asks for no piece.
         QCOMPARE(f.dragOnBoard(square(1, 1), square(3, 3), Qt::ShiftModifier), "8/1K6/8/8/8/8/8/8");
         QVERIFY(!f.window->viewWindow()->isVisible());
+        // A press whose release was lost doesn't turn the next click into a move.
+        QTest::mousePress(f.diagramView(), Qt::LeftButton, {}, square(1, 1));
+        QCOMPARE(f.dragOnBoard(square(2, 2), square(2, 2)), "8/1K6/8/8/8/8/8/8");
 
         // Undo takes back each change, pastes too; a new change forgets
         // what was undone.
@@ -122,33 +124,13 @@ class TstBoardWindow : public QObject {
                  builtInSheet().pixel(12 * 15 + 7, 7));
     }
 
-    // The name given decides the file written; it is a bitmap whatever the name.
-    void savedBitmaps() {
-        Fixture f;
-        f.window->setStartPosition();
-        f.window->saveImage();
-        QImage saved(f.folder() + QStringLiteral("Marlith.bmp"));
-        QCOMPARE(saved.convertToFormat(QImage::Format_RGB32), f.window->diagram().image());
-        f.state.imageFile = QStringLiteral("picture.gif");
-        f.window->saveImage();
-        QCOMPARE(QImageReader(f.folder() + "picture.gif").format(), QByteArray("bmp"));
-        QCOMPARE(f.window->windowTitle(), "Marlith - picture.gif");
-        // A picture that can't be written whole leaves the old one and says so.
-        const QByteArray old = readFile(f.folder() + "picture.gif");
-        f.window->newPosition();
-        {
-            const FileSizeLimit full(old.size() / 2);
-            f.window->saveImage();
-        }
-        QCOMPARE(readFile(f.folder() + "picture.gif"), old);
-        QCOMPARE(f.warnings.size(), 1);
-        QVERIFY(f.warnings[0].contains(u"picture.gif"));
-    }
-
-    void clipboardTextAndPicture() {
+    // Paste drops the counter; the picture goes as it is shown, also as PNG
+    // and as SVG of the picture's size, for editors that take only those. The
+    // HTML fragment: one picture a square by letter, side and square colour, a
+    // row break behind each row of a board wider than high.
+    void clipboardTexts() {
         Fixture f;
         QClipboard* clipboard = QGuiApplication::clipboard();
-        // Paste drops the counter; the picture goes as it is shown.
         clipboard->setText(QStringLiteral("(2x0)K/8/Q"));
         f.window->pastePosition();
         QCOMPARE(f.positionEdit->text(), "K7/8/Q");
@@ -156,13 +138,23 @@ class TstBoardWindow : public QObject {
         f.window->copyImage();
         const QImage shown = f.window->diagram().image();
         QCOMPARE(clipboard->image().convertToFormat(QImage::Format_RGB32), shown);
-        // Also as PNG and as SVG of the picture's size, for editors that take only those.
         const QMimeData* mime = clipboard->mimeData();
         QCOMPARE(QImage::fromData(mime->data("image/png")).convertToFormat(shown.format()), shown);
         const QString svg = mime->data("image/svg+xml");
         QVERIFY(svg.startsWith("<?xml") &&
                 svg.contains(
                     QString("width=\"%1\" height=\"%2\"").arg(shown.width()).arg(shown.height())));
+
+        f.state.style.BorderWidth = 3;
+        f.state.style.BorderHeight = 2;
+        f.window->drawBoard();
+        f.positionEdit->setText(QStringLiteral("Kp1/1n"));
+        f.action("copyHtmlAction")->trigger();
+        const QString rows =
+            "<img src=\"Kww.gif\"><img src=\"pbb.gif\"><img src=\"sqw.gif\"><br>\r\n"
+            "<img src=\"sqb.gif\"><img src=\"nbw.gif\"><img src=\"sqb.gif\"><br>\r\n";
+        QCOMPARE(clipboard->text(), rows);
+        QCOMPARE(clipboard->mimeData()->html(), rows);
     }
 
     // Reverse turns the picture and the mouse with it, never the text; the
@@ -182,22 +174,6 @@ class TstBoardWindow : public QObject {
         const int rows = f.window->historyWindow()->rowCount();
         QCOMPARE(f.run("horizontalMirrorAction"), "8/K7/8/8/8/8/8/k7");
         QCOMPARE(f.window->historyWindow()->rowCount(), rows);
-    }
-
-    // The HTML fragment: one picture a square by letter, side and square
-    // colour, a row break behind each row of a board wider than high.
-    void htmlFragments() {
-        Fixture f;
-        f.state.style.BorderWidth = 3;
-        f.state.style.BorderHeight = 2;
-        f.window->drawBoard();
-        f.type(QStringLiteral("Kp1/1n"));
-        f.action("copyHtmlAction")->trigger();
-        const QString rows =
-            "<img src=\"Kww.gif\"><img src=\"pbb.gif\"><img src=\"sqw.gif\"><br>\r\n"
-            "<img src=\"sqb.gif\"><img src=\"nbw.gif\"><img src=\"sqb.gif\"><br>\r\n";
-        QCOMPARE(QGuiApplication::clipboard()->text(), rows);
-        QCOMPARE(QGuiApplication::clipboard()->mimeData()->html(), rows);
     }
 
     // Without a printer the page is a PDF of one page in the documents folder,
@@ -222,8 +198,9 @@ class TstBoardWindow : public QObject {
 
     // Strokes with Shift go into the picture and out with the bitmap; snapped
     // to centres they run from centre to centre; the right button and Clear
-    // Graphic leave none; a circle has the drag's radius.
-    void strokesGoOutWithThePicture() {
+    // Graphic leave none; a circle has the drag's radius. The name given
+    // decides the file written; it is a bitmap whatever the name.
+    void strokesAndSavedBitmaps() {
         Fixture f;
         const QRgb red = qRgb(255, 0, 0);
         const auto stroke = [&](QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton) {
@@ -252,10 +229,24 @@ class TstBoardWindow : public QObject {
         stroke({20, 20}, {26, 40});
         QCOMPARE(pixel(22, 28), qRgb(0, 0, 255));
         QCOMPARE(pixel(16, 22), qRgb(0, 0, 255));
-        f.state.imageFile = f.folder() + QStringLiteral("stroke.bmp");
         f.window->saveImage();
-        QCOMPARE(QImage(f.state.imageFile).convertToFormat(QImage::Format_RGB32),
+        QCOMPARE(QImage(f.folder() + QStringLiteral("Marlith.bmp"))
+                     .convertToFormat(QImage::Format_RGB32),
                  f.window->diagram().image());
+        f.state.imageFile = QStringLiteral("picture.gif");
+        f.window->saveImage();
+        QCOMPARE(QImageReader(f.folder() + "picture.gif").format(), QByteArray("bmp"));
+        QCOMPARE(f.window->windowTitle(), "Marlith - picture.gif");
+        // A picture that can't be written whole leaves the old one and says so.
+        const QByteArray old = readFile(f.folder() + "picture.gif");
+        f.window->newPosition();
+        {
+            const FileSizeLimit full(old.size() / 2);
+            f.window->saveImage();
+        }
+        QCOMPARE(readFile(f.folder() + "picture.gif"), old);
+        QCOMPARE(f.warnings.size(), 1);
+        QVERIFY(f.warnings[0].contains(u"picture.gif"));
     }
 };
 

@@ -1,7 +1,6 @@
 #include "gui/style_window.h"
 #include "gui/tool_button.h"
 #include "gui/tool_faces.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QApplication>
@@ -32,13 +31,12 @@ class TstMainWindow : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void startsEmptyInTheDefaultStyle() {
-        Fixture f({QStringLiteral("a b.pgn"), QStringLiteral("c.fen"), QStringLiteral("d.pbm")});
+        Fixture f({"a b.pgn", "c.fen", "d.pbm"});
         QCOMPARE(f.window->windowTitle(), "Marlith - Marlith.bmp");
         QCOMPARE(f.pieceCounterLabel->text(), "(0x0)");
         // The first file is this instance's book; the rest go to another.
         QCOMPARE(f.state.bookFile, "a b.pgn");
-        QCOMPARE(f.instances,
-                 QList<QStringList>({{QStringLiteral("c.fen"), QStringLiteral("d.pbm")}}));
+        QCOMPARE(f.instances, QList<QStringList>({{"c.fen", "d.pbm"}}));
         QVERIFY(f.child("engineButton")->isHidden()); // no engine found
         // The widget shows the diagram image.
         QCOMPARE(f.diagramView()->grab().toImage().convertToFormat(QImage::Format_RGB32),
@@ -126,17 +124,6 @@ class TstMainWindow : public QObject {
         QCOMPARE(started.count(), 0);
     }
 
-    // Rotation and the diagonal mirror only on square boards.
-    void squareBoardRule() {
-        Fixture f;
-        for (const int columns : {10, 8}) {
-            f.state.style.BorderWidth = int16_t(columns);
-            f.window->drawBoard();
-            QCOMPARE(f.action("rotateAction")->isEnabled(), columns == 8);
-            QCOMPARE(f.child("diagonalMirrorButton")->isHidden(), columns != 8);
-        }
-    }
-
     // The labels beside a control are framed while it has the focus.
     void focusMarks() {
         Fixture f;
@@ -154,33 +141,28 @@ class TstMainWindow : public QObject {
         }
     }
 
-    void pickingAStyleCarriesThePositionOver() {
-        Fixture f({}, kTwoStyles);
-        auto* combo = f.child<QComboBox>("styleBox");
-        QCOMPARE(combo->currentText(), "Small");
-        f.window->setStartPosition();
-        combo->setCurrentIndex(combo->findText(QStringLiteral("Wide")));
-        f.window->chooseStyle();
-        QCOMPARE(f.state.style.StyleName, "Wide");
-        // The pieces keep their square numbers, in the new letters and rows.
-        QCOMPARE(f.positionEdit->text(), "cabdebacss/ssssss4/82/82/8SS/SSSSSSCABD");
-        QCOMPARE(f.pieceCounterLabel->text(), "(12x16)");
-
-        // Typed in any case and confirmed with Enter.
-        combo->setEditText(QStringLiteral("small"));
-        QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
-        QCOMPARE(f.state.style.StyleName, "Small");
-        // Squares beyond the smaller board kept their pieces in the vector.
-        QCOMPARE(f.positionEdit->text(), f.state.style.StartPos);
-    }
-
-    // At the end the settings are written and the work files go.
-    void theNextStartSeesTheChosenStyle() {
+    // A style picked carries the position over; at the end the settings are
+    // written, the work files go, and the next start sees what was left.
+    void pickedStylesAndTheNextStart() {
         QTemporaryDir shared;
         const QString work = shared.filePath(QStringLiteral("F123456.tmp"));
         {
             Fixture first({}, kTwoStyles, shared.path());
             auto* combo = first.child<QComboBox>("styleBox");
+            const auto pick = [&](const char* name) { // typed in any case, then Enter
+                combo->setEditText(QLatin1String(name));
+                QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
+                // Rotation (R) and the diagonal mirror (D) only on square boards.
+                return first.positionEdit->text() +
+                       (first.action("rotateAction")->isEnabled() ? " R" : "") +
+                       (first.child("diagonalMirrorButton")->isHidden() ? "" : " D");
+            };
+            first.window->setStartPosition();
+            // The pieces keep their square numbers, in the new letters and rows.
+            QCOMPARE(pick("wide"), "cabdebacss/ssssss4/82/82/8SS/SSSSSSCABD");
+            QCOMPARE(first.pieceCounterLabel->text(), "(12x16)");
+            // Squares beyond the smaller board kept their pieces in the vector.
+            QCOMPARE(pick("small"), first.state.style.StartPos + " R D");
             combo->setCurrentIndex(combo->findText(QStringLiteral("Wide")));
             first.window->chooseStyle();
             writeFile(work);
@@ -247,16 +229,6 @@ class TstMainWindow : public QObject {
                  "PNG1100");
     }
 
-    // A press whose release was lost doesn't turn the next click into a move.
-    void strayPresses() {
-        Fixture f;
-        f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
-        QTest::mousePress(f.diagramView(), Qt::LeftButton, {}, QPoint(7, 7));
-        QTest::mousePress(f.diagramView(), Qt::LeftButton, {}, QPoint(22, 22));
-        QTest::mouseRelease(f.diagramView(), Qt::LeftButton, {}, QPoint(22, 22));
-        QCOMPARE(f.positionEdit->text(), "k7/8/8/8/8/8/8/K7");
-    }
-
     // The help page that ships beside the executable is found with the
     // program folder elsewhere.
     void helpFromBesideTheExecutable() {
@@ -317,9 +289,8 @@ class TstMainWindow : public QObject {
         // The diagram too is drawn for the screen's pixels, not enlarged.
         Fixture f;
         f.positionEdit->setText(QStringLiteral("k7/8/8/8/8/8/8/7K"));
-        auto* view = f.window->findChild<DiagramView*>(QStringLiteral("diagramView"));
-        const QImage screen = view->pictureAt(1);
-        const QImage sharp = view->pictureAt(2);
+        const QImage screen = f.diagramView()->pictureAt(1);
+        const QImage sharp = f.diagramView()->pictureAt(2);
         QCOMPARE(sharp.size(), screen.size() * 2);
         QVERIFY(sharp.convertToFormat(screen.format()) != screen.scaled(screen.size() * 2));
     }

@@ -6,15 +6,13 @@
 #include "gui/main_window.h"
 #include "gui/search_window.h"
 #include "gui/tool_button.h"
+#include "support/file_bytes.h"
 
 #include <QAction>
 #include <QComboBox>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QTemporaryDir>
-#include <QTest>
 #include <memory>
 
 namespace marlith::testing {
@@ -40,9 +38,7 @@ struct Fixture {
                      const QString& folder = {})
         : home(folder.isEmpty() ? dir.path() : folder) {
         qputenv("MARLITH_HOME", home.toUtf8());
-        QFile ini(home + QStringLiteral("/Marlith.ini"));
-        if (!settings.isEmpty() && ini.open(QIODevice::WriteOnly)) ini.write(settings);
-        ini.close();
+        if (!settings.isEmpty()) writeFile(home + QStringLiteral("/Marlith.ini"), settings);
         window = std::make_unique<MainWindow>(state);
         window->startInstance = [this](const QStringList& rest) { instances.append(rest); };
         window->warn = [this](const QString& text) { warnings.append(text); };
@@ -63,10 +59,7 @@ struct Fixture {
     }
     // A book of these bytes in the program folder, opened and read.
     void openBook(const QString& name, const QByteArray& bytes) {
-        state.bookFile = folder() + name;
-        QFile file(state.bookFile);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-        file.close();
+        writeFile(state.bookFile = folder() + name, bytes);
         window->loadBook();
         waitForScan();
     }
