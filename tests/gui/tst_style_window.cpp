@@ -2,7 +2,6 @@
 #include "drawing/piece_sheet.h"
 #include "gui/style_window.h"
 #include "styles/style_block.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QAbstractItemView>
@@ -31,6 +30,22 @@ void writeSheet(const QString& path, int size) {
                 sheet.setPixel((cell % 13) * size + x, (cell / 13) * size + y, qRgb(grey, grey, 0));
     }
     QVERIFY(sheet.save(path, "BMP"));
+}
+
+template <typename T = QPushButton> T* in(StyleWindow& w, const char* name) {
+    return w.findChild<T*>(QLatin1String(name));
+}
+
+void enter(StyleWindow& w, const char* edit, const QString& text) {
+    auto* box = in<QLineEdit>(w, edit);
+    box->setFocus();
+    box->selectAll();
+    QTest::keyClicks(box, text);
+    QTest::keyClick(box, Qt::Key_Return);
+}
+
+void run(StyleWindow& w, const char* action) {
+    in<QAction>(w, action)->trigger();
 }
 
 // The program with a library of two styles, and a Style window driven as a
@@ -62,19 +77,6 @@ struct StyleSession : Fixture {
         };
         window->editStyle();
     }
-    template <typename T> static T* in(StyleWindow& w, const char* name) {
-        return w.findChild<T*>(QLatin1String(name));
-    }
-    static void enter(StyleWindow& w, const char* edit, const QString& text) {
-        auto* box = in<QLineEdit>(w, edit);
-        box->setFocus();
-        box->selectAll();
-        QTest::keyClicks(box, text);
-        QTest::keyClick(box, Qt::Key_Return);
-    }
-    static void run(StyleWindow& w, const char* action) {
-        w.findChild<QAction*>(QLatin1String(action))->trigger();
-    }
     // The margin behind the last square shows the back colour.
     QRgb corner() const {
         const QImage& image = window->diagram().image();
@@ -97,14 +99,14 @@ class TstStyleWindow : public QObject {
         s.picked = 0x0000FF; // red
         s.open([&](StyleWindow& w) {
             // The padlock open: the picture takes the size of the board.
-            StyleSession::in<ToolButton>(w, "padlockButton")->clicked();
-            StyleSession::enter(w, "boardColumnsEdit", QStringLiteral("5"));
+            in<ToolButton>(w, "padlockButton")->clicked();
+            enter(w, "boardColumnsEdit", QStringLiteral("5"));
             QCOMPARE(s.window->diagram().image().width(), 5 * 20 + 4);
-            StyleSession::in<QPushButton>(w, "backColorSwatch")->click();
+            in(w, "backColorSwatch")->click();
             QCOMPARE(s.corner(), qRgb(255, 0, 0));
             QCOMPARE(w.statusText(), "View mode...");
             // The width bar resizes the picture pixel by pixel, no draw.
-            auto* bar = StyleSession::in<QScrollBar>(w, "pictureWidthScrollBar");
+            auto* bar = in<QScrollBar>(w, "pictureWidthScrollBar");
             bar->setValue(bar->value() + 7);
             QCOMPARE(s.window->diagram().image().width(), 5 * 20 + 4 + 7);
             QCOMPARE(s.state.style.BorderWidth, 5);
@@ -116,30 +118,40 @@ class TstStyleWindow : public QObject {
     }
 
     // Ok keeps the edits in force, Save stores them; the next opening starts
-    // from what Ok kept.
+    // from what Ok kept. A font in place of the pieces file: squares of the
+    // size typed, in the colour picked, kept when the style is saved.
     void okKeepsAndSaveStores() {
         StyleSession s;
+        s.picked = 0x00FF00;
         s.open([&](StyleWindow& w) {
-            auto* name = StyleSession::in<QComboBox>(w, "styleNameBox");
-            name->setEditText(QStringLiteral("Beta"));
-            StyleSession::enter(w, "frameWidthEdit", QStringLiteral("2"));
-            StyleSession::run(w, "saveStyleAction");
+            in<ToolButton>(w, "padlockButton")->clicked();
+            in<QComboBox>(w, "piecesFontBox")->setEditText(kPieceFontFamily);
+            enter(w, "squareSizeEdit", QStringLiteral("30"));
+            QCOMPARE(s.window->diagram().image().width(), 8 * 30 + 4);
+            in(w, "darkColorSwatch")->click();
+            QCOMPARE(s.window->diagram().image().pixel(31, 1), qRgb(0, 255, 0));
+            in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Beta"));
+            enter(w, "frameWidthEdit", QStringLiteral("2"));
+            run(w, "saveStyleAction");
             QCOMPARE(w.statusText(), "Beta saved!");
             QVERIFY(s.questions.isEmpty());
-            StyleSession::in<QPushButton>(w, "okButton")->click();
+            in(w, "okButton")->click();
         });
         QCOMPARE(s.state.style.StyleName, "Beta");
         QCOMPARE(s.state.style.FrameWidth, 2);
         QCOMPARE(s.styleList(), QStringList({"CUSTOM", "Alpha", "Gamma", "Beta"}));
         const QByteArray expected = readFile(s.folder() + "Marlith.ini");
-        QVERIFY(expected.contains("BeginStyle = Beta\r\n") && expected.contains("FrameWidth = 2 "));
+        QVERIFY(
+            expected.contains("BeginStyle = Beta\r\n") && expected.contains("FrameWidth = 2 ") &&
+            expected.contains("  PiecesFont = Noto Sans Symbols 2\r\n  LightColor = &HFFFFFF\r\n"
+                              "  DarkColor = &HFF00\r\n  SqrWidth = 30 \r\n"));
 
         // Saving again asks before it replaces; Exit keeps what Ok kept.
         s.answer = QMessageBox::No;
         s.open([&](StyleWindow& w) {
-            QCOMPARE(StyleSession::in<QLineEdit>(w, "frameWidthEdit")->text(), "2");
-            StyleSession::run(w, "saveStyleAction");
-            StyleSession::run(w, "exitAction");
+            QCOMPARE(in<QLineEdit>(w, "frameWidthEdit")->text(), "2");
+            run(w, "saveStyleAction");
+            run(w, "exitAction");
         });
         QCOMPARE(s.questions, QStringList({"This file already contains a style called Beta.\n"
                                            "Would you like to replace the existing style?"}));
@@ -147,41 +159,20 @@ class TstStyleWindow : public QObject {
         QCOMPARE(readFile(s.folder() + "Marlith.ini"), expected);
     }
 
-    // A font in place of the pieces file: squares of the size typed, in the
-    // colour picked, kept when the style is saved.
-    void fontStyles() {
-        StyleSession s;
-        s.picked = 0x00FF00;
-        s.open([&](StyleWindow& w) {
-            StyleSession::in<ToolButton>(w, "padlockButton")->clicked();
-            StyleSession::in<QComboBox>(w, "piecesFontBox")->setEditText(kPieceFontFamily);
-            StyleSession::enter(w, "squareSizeEdit", QStringLiteral("30"));
-            QCOMPARE(s.window->diagram().image().width(), 8 * 30 + 4);
-            StyleSession::in<QPushButton>(w, "darkColorSwatch")->click();
-            QCOMPARE(s.window->diagram().image().pixel(31, 1), qRgb(0, 255, 0));
-            StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Delta"));
-            StyleSession::run(w, "saveStyleAction");
-            QCOMPARE(w.statusText(), "Delta saved!");
-        });
-        const QByteArray ini = readFile(s.folder() + "Marlith.ini");
-        QVERIFY(ini.contains("  PiecesFont = Noto Sans Symbols 2\r\n  LightColor = &HFFFFFF\r\n"
-                             "  DarkColor = &HFF00\r\n  SqrWidth = 30 \r\n"));
-    }
-
     // Only a choice in the pop-up loads the style of a name that is typed.
     void onlyTheListLoadsAStyle() {
         StyleSession s;
         s.open([&](StyleWindow& w) {
             w.activateWindow();
-            auto* name = StyleSession::in<QComboBox>(w, "styleNameBox");
-            StyleSession::enter(w, "frameWidthEdit", QStringLiteral("2"));
+            auto* name = in<QComboBox>(w, "styleNameBox");
+            enter(w, "frameWidthEdit", QStringLiteral("2"));
             name->setFocus();
             name->setEditText(QStringLiteral("Gamma"));
-            StyleSession::in<QLineEdit>(w, "frameWidthEdit")->setFocus();
+            in<QLineEdit>(w, "frameWidthEdit")->setFocus();
             name->setFocus();
             QTest::keyClick(name, Qt::Key_Return);
-            StyleSession::in<QMenu>(w, "fileMenu")->popup(w.pos());
-            StyleSession::in<QMenu>(w, "fileMenu")->close();
+            in<QMenu>(w, "fileMenu")->popup(w.pos());
+            in<QMenu>(w, "fileMenu")->close();
             QCOMPARE(s.state.style.FrameWidth, 2);
             name->showPopup();
             QTest::mouseClick(name->view()->viewport(), Qt::LeftButton, {},
@@ -195,16 +186,16 @@ class TstStyleWindow : public QObject {
     void refusalsDeleteAndRestore() {
         StyleSession s;
         s.open([&](StyleWindow& w) {
-            StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText("Smith, John");
-            StyleSession::run(w, "saveStyleAction");
-            StyleSession::in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Alpha"));
-            StyleSession::in<QLineEdit>(w, "piecesFileEdit")->clear();
-            StyleSession::run(w, "saveStyleAction");
-            StyleSession::run(w, "deleteStyleAction");
-            StyleSession::run(w, "restoreDefaultsAction");
+            in<QComboBox>(w, "styleNameBox")->setEditText("Smith, John");
+            run(w, "saveStyleAction");
+            in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Alpha"));
+            in<QLineEdit>(w, "piecesFileEdit")->clear();
+            run(w, "saveStyleAction");
+            run(w, "deleteStyleAction");
+            run(w, "restoreDefaultsAction");
             // The fields show the defaults, the picture sizing itself again.
-            QCOMPARE(StyleSession::in<QLineEdit>(w, "pictureWidthEdit")->text(), "124");
-            QVERIFY(StyleSession::in<QPushButton>(w, "autoSizeButton")->isEnabled());
+            QCOMPARE(in<QLineEdit>(w, "pictureWidthEdit")->text(), "124");
+            QVERIFY(in(w, "autoSizeButton")->isEnabled());
             // The default style draws from the built-in sheet again.
             QCOMPARE(s.window->diagram().image().copy(0, 0, 15, 15),
                      builtInSheet().copy(0, 0, 15, 15));
@@ -230,13 +221,13 @@ class TstStyleWindow : public QObject {
         writeFile(s.folder() + "text.bmp", "BM no picture");
         s.open([&](StyleWindow& w) {
             s.chosenFile = s.folder() + "big.bmp";
-            StyleSession::in<ToolButton>(w, "browsePiecesButton")->clicked();
+            in<ToolButton>(w, "browsePiecesButton")->clicked();
             QCOMPARE(s.state.style.SqrWidth, 30 * 15);
             s.chosenFile = s.folder() + "border.bmp";
-            StyleSession::in<ToolButton>(w, "browseBorderButton")->clicked();
-            QCOMPARE(StyleSession::in<QLineEdit>(w, "boardOffsetXEdit")->text(), "80");
+            in<ToolButton>(w, "browseBorderButton")->clicked();
+            QCOMPARE(in<QLineEdit>(w, "boardOffsetXEdit")->text(), "80");
             QCOMPARE(s.window->diagram().image().pixel(5, 5), qRgb(0, 0, 255));
-            StyleSession::enter(w, "piecesFileEdit", QStringLiteral("text.bmp"));
+            enter(w, "piecesFileEdit", QStringLiteral("text.bmp"));
             w.reject();
         });
         QCOMPARE(s.questions, QStringList({"File not found!"}));
@@ -247,10 +238,10 @@ class TstStyleWindow : public QObject {
     void gridSwitch() {
         StyleSession s;
         s.open([&](StyleWindow& w) {
-            auto* grid = StyleSession::in<QCheckBox>(w, "showGridCheck");
+            auto* grid = in<QCheckBox>(w, "showGridCheck");
             grid->click();
             QCOMPARE(s.state.style.XBase, 15 * 15);
-            StyleSession::enter(w, "boardOffsetXEdit", QStringLiteral("25"));
+            enter(w, "boardOffsetXEdit", QStringLiteral("25"));
             grid->click();
             QCOMPARE(s.state.style.XBase, 0);
             grid->click();
