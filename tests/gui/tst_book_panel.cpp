@@ -2,7 +2,6 @@
 // rules themselves are tst_book_walk's.
 #include "books/scan_job.h"
 #include "gui/book_panel.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
 #include <QDir>
@@ -14,8 +13,7 @@
 #include <unistd.h>
 
 using namespace marlith;
-using marlith::testing::Fixture;
-using marlith::testing::writeFile;
+using namespace marlith::testing;
 
 namespace {
 
@@ -41,7 +39,7 @@ struct Book : Fixture {
         return panel->findChild<QLabel*>(QLatin1String(name))->text();
     }
     QWidget* stepStrip() const { return panel->findChild<QWidget*>(QStringLiteral("stepStrip")); }
-    QStringList lines() const { return marlith::testing::itemTexts(panel->headerList()); }
+    QStringList lines() const { return itemTexts(panel->headerList()); }
     // The position shown after a click on a move button or a key.
     QString button(const char* name) {
         QTest::mouseClick(panel->findChild<ToolButton*>(QLatin1String(name)), Qt::LeftButton);
@@ -71,28 +69,6 @@ QByteArray smallGames(int first, int last) {
 class TstBookPanel : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // What opening a book shows of its first game.
-    void firstGame_data() {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QStringList>("headers");
-        QTest::addColumn<QString>("position");
-        QTest::newRow("headers") << kTwoGames << "Game 1. (1 of 2)"
-                                 << QStringList{"[Event \"first\"]"} << rank1("K7");
-        QTest::newRow("no headers") << QByteArray("k7/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/8\n")
-                                    << "Game 1. (1 of 1)" << QStringList() << "k7/8/8/8/8/8/8/K7";
-    }
-    void firstGame() {
-        QFETCH(QByteArray, text);
-        Book b(text);
-        QVERIFY(b.panel->isVisible());
-        QVERIFY(b.action("closeBookAction")->isEnabled());
-        QTEST(b.label("gameLabel"), "caption");
-        QTEST(b.lines(), "headers");
-        QTEST(b.positionEdit->text(), "position");
-        QVERIFY(!b.stepStrip()->isVisible()); // no move buttons in any of these games
-    }
-
     // A file that can't be a book gets a Warning that names it, and no book
     // opens; a pipe never holds the window.
     void badBooksAreRefused_data() {
@@ -135,10 +111,15 @@ class TstBookPanel : public QObject {
         QVERIFY(!f.window->bookPanel()->isVisible());
     }
 
-    // Buttons and keys walk the positions of a game, the scroll bar the
-    // games; walking reads the work file alone.
+    // Opened, the book shows its first game; buttons and keys walk the
+    // positions of a game, the scroll bar the games; walking reads the work
+    // file alone.
     void walksGamesAndPositions() {
         Book b(kTwoGames);
+        QVERIFY(b.panel->isVisible() && b.action("closeBookAction")->isEnabled());
+        QCOMPARE(QStringList({b.label("gameLabel"), b.positionEdit->text()}) + b.lines(),
+                 QStringList({"Game 1. (1 of 2)", rank1("K7"), "[Event \"first\"]"}));
+        QVERIFY(!b.stepStrip()->isVisible()); // one position: no move buttons
         QCOMPARE(b.label("sideLabel"), "White moves...");
         QVERIFY(QFile::remove(b.folder() + QStringLiteral("b.fen")));
         b.panel->gameScrollBar()->setValue(2);
@@ -158,10 +139,15 @@ class TstBookPanel : public QObject {
         QCOMPARE(b.key(b.panel->gameScrollBar(), Qt::Key_Left), rank1("K7"));
     }
 
-    // The panel names the move at which a game was cut.
+    // The panel names the move at which a game was cut; a book without
+    // headers shows none.
     void aCutGameNamesItsMove() {
         Book b("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n", QStringLiteral("b.pgn"));
         QCOMPARE(b.lines().value(1), "Cut at 2.Ke3 (can't be played)");
+        Book bare("k7/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/8\n");
+        QCOMPARE(QStringList({bare.label("gameLabel"), bare.positionEdit->text()}) + bare.lines(),
+                 QStringList({"Game 1. (1 of 1)", "k7/8/8/8/8/8/8/K7"}));
+        QVERIFY(!bare.stepStrip()->isVisible());
     }
 
     // The window lives while a book is read: the count runs, Escape stops the
@@ -205,7 +191,7 @@ class TstBookPanel : public QObject {
         writeFile(f.folder() + QStringLiteral("b.fen"), text);
         f.state.bookFile = f.folder() + QStringLiteral("b.fen");
         {
-            const marlith::testing::FileSizeLimit full(1'000'000);
+            const FileSizeLimit full(1'000'000);
             f.window->loadBook();
             f.waitForScan();
         }
@@ -216,7 +202,7 @@ class TstBookPanel : public QObject {
         QCOMPARE(f.window->bookPanel()->gameScrollBar()->maximum(), 2'525);
         f.window->bookPanel()->gameScrollBar()->setValue(2'525);
         QCOMPARE(f.positionEdit->text(), "K7/8/8/8/8/8/8/8");
-        QCOMPARE(marlith::testing::readFile(f.state.bookFile), text);
+        QCOMPARE(readFile(f.state.bookFile), text);
     }
 
     // Closing the book also stops a scan that is under way.
