@@ -1,20 +1,11 @@
 // The board, the palette and the image output driven as a user drives them:
 // real mouse events on the diagram and the View window. The editing rules
 // themselves are tst_board_edit's.
-#include "drawing/piece_sheet.h"
-#include "gui/graphic_window.h"
-#include "gui/history_window.h"
-#include "gui/solution_list.h"
-#include "gui/view_window.h"
 #include "support/main_window_fixture.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
 #include <QImageReader>
 #include <QMimeData>
 #include <QPrinterInfo>
-#include <QPushButton>
-#include <QRadioButton>
 #include <QRegularExpression>
 #include <QStandardPaths>
 

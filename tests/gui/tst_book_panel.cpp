@@ -1,12 +1,9 @@
 // The book panel beside the board, driven as a user drives it; the walking
 // rules themselves are tst_book_walk's.
 #include "books/scan_job.h"
-#include "gui/book_panel.h"
 #include "support/main_window_fixture.h"
 
-#include <QDir>
 #include <QRandomGenerator>
-#include <QScrollBar>
 #include <chrono>
 #include <sys/stat.h>
 #include <thread>

@@ -1,22 +1,10 @@
 // Every window at this desktop's font: no label, button, check box, option
 // or frame title shows less than its whole caption.
 #include "gui/about_window.h"
-#include "gui/add_to_book_window.h"
-#include "gui/crafty_window.h"
-#include "gui/file_chooser.h"
-#include "gui/graphic_window.h"
-#include "gui/history_window.h"
-#include "gui/popeye_window.h"
-#include "gui/search_window.h"
-#include "gui/style_window.h"
-#include "gui/view_window.h"
 #include "support/main_window_fixture.h"
 
 #include <QAbstractButton>
-#include <QCheckBox>
 #include <QGroupBox>
-#include <QListWidget>
-#include <QRadioButton>
 
 using namespace marlith;
 using namespace marlith::testing;

@@ -2,21 +2,8 @@
 // files, fields and stages of a run are tst_popeye's, tst_crafty's and
 // tst_engine_files'.
 #include "engines/popeye.h"
-#include "gui/book_panel.h"
-#include "gui/crafty_window.h"
-#include "gui/popeye_window.h"
-#include "gui/solution_list.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QClipboard>
-#include <QComboBox>
-#include <QDir>
-#include <QGuiApplication>
-#include <QListWidget>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QScrollBar>
 #include <optional>
 
 using namespace marlith;

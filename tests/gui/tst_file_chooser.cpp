@@ -1,14 +1,8 @@
 // The file chooser driven through its controls, alone and from the main
 // window's commands; the rules for names, filters and folders are
 // tst_chooser_rules'.
-#include "gui/file_chooser.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QApplication>
-#include <QDir>
-#include <QListWidget>
-#include <QPushButton>
 #include <QTimer>
 
 using namespace marlith;

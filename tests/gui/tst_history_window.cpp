@@ -1,14 +1,5 @@
 #include "books/book_walk.h"
-#include "gui/add_to_book_window.h"
-#include "gui/book_panel.h"
-#include "gui/history_window.h"
 #include "support/main_window_fixture.h"
-
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QListWidget>
-#include <QPushButton>
-#include <QScrollBar>
 
 using namespace marlith;
 using namespace marlith::testing;

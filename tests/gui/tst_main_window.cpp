@@ -1,11 +1,6 @@
-#include "gui/style_window.h"
-#include "gui/tool_button.h"
 #include "gui/tool_faces.h"
 #include "support/main_window_fixture.h"
 
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
 #include <QCryptographicHash>
 #include <QScreen>
 #include <QSignalSpy>

@@ -1,12 +1,9 @@
 // The real solver through the Popeye window, as a composer uses it: each
 // problem's solution is the one Popeye gives for the same problem written by
 // hand in its own language.
-#include "gui/popeye_window.h"
 #include "support/main_window_fixture.h"
 
-#include <QListWidget>
 #include <QProcess>
-#include <QPushButton>
 #include <QRegularExpression>
 
 using namespace marlith;

@@ -1,8 +1,4 @@
-#include "gui/book_panel.h"
-#include "gui/search_window.h"
 #include "support/main_window_fixture.h"
-
-#include <QScrollBar>
 
 using namespace marlith;
 using marlith::testing::Fixture;

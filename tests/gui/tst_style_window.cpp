@@ -1,14 +1,9 @@
 #include "drawing/font_pieces.h"
-#include "drawing/piece_sheet.h"
-#include "gui/style_window.h"
 #include "styles/style_block.h"
 #include "support/main_window_fixture.h"
 
 #include <QAbstractItemView>
-#include <QCheckBox>
 #include <QMenu>
-#include <QPushButton>
-#include <QScrollBar>
 
 using namespace marlith;
 using namespace marlith::testing;

@@ -1,18 +1,36 @@
-// A fresh program folder, state and main window for each case of a GUI test.
+// A fresh program folder, state and main window for each case of a GUI test,
+// and the windows and controls the GUI tests drive.
 #pragma once
 
+#include "drawing/piece_sheet.h"
+#include "gui/add_to_book_window.h"
+#include "gui/book_panel.h"
+#include "gui/crafty_window.h"
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
+#include "gui/graphic_window.h"
+#include "gui/history_window.h"
 #include "gui/main_window.h"
+#include "gui/popeye_window.h"
 #include "gui/search_window.h"
+#include "gui/solution_list.h"
+#include "gui/style_window.h"
 #include "gui/tool_button.h"
+#include "gui/view_window.h"
 #include "support/file_bytes.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
 #include <memory>
 
 namespace marlith::testing {
