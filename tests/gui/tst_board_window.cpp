@@ -32,7 +32,6 @@ class TstBoardWindow : public QObject {
   private Q_SLOTS:
     void movesCopiesAndEmpties() {
         Fixture f;
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         f.positionEdit->setText(QStringLiteral("K"));
         QCOMPARE(f.dragOnBoard(square(0, 0), square(1, 1)), "8/1K6/8/8/8/8/8/8");
         QTRY_VERIFY(f.positionEdit->hasFocus());
@@ -61,7 +60,6 @@ class TstBoardWindow : public QObject {
 
     void aClickWithoutPieceOpensThePaletteForThatSquare() {
         Fixture f;
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         click(f.diagramView(), square(4, 4));
         ViewWindow* view = f.window->viewWindow();
         QVERIFY(view->isVisible());
@@ -97,7 +95,6 @@ class TstBoardWindow : public QObject {
 
     void dragFromThePaletteOntoTheBoard() {
         Fixture f;
-        QVERIFY(QTest::qWaitForWindowExposed(f.window.get()));
         f.window->showViewWindow();
         ViewWindow* view = f.window->viewWindow();
         QVERIFY(QTest::qWaitForWindowExposed(view));

@@ -47,7 +47,6 @@ class TstMainWindow : public QObject {
 
     void commandsOfThePosition() {
         Fixture f;
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         QSignalSpy saveAs(f.action("saveImageAsAction"), &QAction::triggered);
         const Qt::KeyboardModifiers ctrl = Qt::ControlModifier,
                                     ctrlShift = ctrl | Qt::ShiftModifier;
@@ -78,7 +77,6 @@ class TstMainWindow : public QObject {
     // gets them past its filters, and the editing keys work there too.
     void menuKeysFromTheStyleList() {
         Fixture f({}, kTwoStyles);
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         int styleWindows = 0;
         f.window->runStyleWindow = [&styleWindows](StyleWindow& window) {
             ++styleWindows;
@@ -100,7 +98,6 @@ class TstMainWindow : public QObject {
     // position box. The engine button is tst_engine_windows'.
     void toolButtonsRunTheirMenuItems() {
         Fixture f;
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         for (const char* name :
              {"saveImage", "graphic", "history", "copyImage", "copyHtml", "copyPosition",
               "pastePosition", "print", "new", "startPosition", "moveRight", "moveLeft", "moveUp",
@@ -124,7 +121,6 @@ class TstMainWindow : public QObject {
         Fixture f;
         f.openBook(QStringLiteral("b.fen"),
                    "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         for (const auto& [control, label] : {std::pair{"positionEdit", "pieceCounterLabel"},
                                              {"stepStrip", "sideLabel"},
                                              {"gameScrollBar", "gameLabel"}}) {
@@ -207,7 +203,6 @@ class TstMainWindow : public QObject {
                 chooser.findChild<QLineEdit*>(QStringLiteral("nameEdit"))->setText("pic");
                 chooser.confirm();
             };
-            QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
             exportWith([&f] { f.key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier); },
                        QStringLiteral("PNG"), "1100", Qt::Key_Return);
             const QString path = f.folder() + QStringLiteral("pic.png");

@@ -66,6 +66,7 @@ struct Fixture {
         window->start(arguments);
         window->show();
         window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window.get())); // keys and focus need it
         positionEdit = window->findChild<QLineEdit*>(QStringLiteral("positionEdit"));
         pieceCounterLabel = window->findChild<QLabel*>(QStringLiteral("pieceCounterLabel"));
     }
