@@ -58,22 +58,34 @@ class TstBoardWindow : public QObject {
         QVERIFY(!f.action("redoAction")->isEnabled());
     }
 
-    void aClickWithoutPieceOpensThePaletteForThatSquare() {
+    // A click without a piece opens the palette for that square; the piece
+    // clicked there goes on it and is chosen, and then clicks on the board
+    // stamp it; a click on the chosen piece gives it up. A piece dragged from
+    // the palette lands under the pointer, on the turned board too.
+    void thePalette() {
         Fixture f;
         click(f.diagramView(), square(4, 4));
         ViewWindow* view = f.window->viewWindow();
-        QVERIFY(view->isVisible());
-        // The piece clicked in the palette goes on that square and is chosen.
+        QVERIFY(QTest::qWaitForWindowExposed(view));
         click(view->paletteView(), paletteCellAt(10)); // Q
         QCOMPARE(f.positionEdit->text(), "8/8/8/8/4Q3/8/8/8");
         QVERIFY(!view->chosenPieceView()->pixmap().isNull());
-        // Now clicks on the board stamp it.
         click(f.diagramView(), square(0, 0));
         QCOMPARE(f.positionEdit->text(), "Q7/8/8/8/4Q3/8/8/8");
-        // A click on the chosen piece gives it up.
         click(view->chosenPieceView(), QPoint(3, 3));
         QCOMPARE(f.state.chosenPiece, int16_t(-1));
         QVERIFY(view->chosenPieceView()->pixmap().isNull());
+
+        auto releaseOver = [&](QPoint onBoard) {
+            return view->paletteView()->mapFromGlobal(f.diagramView()->mapToGlobal(onBoard));
+        };
+        drag(view->paletteView(), paletteCellAt(2), releaseOver(square(6, 4))); // P onto e2
+        QCOMPARE(f.positionEdit->text(), "Q7/8/8/8/4Q3/8/4P3/8");
+        f.action("reverseAction")->trigger();
+        drag(view->paletteView(), paletteCellAt(12), releaseOver(square(7, 7)));
+        QCOMPARE(f.positionEdit->text(), "K7/8/8/8/4Q3/8/4P3/8");
+        QCOMPARE(f.window->diagram().image().pixel(square(7, 7)),
+                 builtInSheet().pixel(12 * 15 + 7, 7));
     }
 
     // On a board of 7 x 10 whose squares stand 6 pixels apart, the mouse
@@ -86,30 +98,10 @@ class TstBoardWindow : public QObject {
         f.type(QStringLiteral("K"));
         QCOMPARE(f.dragOnBoard({19, 19}, {31, 31}), "7/1K5/7/7/7/7/7/7/7/7");
         f.window->graphicWindow()->findChild<QRadioButton*>("snapCornerOption")->setChecked(true);
-        QTest::mousePress(f.diagramView(), Qt::LeftButton, Qt::ShiftModifier, {31, 31});
-        QTest::mouseRelease(f.diagramView(), Qt::LeftButton, Qt::ShiftModifier, {50, 52});
+        f.dragOnBoard({31, 31}, {50, 52}, Qt::ShiftModifier);
         const QImage& image = f.window->diagram().image();
         QCOMPARE(image.pixel(30, 30), qRgb(255, 0, 0));
         QVERIFY(image.pixel(54, 54) != qRgb(255, 0, 0));
-    }
-
-    void dragFromThePaletteOntoTheBoard() {
-        Fixture f;
-        f.window->showViewWindow();
-        ViewWindow* view = f.window->viewWindow();
-        QVERIFY(QTest::qWaitForWindowExposed(view));
-        auto releaseOver = [&](QPoint onBoard) {
-            return view->paletteView()->mapFromGlobal(f.diagramView()->mapToGlobal(onBoard));
-        };
-        drag(view->paletteView(), paletteCellAt(2), releaseOver(square(6, 4))); // P onto e2
-        QCOMPARE(f.positionEdit->text(), "8/8/8/8/8/8/4P3/8");
-
-        // On the turned board the piece lands under the pointer and is drawn there.
-        f.action("reverseAction")->trigger();
-        drag(view->paletteView(), paletteCellAt(12), releaseOver(square(7, 7)));
-        QCOMPARE(f.positionEdit->text(), "K7/8/8/8/8/8/4P3/8");
-        QCOMPARE(f.window->diagram().image().pixel(square(7, 7)),
-                 builtInSheet().pixel(12 * 15 + 7, 7));
     }
 
     // Paste drops the counter; the picture goes as it is shown, also as PNG
@@ -191,32 +183,24 @@ class TstBoardWindow : public QObject {
     void strokesAndSavedBitmaps() {
         Fixture f;
         const QRgb red = qRgb(255, 0, 0);
-        const auto stroke = [&](QPoint from, QPoint to, Qt::MouseButton button = Qt::LeftButton) {
-            QTest::mousePress(f.diagramView(), button, Qt::ShiftModifier, from);
-            QTest::mouseRelease(f.diagramView(), button, Qt::ShiftModifier, to);
-        };
         const auto pixel = [&](int x, int y) { return f.window->diagram().image().pixel(x, y); };
         GraphicWindow* graphic = f.window->graphicWindow();
-        stroke({5, 5}, {20, 20});
-        QCOMPARE(pixel(5, 5), red);
-        QCOMPARE(pixel(12, 12), red);
-        QVERIFY(pixel(22, 22) != red);
+        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier);
+        QVERIFY(pixel(5, 5) == red && pixel(12, 12) == red && pixel(22, 22) != red);
         graphic->findChild<QPushButton*>("clearGraphicButton")->click();
         QVERIFY(pixel(12, 12) != red);
-        stroke({5, 5}, {20, 20}, Qt::RightButton);
+        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier, Qt::RightButton);
         QVERIFY(pixel(12, 12) != red);
 
         graphic->findChild<QRadioButton*>("snapCenterOption")->setChecked(true);
-        stroke({5, 5}, {20, 20});
-        QVERIFY(pixel(5, 5) != red && pixel(6, 6) != red);
-        QCOMPARE(pixel(10, 10), red);
-        QCOMPARE(pixel(22, 22), red);
+        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier);
+        QVERIFY(pixel(5, 5) != red && pixel(6, 6) != red && pixel(10, 10) == red &&
+                pixel(22, 22) == red);
         // A circle round the centre of b7, its radius the drag's, in blue.
         graphic->swatch(4)->click();
         graphic->findChild<QRadioButton*>("circleOption")->setChecked(true);
-        stroke({20, 20}, {26, 40});
-        QCOMPARE(pixel(22, 28), qRgb(0, 0, 255));
-        QCOMPARE(pixel(16, 22), qRgb(0, 0, 255));
+        f.dragOnBoard({20, 20}, {26, 40}, Qt::ShiftModifier);
+        QVERIFY(pixel(22, 28) == qRgb(0, 0, 255) && pixel(16, 22) == qRgb(0, 0, 255));
         f.window->saveImage();
         QCOMPARE(QImage(f.folder() + QStringLiteral("Marlith.bmp"))
                      .convertToFormat(QImage::Format_RGB32),

@@ -46,26 +46,19 @@ class TstCaptions : public QObject {
         Fixture f;
         // With a book open, its panel shows too.
         f.openBook(QStringLiteral("b.fen"), "[Event \"x\"]\r\nk7/8\r\n");
-        f.window->showViewWindow();
-        f.window->showHistory();
-        f.window->showGraphicWindow();
-        QList<QWidget*> windows{f.window.get(),
-                                f.window->viewWindow(),
-                                f.window->historyWindow(),
-                                f.window->graphicWindow(),
-                                f.window->styleWindow(),
-                                f.window->popeyeWindow(),
-                                f.window->craftyWindow(),
-                                f.window->searchWindow(),
-                                f.window->addToBookWindow()};
-        AboutWindow about(f.state.programFolder, f.window.get());
-        windows << &about;
+        MainWindow& m = *f.window;
+        m.showViewWindow();
+        m.showHistory();
+        m.showGraphicWindow();
+        AboutWindow about(f.state.programFolder, &m);
         QCOMPARE(about.findChild<QLabel*>(QStringLiteral("folderLabel"))->toolTip(),
                  f.state.programFolder);
-        FileChooser chooser(f.state, f.window.get());
-        windows << &chooser;
+        FileChooser chooser(f.state, &m);
         QStringList cut;
-        for (QWidget* window : windows) {
+        for (QWidget* window :
+             QList<QWidget*>{&m, m.viewWindow(), m.historyWindow(), m.graphicWindow(),
+                             m.styleWindow(), m.popeyeWindow(), m.craftyWindow(), m.searchWindow(),
+                             m.addToBookWindow(), &about, &chooser}) {
             window->show();
             for (const QString& caption : cutCaptions(window))
                 cut << window->objectName() + QStringLiteral(": ") + caption;
@@ -74,8 +67,7 @@ class TstCaptions : public QObject {
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
         // The engines' lists: a fixed-width font, and room for the solver's
         // rows of 50 characters.
-        for (QWidget* window : {static_cast<QWidget*>(f.window->popeyeWindow()),
-                                static_cast<QWidget*>(f.window->craftyWindow())}) {
+        for (QWidget* window : QList<QWidget*>{m.popeyeWindow(), m.craftyWindow()}) {
             auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
             QVERIFY(QFontInfo(list->font()).fixedPitch());
             QVERIFY(list->width() >= list->fontMetrics().horizontalAdvance(QString(50, u'0')));
