@@ -205,9 +205,11 @@ class TstStyleWindow : public QObject {
         QCOMPARE(s.styleList(), QStringList({"CUSTOM", "Gamma"}));
     }
 
-    // The sheet decides the square size; a border picture centres the
-    // board; a file that is no picture is refused with the message.
-    void filesOfTheStyle() {
+    // The grid switch: on, the board gets a margin; off, the margin goes and
+    // comes back at the next switching on. The sheet decides the square size;
+    // a border picture centres the board; a file that is no picture is
+    // refused with the message.
+    void gridAndFilesOfTheStyle() {
         StyleSession s;
         writeSheet(s.folder() + "big.bmp", 30);
         QImage border(400, 300, QImage::Format_RGB32);
@@ -215,6 +217,14 @@ class TstStyleWindow : public QObject {
         QVERIFY(border.save(s.folder() + "border.bmp", "BMP"));
         writeFile(s.folder() + "text.bmp", "BM no picture");
         s.open([&](StyleWindow& w) {
+            auto* grid = in<QCheckBox>(w, "showGridCheck");
+            grid->click();
+            QCOMPARE(s.state.style.XBase, 15 * 15);
+            enter(w, "boardOffsetXEdit", QStringLiteral("25"));
+            grid->click();
+            QCOMPARE(s.state.style.XBase, 0);
+            grid->click();
+            QCOMPARE(s.state.style.XBase, 25 * 15);
             s.chosenFile = s.folder() + "big.bmp";
             in<ToolButton>(w, "browsePiecesButton")->clicked();
             QCOMPARE(s.state.style.SqrWidth, 30 * 15);
@@ -226,23 +236,6 @@ class TstStyleWindow : public QObject {
             w.reject();
         });
         QCOMPARE(s.questions, QStringList({"File not found!"}));
-    }
-
-    // The grid switch: on, the board gets a margin; off, the margin goes and
-    // comes back at the next switching on.
-    void gridSwitch() {
-        StyleSession s;
-        s.open([&](StyleWindow& w) {
-            auto* grid = in<QCheckBox>(w, "showGridCheck");
-            grid->click();
-            QCOMPARE(s.state.style.XBase, 15 * 15);
-            enter(w, "boardOffsetXEdit", QStringLiteral("25"));
-            grid->click();
-            QCOMPARE(s.state.style.XBase, 0);
-            grid->click();
-            QCOMPARE(s.state.style.XBase, 25 * 15);
-            w.reject();
-        });
     }
 };
 
