@@ -71,26 +71,11 @@ class TstMainWindow : public QObject {
         f.key(Qt::Key_S, ctrlShift);
         QCOMPARE(saveAs.count(), 1);
         QVERIFY(f.positionEdit->hasFocus());
-    }
-
-    // Menu keys that no box keeps work from the style list, whose line edit
-    // gets them past its filters, and the editing keys work there too.
-    void menuKeysFromTheStyleList() {
-        Fixture f({}, kTwoStyles);
-        int styleWindows = 0;
-        f.window->runStyleWindow = [&styleWindows](StyleWindow& window) {
-            ++styleWindows;
-            window.reject();
-        };
-        auto* box = f.child<QComboBox>("styleBox");
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_E, Qt::ControlModifier);
-        QCOMPARE(styleWindows, 1);
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(box->lineEdit()->selectedText(), "Small");
-        QTest::keyClick(box, Qt::Key_T, Qt::ControlModifier);
-        QCOMPARE(f.positionEdit->text(), f.state.style.StartPos);
+        // The help page that ships beside the executable is found with the
+        // program folder elsewhere.
+        f.action("helpContentsAction")->trigger();
+        QVERIFY(f.warnings.isEmpty());
+        QVERIFY(f.window->findChild<QWidget*>(QStringLiteral("helpWindow"))->isVisible());
     }
 
     // Each tool button runs the menu item of its name; Graphic and History
@@ -111,8 +96,7 @@ class TstMainWindow : public QObject {
         }
         // Released outside: no command.
         QSignalSpy started(f.action("startPositionAction"), &QAction::triggered);
-        QTest::mousePress(f.child("startPositionButton"), Qt::LeftButton, {}, QPoint(5, 5));
-        QTest::mouseRelease(f.child("startPositionButton"), Qt::LeftButton, {}, QPoint(30, 5));
+        drag(f.child("startPositionButton"), QPoint(5, 5), QPoint(30, 5));
         QCOMPARE(started.count(), 0);
     }
 
@@ -132,7 +116,9 @@ class TstMainWindow : public QObject {
         }
     }
 
-    // A style picked carries the position over; at the end the settings are
+    // Menu keys that no box keeps work from the style list, whose line edit
+    // gets them past its filters, and the editing keys work there too. A
+    // style picked carries the position over; at the end the settings are
     // written, the work files go, and the next start sees what was left.
     void pickedStylesAndTheNextStart() {
         QTemporaryDir shared;
@@ -148,7 +134,18 @@ class TstMainWindow : public QObject {
                        (first.action("rotateAction")->isEnabled() ? " R" : "") +
                        (first.child("diagonalMirrorButton")->isHidden() ? "" : " D");
             };
-            first.window->setStartPosition();
+            int styleWindows = 0;
+            first.window->runStyleWindow = [&styleWindows](StyleWindow& window) {
+                ++styleWindows;
+                window.reject();
+            };
+            combo->setFocus();
+            QTest::keyClick(combo, Qt::Key_E, Qt::ControlModifier);
+            QCOMPARE(styleWindows, 1);
+            combo->setFocus();
+            QTest::keyClick(combo, Qt::Key_A, Qt::ControlModifier);
+            QCOMPARE(combo->lineEdit()->selectedText(), "Small");
+            QTest::keyClick(combo, Qt::Key_T, Qt::ControlModifier); // the start position
             // The pieces keep their square numbers, in the new letters and rows.
             QCOMPARE(pick("wide"), "cabdebacss/ssssss4/82/82/8SS/SSSSSSCABD");
             QCOMPARE(first.pieceCounterLabel->text(), "(12x16)");
@@ -217,15 +214,6 @@ class TstMainWindow : public QObject {
         QCOMPARE(formatName(again.state.exportChoices.format) +
                      QString::number(again.state.exportChoices.width),
                  "PNG1100");
-    }
-
-    // The help page that ships beside the executable is found with the
-    // program folder elsewhere.
-    void helpFromBesideTheExecutable() {
-        Fixture f;
-        f.action("helpContentsAction")->trigger();
-        QVERIFY(f.warnings.isEmpty());
-        QVERIFY(f.window->findChild<QWidget*>(QStringLiteral("helpWindow"))->isVisible());
     }
 
     void childWindowsBesideTheDiagram_data() {
