@@ -9,7 +9,6 @@
 #include <QRegularExpression>
 #include <QStandardPaths>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {

@@ -9,7 +9,6 @@
 #include <thread>
 #include <unistd.h>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {

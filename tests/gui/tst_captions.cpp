@@ -6,7 +6,6 @@
 #include <QAbstractButton>
 #include <QGroupBox>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {

@@ -6,7 +6,6 @@
 
 #include <optional>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {

@@ -5,7 +5,6 @@
 
 #include <QTimer>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {
@@ -81,37 +80,16 @@ class TstFileChooser : public QObject {
         QCOMPARE(c.shown(), "Load Board | *.gif | Marlith.gif | p.gif");
     }
 
-    // Ok and Return make the full path; Close, Escape and the close box
-    // leave without a choice, the window only hidden.
-    void leavingWithAndWithoutChoice() {
-        Chooser c;
-        c.open(0);
-        c.filter->setCurrentIndex(1); // the user picks "*.png": the name follows
-        c.press("okButton");
-        QCOMPARE(c.outcome(), c.folder() + QStringLiteral("/Marlith.png"));
-        c.open(1);
-        QTest::keyClick(c.nameText, Qt::Key_Return); // an empty name is no choice
-        QCOMPARE(c.outcome(), "open");
-        QTest::keyClicks(c.nameText, QStringLiteral("games"));
-        QTest::keyClick(c.nameText, Qt::Key_Return);
-        QCOMPARE(c.outcome(), c.folder() + QStringLiteral("/games.fen"));
-
-        c.open(1);
-        c.nameText->setText(QStringLiteral("typed"));
-        c.press("closeButton");
-        QCOMPARE(c.outcome(), "none");
-        c.open(2);
-        QTest::keyClick(c.nameText, Qt::Key_Escape);
-        QCOMPARE(c.outcome(), "none");
-    }
-
     // A click on a file takes its name, a double click chooses it; Enter in
-    // the folder list opens the folder and chooses nothing.
-    void listsChoose() {
+    // the folder list opens the folder and chooses nothing. Ok and Return
+    // make the full path; Close and Escape leave without a choice, the
+    // window only hidden.
+    void leavingWithAndWithoutChoice() {
         Chooser c;
         writeFile(c.dir.filePath(QStringLiteral("b.bmp")));
         QVERIFY(QDir(c.folder()).mkpath(QStringLiteral("inner")));
-        writeFile(c.folder() + QStringLiteral("/inner/x.bmp"));
+        const QString inner = c.folder() + QStringLiteral("/inner/");
+        writeFile(inner + QStringLiteral("x.bmp"));
         c.open(0);
         click(c.files, QStringLiteral("b.bmp"));
         QCOMPARE(c.nameText->text(), "b.bmp");
@@ -120,7 +98,25 @@ class TstFileChooser : public QObject {
         QCOMPARE(c.outcome(), "open");
         QCOMPARE(c.shown(), "File Save As... | *.bmp | b.bmp | x.bmp");
         click(c.files, QStringLiteral("x.bmp"), true);
-        QCOMPARE(c.outcome(), c.folder() + QStringLiteral("/inner/x.bmp"));
+        QCOMPARE(c.outcome(), inner + QStringLiteral("x.bmp"));
+
+        c.open(0);
+        c.filter->setCurrentIndex(1); // the user picks "*.png": the name follows
+        c.press("okButton");
+        QCOMPARE(c.outcome(), inner + QStringLiteral("Marlith.png"));
+        c.open(1);
+        QTest::keyClick(c.nameText, Qt::Key_Return); // an empty name is no choice
+        QCOMPARE(c.outcome(), "open");
+        QTest::keyClicks(c.nameText, QStringLiteral("games"));
+        QTest::keyClick(c.nameText, Qt::Key_Return);
+        QCOMPARE(c.outcome(), inner + QStringLiteral("games.fen"));
+        c.open(1);
+        c.nameText->setText(QStringLiteral("typed"));
+        c.press("closeButton");
+        QCOMPARE(c.outcome(), "none");
+        c.open(2);
+        QTest::keyClick(c.nameText, Qt::Key_Escape);
+        QCOMPARE(c.outcome(), "none");
     }
 
     // MainWindow's commands go through the one chooser, run modally and

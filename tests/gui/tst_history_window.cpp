@@ -1,7 +1,6 @@
 #include "books/book_walk.h"
 #include "support/main_window_fixture.h"
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {

@@ -7,7 +7,6 @@
 #include <QSpinBox>
 #include <QTimer>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {

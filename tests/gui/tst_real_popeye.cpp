@@ -6,7 +6,6 @@
 #include <QProcess>
 #include <QRegularExpression>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {

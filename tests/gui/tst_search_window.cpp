@@ -1,7 +1,6 @@
 #include "support/main_window_fixture.h"
 
-using namespace marlith;
-using marlith::testing::Fixture;
+using namespace marlith::testing;
 
 namespace {
 

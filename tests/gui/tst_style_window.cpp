@@ -5,7 +5,6 @@
 #include <QAbstractItemView>
 #include <QMenu>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {

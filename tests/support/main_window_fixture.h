@@ -35,6 +35,9 @@
 
 namespace marlith::testing {
 
+// A test that uses this namespace names the program's own types plainly too.
+using namespace marlith;
+
 inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
                  Qt::MouseButton button = Qt::LeftButton) {
     QTest::mousePress(widget, button, keys, from);
