@@ -55,9 +55,8 @@ struct Engines {
 
     explicit Engines(const QList<std::pair<const char*, QByteArray>>& files,
                      const QString& sub = {}, const QByteArray& settings = {}) {
-        path = dir.path() + QLatin1Char('/') + sub;
+        path = QDir::cleanPath(dir.filePath(sub)) + QLatin1Char('/');
         QDir().mkpath(path);
-        if (!path.endsWith(QLatin1Char('/'))) path += QLatin1Char('/');
         for (const auto& [name, content] : files) {
             writeFile(path + QLatin1String(name), content);
             if (content.startsWith("#!")) // scripts are made executable

@@ -64,9 +64,8 @@ class TstHistoryWindow : public QObject {
         QVERIFY(!h.action("undoRecAction")->isEnabled());
         h.child("recModeButton")->clicked();
         QVERIFY(h.action("recModeAction")->isChecked());
-        drag(h.diagramView(), square(0, 0), square(1, 1));
-        drag(h.diagramView(), square(1, 1), square(2, 2));
-        drag(h.diagramView(), square(7, 0), square(6, 0));
+        for (const auto& [from, to] : {std::pair{0, 9}, {9, 18}, {56, 48}}) // to b7, c6; a1 to a2
+            drag(h.diagramView(), square(from / 8, from % 8), square(to / 8, to % 8));
         const QStringList rows{"k7/8/8/8/8/8/8/K7", "8/1k6/8/8/8/8/8/K7", "8/8/2k5/8/8/8/8/K7",
                                "8/8/2k5/8/8/8/K7/8"};
         QCOMPARE(h.history->rows(), rows);
