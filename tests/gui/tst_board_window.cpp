@@ -160,12 +160,12 @@ class TstBoardWindow : public QObject {
     void printingWithoutAPrinter() {
         if (!QPrinterInfo::defaultPrinter().isNull()) QSKIP("a printer is set up here");
         Fixture f;
-        const QByteArray realHome = qgetenv("HOME");
-        qputenv("HOME", f.dir.path().toUtf8()); // test mode: no user-dirs file read either
-        QStandardPaths::setTestModeEnabled(true);
-        f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
-        f.action("printAction")->trigger();
-        qputenv("HOME", realHome);
+        {
+            const HomeFolder home(f.dir.path());
+            QStandardPaths::setTestModeEnabled(true); // no user-dirs file read either
+            f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+            f.action("printAction")->trigger();
+        }
         const QString pdf = f.folder() + QStringLiteral("Documents/Marlith.pdf");
         QCOMPARE(f.informed, QStringList{pageWentTo(pdf)});
         const QByteArray bytes = readFile(pdf);

@@ -82,6 +82,7 @@ class TstMainWindow : public QObject {
     // position box. The engine button is tst_engine_windows'.
     void toolButtonsRunTheirMenuItems() {
         Fixture f;
+        const HomeFolder home(f.dir.path());
         for (const char* name :
              {"saveImage", "graphic", "history", "copyImage", "copyHtml", "copyPosition",
               "pastePosition", "print", "new", "startPosition", "moveRight", "moveLeft", "moveUp",

@@ -44,6 +44,14 @@ inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers 
     QTest::mouseRelease(widget, button, keys, to);
 }
 
+// While it lives, HOME is `folder`: a page printed without a printer goes to
+// its documents folder, never to the user's.
+struct HomeFolder {
+    explicit HomeFolder(const QString& folder) { qputenv("HOME", folder.toUtf8()); }
+    ~HomeFolder() { qputenv("HOME", real); }
+    const QByteArray real = qgetenv("HOME");
+};
+
 struct Fixture {
     QTemporaryDir dir;
     QString home; // the program folder: dir unless another is given
