@@ -1,6 +1,5 @@
-// The board, the palette and the image output driven as a user drives them:
-// real mouse events on the diagram and the View window. The editing rules
-// themselves are tst_board_edit's.
+// The board, the palette and the image output driven as a user drives them: real mouse events on
+// the diagram and the View window. The editing rules themselves are tst_board_edit's.
 #include "support/main_window_fixture.h"
 
 #include <QImageReader>
@@ -46,8 +45,7 @@ class TstBoardWindow : public QObject {
         QTest::mousePress(f.diagramView(), Qt::LeftButton, {}, square(1, 1));
         QCOMPARE(f.dragOnBoard(square(2, 2), square(2, 2)), "8/1K6/8/8/8/8/8/8");
 
-        // Undo takes back each change, pastes too; a new change forgets
-        // what was undone.
+        // Undo takes back each change, pastes too; a new change forgets what was undone.
         QGuiApplication::clipboard()->setText(QStringLiteral("q"));
         f.run("pastePositionAction");
         f.run("undoAction");
@@ -57,10 +55,9 @@ class TstBoardWindow : public QObject {
         QVERIFY(!f.action("redoAction")->isEnabled());
     }
 
-    // A click without a piece opens the palette for that square; the piece
-    // clicked there goes on it and is chosen, and then clicks on the board
-    // stamp it; a click on the chosen piece gives it up. A piece dragged from
-    // the palette lands under the pointer, on the turned board too.
+    // A click without a piece opens the palette for that square; the piece clicked there goes on it
+    // and is chosen, and then clicks on the board stamp it; a click on the chosen piece gives it
+    // up. A piece dragged from the palette lands under the pointer, on the turned board too.
     void thePalette() {
         Fixture f;
         click(f.diagramView(), square(4, 4));
@@ -103,10 +100,9 @@ class TstBoardWindow : public QObject {
         QVERIFY(image.pixel(54, 54) != qRgb(255, 0, 0));
     }
 
-    // Paste drops the counter; the picture goes as it is shown, also as PNG
-    // and as SVG of the picture's size, for editors that take only those. The
-    // HTML fragment: one picture a square by letter, side and square colour, a
-    // row break behind each row of a board wider than high.
+    // Paste drops the counter; the picture goes as it is shown, also as PNG and as SVG of the
+    // picture's size, for editors that take only those. The HTML fragment: one picture a square by
+    // letter, side and square colour, a row break behind each row of a board wider than high.
     void clipboardTexts() {
         Fixture f;
         QClipboard* clipboard = QGuiApplication::clipboard();
@@ -175,10 +171,9 @@ class TstBoardWindow : public QObject {
                  1);
     }
 
-    // Strokes with Shift go into the picture and out with the bitmap; snapped
-    // to centres they run from centre to centre; the right button and Clear
-    // Graphic leave none; a circle has the drag's radius. The name given
-    // decides the file written; it is a bitmap whatever the name.
+    // Strokes with Shift go into the picture and out with the bitmap; snapped to centres they run
+    // from centre to centre; the right button and Clear Graphic leave none; a circle has the drag's
+    // radius. The name given decides the file written; it is a bitmap whatever the name.
     void strokesAndSavedBitmaps() {
         Fixture f;
         const QRgb red = qRgb(255, 0, 0);

@@ -107,9 +107,8 @@ class TstBookPanel : public QObject {
         QVERIFY(!f.window->bookPanel()->isVisible());
     }
 
-    // Opened, the book shows its first game; buttons and keys walk the
-    // positions of a game, the scroll bar the games; walking reads the work
-    // file alone.
+    // Opened, the book shows its first game; buttons and keys walk the positions of a game, the
+    // scroll bar the games; walking reads the work file alone.
     void walksGamesAndPositions() {
         Book b(kTwoGames);
         QVERIFY(b.panel->isVisible() && b.action("closeBookAction")->isEnabled());
@@ -135,8 +134,7 @@ class TstBookPanel : public QObject {
         QCOMPARE(b.key(b.panel->gameScrollBar(), Qt::Key_Left), rank1("K7"));
     }
 
-    // The panel names the move at which a game was cut; a book without
-    // headers shows none.
+    // The panel names the move at which a game was cut; a book without headers shows none.
     void aCutGameNamesItsMove() {
         Book b("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n", QStringLiteral("b.pgn"));
         QCOMPARE(b.lines().value(1), "Cut at 2.Ke3 (can't be played)");

@@ -64,8 +64,7 @@ class TstCaptions : public QObject {
             window->hide();
         }
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
-        // The engines' lists: a fixed-width font, and room for the solver's
-        // rows of 50 characters.
+        // The engines' lists: a fixed-width font, and room for the solver's rows of 50 characters.
         for (QWidget* window : QList<QWidget*>{m.popeyeWindow(), m.craftyWindow()}) {
             auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
             QVERIFY(QFontInfo(list->font()).fixedPitch());

@@ -1,6 +1,5 @@
-// The engine windows driven end to end by stand-in engines; the rules of the
-// files, fields and stages of a run are tst_popeye's, tst_crafty's and
-// tst_engine_files'.
+// The engine windows driven end to end by stand-in engines; the rules of the files, fields and
+// stages of a run are tst_popeye's, tst_crafty's and tst_engine_files'.
 #include "engines/popeye.h"
 #include "support/main_window_fixture.h"
 
@@ -10,9 +9,8 @@ using namespace marlith::testing;
 
 namespace {
 
-// Reads the problem file named last on its command line and appends to the
-// protocol file named there, in two parts with a pause, as the real solver
-// holds its protocol until it ends.
+// Reads the problem file named last on its command line and appends to the protocol file named
+// there, in two parts with a pause, as the real solver holds its protocol until it ends.
 const QByteArray kPopeye = R"sh(#!/bin/sh
 for a; do printf '%s\n' "$a"; last=$a; done > py-args.txt
 proto=$(sed -n 's/^Protocol //p' "$last" | tr -d '\r')

@@ -1,6 +1,5 @@
-// The file chooser driven through its controls, alone and from the main
-// window's commands; the rules for names, filters and folders are
-// tst_chooser_rules'.
+// The file chooser driven through its controls, alone and from the main window's commands; the
+// rules for names, filters and folders are tst_chooser_rules'.
 #include "support/main_window_fixture.h"
 
 #include <QTimer>
@@ -80,10 +79,9 @@ class TstFileChooser : public QObject {
         QCOMPARE(c.shown(), "Load Board | *.gif | Marlith.gif | p.gif");
     }
 
-    // A click on a file takes its name, a double click chooses it; Enter in
-    // the folder list opens the folder and chooses nothing. Ok and Return
-    // make the full path; Close and Escape leave without a choice, the
-    // window only hidden.
+    // A click on a file takes its name, a double click chooses it; Enter in the folder list opens
+    // the folder and chooses nothing. Ok and Return make the full path; Close and Escape leave
+    // without a choice, the window only hidden.
     void leavingWithAndWithoutChoice() {
         Chooser c;
         writeFile(c.dir.filePath(QStringLiteral("b.bmp")));

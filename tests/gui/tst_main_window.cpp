@@ -58,8 +58,7 @@ class TstMainWindow : public QObject {
         f.key(Qt::Key_T, ctrl);
         QCOMPARE(f.pieceCounterLabel->text(), "(16x16)");
         QCOMPARE(f.key(Qt::Key_N, ctrl), "");
-        // The editing keys stay with the box; with nothing selected Ctrl+C
-        // copies the position.
+        // The editing keys stay with the box; with nothing selected Ctrl+C copies the position.
         f.type(QStringLiteral("kK"));
         f.key(Qt::Key_A, ctrl);
         QCOMPARE(f.key(Qt::Key_X, ctrl), "");
@@ -116,10 +115,9 @@ class TstMainWindow : public QObject {
         }
     }
 
-    // Menu keys that no box keeps work from the style list, whose line edit
-    // gets them past its filters, and the editing keys work there too. A
-    // style picked carries the position over; at the end the settings are
-    // written, the work files go, and the next start sees what was left.
+    // Menu keys that no box keeps work from the style list, whose line edit gets them past its
+    // filters, and the editing keys work there too. A style picked carries the position over; at
+    // the end the settings are written, the work files go, and the next start sees what was left.
     void pickedStylesAndTheNextStart() {
         QTemporaryDir shared;
         const QString work = shared.filePath(QStringLiteral("F123456.tmp"));
@@ -169,9 +167,8 @@ class TstMainWindow : public QObject {
         QCOMPARE(second.window->pos(), QPoint(40, 30));
     }
 
-    // Export Diagram (its own key) takes the format and width, Enter is Ok,
-    // the name takes the format's extension; the choices stay for the next
-    // use and the next start.
+    // Export Diagram (its own key) takes the format and width, Enter is Ok, the name takes the
+    // format's extension; the choices stay for the next use and the next start.
     void exportDiagram() {
         QTemporaryDir shared;
         QStringList shown;
@@ -245,9 +242,8 @@ class TstMainWindow : public QObject {
         QVERIFY(f.window->screen()->availableGeometry().contains(opened));
     }
 
-    // At 1x the strips' faces are what they always were; at 2x a face is
-    // drawn anew, not blown up, and keeps its size on screen; at 1.5x its
-    // pixels round up.
+    // At 1x the strips' faces are what they always were; at 2x a face is drawn anew, not blown up,
+    // and keeps its size on screen; at 1.5x its pixels round up.
     void toolFacesAtMorePixels() {
         QCryptographicHash md5(QCryptographicHash::Md5);
         for (const auto& faces : {firstStripFaces(1), secondStripFaces(1)})

@@ -1,6 +1,5 @@
-// The real solver through the Popeye window, as a composer uses it: each
-// problem's solution is the one Popeye gives for the same problem written by
-// hand in its own language.
+// The real solver through the Popeye window, as a composer uses it: each problem's solution is the
+// one Popeye gives for the same problem written by hand in its own language.
 #include "support/main_window_fixture.h"
 
 #include <QProcess>

@@ -27,9 +27,8 @@ struct Search : Fixture {
 class TstSearchWindow : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // By a header word, a count of men and a piece on a square; every
-    // search starts from the whole book; what matches nothing leaves the
-    // book as it was and says so; empty fields restore it.
+    // By a header word, a count of men and a piece on a square; every search starts from the whole
+    // book; what matches nothing leaves the book as it was and says so; empty fields restore it.
     void narrowAndRestore() {
         Search s;
         QScrollBar* scroll = s.window->bookPanel()->gameScrollBar();

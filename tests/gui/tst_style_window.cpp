@@ -204,10 +204,9 @@ class TstStyleWindow : public QObject {
         QCOMPARE(s.styleList(), QStringList({"CUSTOM", "Gamma"}));
     }
 
-    // The grid switch: on, the board gets a margin; off, the margin goes and
-    // comes back at the next switching on. The sheet decides the square size;
-    // a border picture centres the board; a file that is no picture is
-    // refused with the message.
+    // The grid switch: on, the board gets a margin; off, the margin goes and comes back at the next
+    // switching on. The sheet decides the square size; a border picture centres the board; a file
+    // that is no picture is refused with the message.
     void gridAndFilesOfTheStyle() {
         StyleSession s;
         writeSheet(s.folder() + "big.bmp", 30);
