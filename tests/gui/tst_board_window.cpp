@@ -28,7 +28,7 @@ void click(QWidget* widget, QPoint at, Qt::MouseButton button = Qt::LeftButton) 
 class TstBoardWindow : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void movesCopiesAndEmpties() {
+    void movesCopiesEmptiesAndReverse() {
         Fixture f;
         f.positionEdit->setText(QStringLiteral("K"));
         QCOMPARE(f.dragOnBoard(square(0, 0), square(1, 1)), "8/1K6/8/8/8/8/8/8");
@@ -53,6 +53,21 @@ class TstBoardWindow : public QObject {
         QCOMPARE(f.run("redoAction"), "8/1K6/8/8/8/8/8/8");
         click(f.diagramView(), square(1, 1), Qt::RightButton);
         QVERIFY(!f.action("redoAction")->isEnabled());
+
+        // Reverse turns the picture and the mouse with it, never the text; the effects rewrite the
+        // text and record nothing, even in Rec Mode.
+        f.positionEdit->setText(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        f.action("reverseAction")->trigger();
+        QVERIFY(f.action("reverseAction")->isChecked());
+        QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(255, 0, 0));
+        // The white king, on a1, is shown top right; dragged one down there.
+        QCOMPARE(f.dragOnBoard(square(0, 7), square(1, 7)), "k7/8/8/8/8/8/K7/8");
+        QCOMPARE(f.run("reverseAction"), "k7/8/8/8/8/8/K7/8");
+        QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(0, 0, 0));
+        f.action("recModeAction")->trigger();
+        const int rows = f.window->historyWindow()->rowCount();
+        QCOMPARE(f.run("horizontalMirrorAction"), "8/K7/8/8/8/8/8/k7");
+        QCOMPARE(f.window->historyWindow()->rowCount(), rows);
     }
 
     // A click without a piece opens the palette for that square; the piece clicked there goes on it
@@ -130,25 +145,6 @@ class TstBoardWindow : public QObject {
             "<img src=\"sqb.gif\"><img src=\"nbw.gif\"><img src=\"sqb.gif\"><br>\r\n";
         QCOMPARE(clipboard->text(), rows);
         QCOMPARE(clipboard->mimeData()->html(), rows);
-    }
-
-    // Reverse turns the picture and the mouse with it, never the text; the
-    // effects rewrite the text and record nothing, even in Rec Mode.
-    void reverseAndEffects() {
-        Fixture f;
-        f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
-        f.action("reverseAction")->trigger();
-        QVERIFY(f.action("reverseAction")->isChecked());
-        QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(255, 0, 0));
-        // The white king, on a1, is shown top right; dragged one down there.
-        QCOMPARE(f.dragOnBoard(square(0, 7), square(1, 7)), "k7/8/8/8/8/8/K7/8");
-        QCOMPARE(f.run("reverseAction"), "k7/8/8/8/8/8/K7/8");
-        QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(0, 0, 0));
-
-        f.action("recModeAction")->trigger();
-        const int rows = f.window->historyWindow()->rowCount();
-        QCOMPARE(f.run("horizontalMirrorAction"), "8/K7/8/8/8/8/8/k7");
-        QCOMPARE(f.window->historyWindow()->rowCount(), rows);
     }
 
     // Without a printer the page is a PDF of one page in the documents folder,

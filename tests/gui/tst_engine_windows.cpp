@@ -95,17 +95,27 @@ struct Engines {
 class TstEngineWindows : public QObject {
     Q_OBJECT
   private Q_SLOTS:
+    // Both engines found, the recent one checked; leftover logs go at start, with their game files;
+    // the engine button runs the recent engine. While the Popeye window is open its pieces follow
+    // the board; a game's stipulation header fills the fields.
     void bothEnginesFoundAndTheRecentOneChecked() {
         Engines e({{"Py.exe", kPopeye}, {"CRAFTY", kCrafty}, {"log.003", "x"}, {"game.003", "x"}},
                   {}, "RecentEngine = Crafty\r\n");
         Fixture& f = *e.f;
         QVERIFY(f.action("popeyeAction")->isEnabled() && f.action("craftyAction")->isChecked());
-        // Leftover logs go at start, with their game files.
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
-        // The engine button runs the recent engine.
         QTest::mouseClick(f.child("engineButton"), Qt::LeftButton, {}, QPoint(5, 5));
         QVERIFY(f.window->craftyWindow()->isVisible());
-        f.window->openPopeye();
+        f.openBook(QStringLiteral("b.fen"), "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
+                                            "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
+        PopeyeWindow* w = e.popeye("", {});
+        const PopeyeFields& p = f.state.popeyeFields;
+        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
+                 QStringList({"h#", "3", "Qd1 Ke1", "Ke8"}));
+        f.window->bookPanel()->gameScrollBar()->setValue(2);
+        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
+                 QStringList({"#", "2", "Ka1", ""}));
+        QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
         f.window->close();
         e.f.reset();
         QVERIFY(readFile(e.path + QStringLiteral("Marlith.ini")).contains("RecentEngine = Popeye"));
@@ -193,23 +203,6 @@ class TstEngineWindows : public QObject {
                      QLatin1Char('\n'));
         childOf(popeyeWindow, "copySolutionButton")->click();
         QCOMPARE(QGuiApplication::clipboard()->text(), rows.join("\r\n") + "\r\n");
-    }
-
-    // While the window is open its pieces follow the board; a game's
-    // stipulation header fills the fields.
-    void popeyeFollowsTheBook() {
-        Engines e({{"py", kPopeye}});
-        Fixture& f = *e.f;
-        f.openBook(QStringLiteral("b.fen"), "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
-                                            "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
-        PopeyeWindow* w = e.popeye("", {});
-        const PopeyeFields& p = f.state.popeyeFields;
-        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
-                 QStringList({"h#", "3", "Qd1 Ke1", "Ke8"}));
-        f.window->bookPanel()->gameScrollBar()->setValue(2);
-        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
-                 QStringList({"#", "2", "Ka1", ""}));
-        QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
     }
 
     // The side and depth reach the engine; its log shows once it ended.

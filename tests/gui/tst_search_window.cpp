@@ -54,23 +54,19 @@ class TstSearchWindow : public QObject {
         QCOMPARE(one.gamesShown(), 1);
         one.search({"only", "15"});
         QCOMPARE(one.warnings, QStringList{"Game not found!"});
-    }
-
-    // A book of 12,000 games, every thousandth of them rare: the search finds
-    // them past the 10,667th game, and the whole book comes back.
-    void narrowAndRestoreALargeBook() {
+        // A book of 12,000 games, every thousandth of them rare: the search finds them past the
+        // 10,667th game, and the whole book comes back.
         QByteArray book;
         for (int n = 1; n <= 12'000; ++n)
             book += (n % 1000 ? "[Event \"common\"]" : "[Event \"rare\"]") +
                     QByteArray("\n\n1. e4 *\n\n");
-        Search s(book);
-        s.search({"rare"});
-        QScrollBar* scroll = s.window->bookPanel()->gameScrollBar();
-        scroll->setValue(11);
-        QCOMPARE(s.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"))->text(),
+        Search large(book);
+        large.search({"rare"});
+        large.window->bookPanel()->gameScrollBar()->setValue(11);
+        QCOMPARE(large.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"))->text(),
                  "Game 11000. (11 of 12)");
-        s.search({});
-        QCOMPARE(scroll->maximum(), 12'000);
+        large.search({});
+        QCOMPARE(large.window->bookPanel()->gameScrollBar()->maximum(), 12'000);
     }
 };
 
