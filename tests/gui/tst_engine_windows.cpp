@@ -174,34 +174,30 @@ class TstEngineWindows : public QObject {
     void popeyeSolvesInTheBackground() {
         Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
         const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
-        PopeyeWindow* popeyeWindow =
-            e.popeye("4k3/8/8/8/8/8/8/3QK3", {{0, QStringLiteral("#2")},
-                                              {1, QStringLiteral("2")},
-                                              {3, QStringLiteral("maxtime 90")},
-                                              {10, maxmem}});
+        PopeyeWindow* w = e.popeye("4k3/8/8/8/8/8/8/3QK3",
+                                   {{0, "#2"}, {1, "2"}, {3, "maxtime 90"}, {10, maxmem}});
         const QString problem = e.path + e.f->state.tempSeed + QStringLiteral("o.tmp");
         const QString protocol = e.path + e.f->state.tempSeed + QStringLiteral("i.tmp");
         writeFile(protocol, "old protocol, to be replaced\r\n");
-        e.solve(popeyeWindow);
-        QCOMPARE(popeyeWindow->paramBox(0)->currentText(), "#");
-        QCOMPARE(popeyeWindow->paramBox(1)->currentText(), "2");
-        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "clockLabel")->text(), "limit 01:29");
-        QTRY_COMPARE(rowsOf(popeyeWindow).value(0), "Popeye stand-in");
-        QVERIFY(popeyeWindow->running());
-        e.awaitEnd(popeyeWindow);
+        e.solve(w);
+        QCOMPARE(QStringList({w->paramBox(0)->currentText(), w->paramBox(1)->currentText()}),
+                 QStringList({"#", "2"}));
+        QTRY_COMPARE(childOf<QLabel>(w, "clockLabel")->text(), "limit 01:29");
+        QTRY_COMPARE(rowsOf(w).value(0), "Popeye stand-in");
+        QVERIFY(w->running());
+        e.awaitEnd(w);
         QVERIFY(e.files("*.tmp").isEmpty() && !QFile::exists(protocol));
         // The fields reach the problem file (its lines are tst_popeye's), the
         // solution is wrapped, and Copy takes the rows as shown.
-        const QStringList rows = rowsOf(popeyeWindow);
+        const QStringList rows = rowsOf(w);
         QVERIFY(rows.contains("White Qd1 Ke1") && rows.contains("Stipulation #2") &&
                 rows.contains("Option NoBoard maxtime 90"));
         QCOMPARE(
             rows.mid(rows.size() - 2),
             QStringList({"solution: 1.Qd1-d8 ! zugzwang, and then a line", "long enough to wrap"}));
         QCOMPARE(QString::fromUtf8(readFile(e.path + QStringLiteral("py-args.txt"))),
-                 QStringLiteral("-maxmem\n") + maxmem + QLatin1Char('\n') + problem +
-                     QLatin1Char('\n'));
-        childOf(popeyeWindow, "copySolutionButton")->click();
+                 "-maxmem\n" + maxmem + "\n" + problem + "\n");
+        childOf(w, "copySolutionButton")->click();
         QCOMPARE(QGuiApplication::clipboard()->text(), rows.join("\r\n") + "\r\n");
     }
 
@@ -210,21 +206,20 @@ class TstEngineWindows : public QObject {
         Engines e({{"crafty", kCrafty}}, QStringLiteral("a b; c"));
         e.f->type(QStringLiteral("4k3/8/8/8/8/8/8/4K3"));
         e.f->action("craftyAction")->trigger();
-        CraftyWindow* craftyWindow = e.f->window->craftyWindow();
-        QCOMPARE(craftyWindow->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
-        childOf<QRadioButton>(craftyWindow, "blackOption")->setChecked(true);
-        childOf<QComboBox>(craftyWindow, "depthBox")->setEditText(QStringLiteral("9"));
-        e.solve(craftyWindow);
-        QTRY_COMPARE(childOf<QLabel>(craftyWindow, "clockLabel")->text(), QStringLiteral("00:01"));
-        e.awaitEnd(craftyWindow);
-        QCOMPARE(rowsOf(craftyWindow),
-                 QStringList(
-                     {"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -", "  depth 9 done"}));
+        CraftyWindow* w = e.f->window->craftyWindow();
+        QCOMPARE(w->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
+        childOf<QRadioButton>(w, "blackOption")->setChecked(true);
+        childOf<QComboBox>(w, "depthBox")->setEditText(QStringLiteral("9"));
+        e.solve(w);
+        QTRY_COMPARE(childOf<QLabel>(w, "clockLabel")->text(), QStringLiteral("00:01"));
+        e.awaitEnd(w);
+        QCOMPARE(rowsOf(w), QStringList({"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -",
+                                         "  depth 9 done"}));
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
         QVERIFY(readFile(e.path + QStringLiteral("received.txt")).contains("\nsd 9\n"));
         // With no position nothing runs.
-        childOf(craftyWindow, "clearAllButton")->click();
-        childOf(craftyWindow, "solveButton")->click();
+        childOf(w, "clearAllButton")->click();
+        childOf(w, "solveButton")->click();
         QCOMPARE(e.f->warnings, QStringList({QStringLiteral("Enter the FEN position!")}));
     }
 };
