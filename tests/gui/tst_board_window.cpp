@@ -30,7 +30,7 @@ class TstBoardWindow : public QObject {
   private Q_SLOTS:
     void movesCopiesEmptiesAndReverse() {
         Fixture f;
-        f.positionEdit->setText(QStringLiteral("K"));
+        f.positionEdit->setText(u"K"_s);
         QCOMPARE(f.dragOnBoard(square(0, 0), square(1, 1)), "8/1K6/8/8/8/8/8/8");
         QTRY_VERIFY(f.positionEdit->hasFocus());
         QCOMPARE(f.dragOnBoard(square(1, 1), square(2, 2), Qt::ControlModifier),
@@ -46,7 +46,7 @@ class TstBoardWindow : public QObject {
         QCOMPARE(f.dragOnBoard(square(2, 2), square(2, 2)), "8/1K6/8/8/8/8/8/8");
 
         // Undo takes back each change, pastes too; a new change forgets what was undone.
-        QGuiApplication::clipboard()->setText(QStringLiteral("q"));
+        QGuiApplication::clipboard()->setText(u"q"_s);
         f.run("pastePositionAction");
         f.run("undoAction");
         QCOMPARE(f.run("undoAction"), "8/1K6/2K5/8/8/8/8/8");
@@ -56,7 +56,7 @@ class TstBoardWindow : public QObject {
 
         // Reverse turns the picture and the mouse with it, never the text; the effects rewrite the
         // text and record nothing, even in Rec Mode.
-        f.positionEdit->setText(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        f.positionEdit->setText(u"k7/8/8/8/8/8/8/K7"_s);
         f.action("reverseAction")->trigger();
         QVERIFY(f.action("reverseAction")->isChecked());
         QCOMPARE(f.positionEdit->palette().color(QPalette::Text), QColor(255, 0, 0));
@@ -106,7 +106,7 @@ class TstBoardWindow : public QObject {
         Fixture f({}, "RecentStyle = Gap\r\nBeginStyle = Gap\r\n  BorderWidth = 7 \r\n"
                       "  BorderHeight = 10 \r\n  XBase = 12 \r\n  YBase = 12 \r\n"
                       "  SqrHSpc = 6 \r\n  SqrVSpc = 6 \r\nEndStyle\r\n");
-        f.type(QStringLiteral("K"));
+        f.type(u"K"_s);
         QCOMPARE(f.dragOnBoard({19, 19}, {31, 31}), "7/1K5/7/7/7/7/7/7/7/7");
         f.window->graphicWindow()->findChild<QRadioButton*>("snapCornerOption")->setChecked(true);
         f.dragOnBoard({31, 31}, {50, 52}, Qt::ShiftModifier);
@@ -121,7 +121,7 @@ class TstBoardWindow : public QObject {
     void clipboardTexts() {
         Fixture f;
         QClipboard* clipboard = QGuiApplication::clipboard();
-        clipboard->setText(QStringLiteral("(2x0)K/8/Q"));
+        clipboard->setText(u"(2x0)K/8/Q"_s);
         f.window->pastePosition();
         QCOMPARE(f.positionEdit->text(), "K7/8/Q");
         QCOMPARE(f.pieceCounterLabel->text(), "(2x0)");
@@ -138,7 +138,7 @@ class TstBoardWindow : public QObject {
         f.state.style.BorderWidth = 3;
         f.state.style.BorderHeight = 2;
         f.window->drawBoard();
-        f.positionEdit->setText(QStringLiteral("Kp1/1n"));
+        f.positionEdit->setText(u"Kp1/1n"_s);
         f.action("copyHtmlAction")->trigger();
         const QString rows =
             "<img src=\"Kww.gif\"><img src=\"pbb.gif\"><img src=\"sqw.gif\"><br>\r\n"
@@ -155,16 +155,14 @@ class TstBoardWindow : public QObject {
         {
             const HomeFolder home(f.dir.path());
             QStandardPaths::setTestModeEnabled(true); // no user-dirs file read either
-            f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+            f.type(u"k7/8/8/8/8/8/8/K7"_s);
             f.action("printAction")->trigger();
         }
-        const QString pdf = f.folder() + QStringLiteral("Documents/Marlith.pdf");
+        const QString pdf = f.folder() + u"Documents/Marlith.pdf"_s;
         QCOMPARE(f.informed, QStringList{pageWentTo(pdf)});
         const QByteArray bytes = readFile(pdf);
         QVERIFY(bytes.startsWith("%PDF-"));
-        QCOMPARE(QString::fromLatin1(bytes).count(
-                     QRegularExpression(QStringLiteral("/Type\\s*/Page[^s]"))),
-                 1);
+        QCOMPARE(QString::fromLatin1(bytes).count(QRegularExpression(u"/Type\\s*/Page[^s]"_s)), 1);
     }
 
     // Strokes with Shift go into the picture and out with the bitmap; snapped to centres they run
@@ -192,10 +190,9 @@ class TstBoardWindow : public QObject {
         f.dragOnBoard({20, 20}, {26, 40}, Qt::ShiftModifier);
         QVERIFY(pixel(22, 28) == qRgb(0, 0, 255) && pixel(16, 22) == qRgb(0, 0, 255));
         f.window->saveImage();
-        QCOMPARE(QImage(f.folder() + QStringLiteral("Marlith.bmp"))
-                     .convertToFormat(QImage::Format_RGB32),
+        QCOMPARE(QImage(f.folder() + u"Marlith.bmp"_s).convertToFormat(QImage::Format_RGB32),
                  f.window->diagram().image());
-        f.state.imageFile = QStringLiteral("picture.gif");
+        f.state.imageFile = u"picture.gif"_s;
         f.window->saveImage();
         QCOMPARE(QImageReader(f.folder() + "picture.gif").format(), QByteArray("bmp"));
         QCOMPARE(f.window->windowTitle(), "Marlith - picture.gif");

@@ -25,7 +25,7 @@ const QByteArray kTwoGames = "[Event \"first\"]\n"
 
 // A book opened as from the command line.
 struct Book : Fixture {
-    explicit Book(const QByteArray& text, const QString& name = QStringLiteral("b.fen")) {
+    explicit Book(const QByteArray& text, const QString& name = u"b.fen"_s) {
         openBook(name, text);
         panel = window->bookPanel();
     }
@@ -34,7 +34,7 @@ struct Book : Fixture {
     QString label(const char* name) const {
         return panel->findChild<QLabel*>(QLatin1String(name))->text();
     }
-    QWidget* stepStrip() const { return panel->findChild<QWidget*>(QStringLiteral("stepStrip")); }
+    QWidget* stepStrip() const { return panel->findChild<QWidget*>(u"stepStrip"_s); }
     QStringList lines() const { return itemTexts(panel->headerList()); }
     // The position shown after a click on a move button or a key.
     QString button(const char* name) {
@@ -48,7 +48,7 @@ struct Book : Fixture {
 };
 
 QString rank1(const char* row) {
-    return QStringLiteral("8/8/8/8/8/8/8/") + QLatin1String(row);
+    return u"8/8/8/8/8/8/8/"_s + QLatin1String(row);
 }
 
 // Games first to last of a header and two positions each.
@@ -116,7 +116,7 @@ class TstBookPanel : public QObject {
                  QStringList({"Game 1. (1 of 2)", rank1("K7"), "[Event \"first\"]"}));
         QVERIFY(!b.stepStrip()->isVisible()); // one position: no move buttons
         QCOMPARE(b.label("sideLabel"), "White moves...");
-        QVERIFY(QFile::remove(b.folder() + QStringLiteral("b.fen")));
+        QVERIFY(QFile::remove(b.folder() + u"b.fen"_s));
         b.panel->gameScrollBar()->setValue(2);
         QCOMPARE(b.label("gameLabel"), "Game 2. (2 of 2)");
         QCOMPARE(b.lines(), QStringList({"[Event \"second\"]", "[Site \"a site whose name is far l",
@@ -136,7 +136,7 @@ class TstBookPanel : public QObject {
 
     // The panel names the move at which a game was cut; a book without headers shows none.
     void aCutGameNamesItsMove() {
-        Book b("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n", QStringLiteral("b.pgn"));
+        Book b("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n", u"b.pgn"_s);
         QCOMPARE(b.lines().value(1), "Cut at 2.Ke3 (can't be played)");
         Book bare("k7/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/8\n");
         QCOMPARE(QStringList({bare.label("gameLabel"), bare.positionEdit->text()}) + bare.lines(),
@@ -149,7 +149,7 @@ class TstBookPanel : public QObject {
     // until the stop, so that it ends halfway whatever the machine's speed.
     void escapeStopsTheScanHalfway() {
         Fixture f;
-        f.state.bookFile = f.folder() + QStringLiteral("book.fen");
+        f.state.bookFile = f.folder() + u"book.fen"_s;
         writeFile(f.state.bookFile, smallGames(1, 12'000));
         f.window->holdBookScan = [](ScanJob::Scan scan) {
             return [scan](WorkFile& work, const ScanControl& control) {
@@ -163,10 +163,10 @@ class TstBookPanel : public QObject {
             };
         };
         f.window->loadBook();
-        auto* label = f.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"));
+        auto* label = f.window->bookPanel()->findChild<QLabel*>(u"gameLabel"_s);
         QTRY_COMPARE_WITH_TIMEOUT(label->text(), "6000 games", 60'000);
         QVERIFY(!f.window->bookPanel()->gameScrollBar()->isEnabled());
-        f.type(QStringLiteral("K"));
+        f.type(u"K"_s);
         QTest::keyClick(f.positionEdit, Qt::Key_Escape);
         QCOMPARE(f.positionEdit->text(), "K"); // the key went to the scan, not to the box
         f.waitForScan();
@@ -182,16 +182,16 @@ class TstBookPanel : public QObject {
     void aFullDiskEndsTheScanCleanly() {
         Fixture f;
         const QByteArray text = smallGames(1, 12'000);
-        writeFile(f.folder() + QStringLiteral("b.fen"), text);
-        f.state.bookFile = f.folder() + QStringLiteral("b.fen");
+        writeFile(f.folder() + u"b.fen"_s, text);
+        f.state.bookFile = f.folder() + u"b.fen"_s;
         {
             const FileSizeLimit full(1'000'000);
             f.window->loadBook();
             f.waitForScan();
         }
         QCOMPARE(f.warnings.size(), 1);
-        QVERIFY2(f.warnings[0].contains(QStringLiteral("File too large")) &&
-                     f.warnings[0].contains(QStringLiteral("The first 2525 games")),
+        QVERIFY2(f.warnings[0].contains(u"File too large"_s) &&
+                     f.warnings[0].contains(u"The first 2525 games"_s),
                  qPrintable(f.warnings[0]));
         QCOMPARE(f.window->bookPanel()->gameScrollBar()->maximum(), 2'525);
         f.window->bookPanel()->gameScrollBar()->setValue(2'525);

@@ -18,10 +18,7 @@ QStringList cutCaptions(QWidget* window) {
         if (text.isEmpty() || !control->isVisibleTo(window)) return;
         const int needed = control->fontMetrics().horizontalAdvance(text);
         if (needed > room)
-            cut << QStringLiteral("%1 \"%2\": %3 of %4")
-                       .arg(control->objectName(), text)
-                       .arg(room)
-                       .arg(needed);
+            cut << u"%1 \"%2\": %3 of %4"_s.arg(control->objectName(), text).arg(room).arg(needed);
     };
     for (QLabel* label : window->findChildren<QLabel*>())
         if (!label->wordWrap() && label->pixmap().isNull())
@@ -44,14 +41,13 @@ class TstCaptions : public QObject {
     void everyCaptionFits() {
         Fixture f;
         // With a book open, its panel shows too.
-        f.openBook(QStringLiteral("b.fen"), "[Event \"x\"]\r\nk7/8\r\n");
+        f.openBook(u"b.fen"_s, "[Event \"x\"]\r\nk7/8\r\n");
         MainWindow& m = *f.window;
         m.showViewWindow();
         m.showHistory();
         m.showGraphicWindow();
         AboutWindow about(f.state.programFolder, &m);
-        QCOMPARE(about.findChild<QLabel*>(QStringLiteral("folderLabel"))->toolTip(),
-                 f.state.programFolder);
+        QCOMPARE(about.findChild<QLabel*>(u"folderLabel"_s)->toolTip(), f.state.programFolder);
         FileChooser chooser(f.state, &m);
         QStringList cut;
         for (QWidget* window :
@@ -60,13 +56,13 @@ class TstCaptions : public QObject {
                              m.addToBookWindow(), &about, &chooser}) {
             window->show();
             for (const QString& caption : cutCaptions(window))
-                cut << window->objectName() + QStringLiteral(": ") + caption;
+                cut << window->objectName() + u": "_s + caption;
             window->hide();
         }
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
         // The engines' lists: a fixed-width font, and room for the solver's rows of 50 characters.
         for (QWidget* window : QList<QWidget*>{m.popeyeWindow(), m.craftyWindow()}) {
-            auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
+            auto* list = window->findChild<QListWidget*>(u"solutionList"_s);
             QVERIFY(QFontInfo(list->font()).fixedPitch());
             QVERIFY(list->width() >= list->fontMetrics().horizontalAdvance(QString(50, u'0')));
         }

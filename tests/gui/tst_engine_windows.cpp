@@ -35,7 +35,7 @@ done
 )sh";
 
 QStringList rowsOf(QWidget* window) {
-    return itemTexts(window->findChild<QListWidget*>(QStringLiteral("solutionList")));
+    return itemTexts(window->findChild<QListWidget*>(u"solutionList"_s));
 }
 
 template <typename T = QPushButton> T* childOf(QWidget* window, const char* name) {
@@ -106,8 +106,8 @@ class TstEngineWindows : public QObject {
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
         QTest::mouseClick(f.child("engineButton"), Qt::LeftButton, {}, QPoint(5, 5));
         QVERIFY(f.window->craftyWindow()->isVisible());
-        f.openBook(QStringLiteral("b.fen"), "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
-                                            "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
+        f.openBook(u"b.fen"_s, "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
+                               "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
         PopeyeWindow* w = e.popeye("", {});
         const PopeyeFields& p = f.state.popeyeFields;
         QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
@@ -118,7 +118,7 @@ class TstEngineWindows : public QObject {
         QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
         f.window->close();
         e.f.reset();
-        QVERIFY(readFile(e.path + QStringLiteral("Marlith.ini")).contains("RecentEngine = Popeye"));
+        QVERIFY(readFile(e.path + u"Marlith.ini"_s).contains("RecentEngine = Popeye"));
     }
 
     // Incomplete fields are refused; a solver that is gone runs nothing; an
@@ -127,17 +127,17 @@ class TstEngineWindows : public QObject {
     void runsThatEndWithoutAResult() {
         Engines e({{"py", "#!/bin/sh\necho 'not enough memory for -maxmem 1G' >&2\nexit 3\n"},
                    {"crafty", "#!/bin/sh\necho 'Illegal position, no king'\nexit 1\n"}});
-        PopeyeWindow* popeye = e.popeye("K7", {{1, QStringLiteral("2")}});
+        PopeyeWindow* popeye = e.popeye("K7", {{1, u"2"_s}});
         childOf(popeye, "solveButton")->click();
         QCOMPARE(e.f->warnings, QStringList{"Enter the stipulation!"});
         QVERIFY(e.files("*.tmp").isEmpty());
-        QTest::keyClicks(popeye->paramBox(0)->lineEdit(), QStringLiteral("#"));
+        QTest::keyClicks(popeye->paramBox(0)->lineEdit(), u"#"_s);
         e.solve(popeye);
         e.awaitEnd(popeye);
         QCOMPARE(rowsOf(popeye), QStringList({"not enough memory for -maxmem 1G",
                                               "Popeye ended without a result (exit status 3)."}));
         QVERIFY(e.files("*.tmp").isEmpty());
-        QVERIFY(QFile::remove(e.path + QStringLiteral("py")));
+        QVERIFY(QFile::remove(e.path + u"py"_s));
         childOf(popeye, "solveButton")->click();
         QVERIFY(!popeye->running() && childOf(popeye, "solveButton")->isEnabled());
         e.f->action("craftyAction")->trigger();
@@ -153,7 +153,7 @@ class TstEngineWindows : public QObject {
         Engines e({{"py", QByteArray("#!/bin/sh\nfor a; do last=$a; done\n"
                                      "proto=$(sed -n 's/^Protocol //p' \"$last\" | tr -d '\\r')\n"
                                      "printf 'found so far\\n' >> \"$proto\"\nexec sleep 30\n")}});
-        PopeyeWindow* w = e.popeye("K7", {{0, QStringLiteral("#")}, {1, QStringLiteral("2")}});
+        PopeyeWindow* w = e.popeye("K7", {{0, u"#"_s}, {1, u"2"_s}});
         w->show();
         childOf(w, "solveButton")->click();
         QTRY_COMPARE(rowsOf(w), QStringList{"found so far"});
@@ -172,12 +172,12 @@ class TstEngineWindows : public QObject {
     // The run goes on with the window hidden; a stipulation typed with its
     // number gives it to the moves; the arguments reach the solver whole.
     void popeyeSolvesInTheBackground() {
-        Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
-        const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
+        Engines e({{"py", kPopeye}}, u"my \"engines\"; 'here'"_s);
+        const QString maxmem = u"1 G; \"two\" 'three' $HOME `x` | & >y"_s;
         PopeyeWindow* w = e.popeye("4k3/8/8/8/8/8/8/3QK3",
                                    {{0, "#2"}, {1, "2"}, {3, "maxtime 90"}, {10, maxmem}});
-        const QString problem = e.path + e.f->state.tempSeed + QStringLiteral("o.tmp");
-        const QString protocol = e.path + e.f->state.tempSeed + QStringLiteral("i.tmp");
+        const QString problem = e.path + e.f->state.tempSeed + u"o.tmp"_s;
+        const QString protocol = e.path + e.f->state.tempSeed + u"i.tmp"_s;
         writeFile(protocol, "old protocol, to be replaced\r\n");
         e.solve(w);
         QCOMPARE(QStringList({w->paramBox(0)->currentText(), w->paramBox(1)->currentText()}),
@@ -195,7 +195,7 @@ class TstEngineWindows : public QObject {
         QCOMPARE(
             rows.mid(rows.size() - 2),
             QStringList({"solution: 1.Qd1-d8 ! zugzwang, and then a line", "long enough to wrap"}));
-        QCOMPARE(QString::fromUtf8(readFile(e.path + QStringLiteral("py-args.txt"))),
+        QCOMPARE(QString::fromUtf8(readFile(e.path + u"py-args.txt"_s)),
                  "-maxmem\n" + maxmem + "\n" + problem + "\n");
         childOf(w, "copySolutionButton")->click();
         QCOMPARE(QGuiApplication::clipboard()->text(), rows.join("\r\n") + "\r\n");
@@ -203,24 +203,24 @@ class TstEngineWindows : public QObject {
 
     // The side and depth reach the engine; its log shows once it ended.
     void craftyAnalysesInTheBackground() {
-        Engines e({{"crafty", kCrafty}}, QStringLiteral("a b; c"));
-        e.f->type(QStringLiteral("4k3/8/8/8/8/8/8/4K3"));
+        Engines e({{"crafty", kCrafty}}, u"a b; c"_s);
+        e.f->type(u"4k3/8/8/8/8/8/8/4K3"_s);
         e.f->action("craftyAction")->trigger();
         CraftyWindow* w = e.f->window->craftyWindow();
         QCOMPARE(w->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
         childOf<QRadioButton>(w, "blackOption")->setChecked(true);
-        childOf<QComboBox>(w, "depthBox")->setEditText(QStringLiteral("9"));
+        childOf<QComboBox>(w, "depthBox")->setEditText(u"9"_s);
         e.solve(w);
-        QTRY_COMPARE(childOf<QLabel>(w, "clockLabel")->text(), QStringLiteral("00:01"));
+        QTRY_COMPARE(childOf<QLabel>(w, "clockLabel")->text(), u"00:01"_s);
         e.awaitEnd(w);
         QCOMPARE(rowsOf(w), QStringList({"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -",
                                          "  depth 9 done"}));
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
-        QVERIFY(readFile(e.path + QStringLiteral("received.txt")).contains("\nsd 9\n"));
+        QVERIFY(readFile(e.path + u"received.txt"_s).contains("\nsd 9\n"));
         // With no position nothing runs.
         childOf(w, "clearAllButton")->click();
         childOf(w, "solveButton")->click();
-        QCOMPARE(e.f->warnings, QStringList({QStringLiteral("Enter the FEN position!")}));
+        QCOMPARE(e.f->warnings, QStringList({u"Enter the FEN position!"_s}));
     }
 };
 

@@ -17,7 +17,7 @@ QString clipboardText() {
 
 struct History : Fixture {
     HistoryWindow* history = window->historyWindow();
-    QListWidget* list = history->findChild<QListWidget*>(QStringLiteral("historyList"));
+    QListWidget* list = history->findChild<QListWidget*>(u"historyList"_s);
     QStringList questions;
     QMessageBox::StandardButton answer = QMessageBox::Ok;
 
@@ -39,8 +39,8 @@ struct History : Fixture {
     void addToBook() {
         window->runAddToBookWindow = [](AddToBookWindow& w) {
             w.show();
-            w.tagEdit(0)->setText(QStringLiteral("Added"));
-            w.tagEdit(6)->setText(QStringLiteral("1-0"));
+            w.tagEdit(0)->setText(u"Added"_s);
+            w.tagEdit(6)->setText(u"1-0"_s);
             QTest::keyClick(w.tagEdit(0), Qt::Key_Return);
             w.hide();
         };
@@ -60,7 +60,7 @@ class TstHistoryWindow : public QObject {
     // never takes the first row.
     void recModeAndUndo() {
         History h;
-        h.type(QStringLiteral("k7/8/8/8/8/8/8/K"));
+        h.type(u"k7/8/8/8/8/8/8/K"_s);
         QVERIFY(!h.action("undoRecAction")->isEnabled());
         h.child("recModeButton")->clicked();
         QVERIFY(h.action("recModeAction")->isChecked());
@@ -93,10 +93,10 @@ class TstHistoryWindow : public QObject {
     void rowsOfTheHistory() {
         History h;
         h.state.style.CopyCounter = 1;
-        h.copy(QStringLiteral("kK"));
+        h.copy(u"kK"_s);
         h.state.style.CopyCounter = 0;
-        h.copy(QStringLiteral("k1K"));
-        h.copy(QStringLiteral("k2K"));
+        h.copy(u"k1K"_s);
+        h.copy(u"k2K"_s);
         QCOMPARE(h.history->rows(), QStringList({"(1x1)kK6/8/8/8/8/8/8/8", "k1K5/8/8/8/8/8/8/8",
                                                  "k2K4/8/8/8/8/8/8/8"}));
         h.press(0, 'w');
@@ -168,7 +168,7 @@ class TstHistoryWindow : public QObject {
         QFETCH(QByteArray, added);
         History h;
         h.openBook(name, book);
-        h.search({QStringLiteral("Old")});
+        h.search({u"Old"_s});
         for (const QByteArray& board : {kStart, kStart, kAfterE4, kAfterE5})
             h.copy(QString::fromLatin1(board));
         h.addToBook();
@@ -194,10 +194,10 @@ class TstHistoryWindow : public QObject {
     // deleted while open is left alone and the user is told; nothing is counted.
     void booksThatCantGrow() {
         History h;
-        auto* add = h.history->findChild<QPushButton*>(QStringLiteral("addToBookButton"));
+        auto* add = h.history->findChild<QPushButton*>(u"addToBookButton"_s);
         h.openBook("b.fen", "8/8/8/8/8/8/8/8\r\n");
         QVERIFY(!add->isEnabled());
-        h.copy(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        h.copy(u"k7/8/8/8/8/8/8/K7"_s);
         QVERIFY(add->isEnabled());
         h.window->closeBook();
         QVERIFY(!add->isEnabled());

@@ -49,7 +49,7 @@ class TstMainWindow : public QObject {
         QSignalSpy saveAs(f.action("saveImageAsAction"), &QAction::triggered);
         const Qt::KeyboardModifiers ctrl = Qt::ControlModifier,
                                     ctrlShift = ctrl | Qt::ShiftModifier;
-        f.type(QStringLiteral("kKQ"));
+        f.type(u"kKQ"_s);
         QCOMPARE(f.pieceCounterLabel->text(), "(2x1)");
         QCOMPARE(f.key(Qt::Key_Return), "kKQ5/8/8/8/8/8/8/8"); // completes the rows
         // The typing and its rewrite at Enter are one step of Undo.
@@ -59,7 +59,7 @@ class TstMainWindow : public QObject {
         QCOMPARE(f.pieceCounterLabel->text(), "(16x16)");
         QCOMPARE(f.key(Qt::Key_N, ctrl), "");
         // The editing keys stay with the box; with nothing selected Ctrl+C copies the position.
-        f.type(QStringLiteral("kK"));
+        f.type(u"kK"_s);
         f.key(Qt::Key_A, ctrl);
         QCOMPARE(f.key(Qt::Key_X, ctrl), "");
         f.key(Qt::Key_V, ctrl);
@@ -73,7 +73,7 @@ class TstMainWindow : public QObject {
         // program folder elsewhere.
         f.action("helpContentsAction")->trigger();
         QVERIFY(f.warnings.isEmpty());
-        QVERIFY(f.window->findChild<QWidget*>(QStringLiteral("helpWindow"))->isVisible());
+        QVERIFY(f.window->findChild<QWidget*>(u"helpWindow"_s)->isVisible());
     }
 
     // Each tool button runs the menu item of its name; Graphic and History
@@ -102,8 +102,7 @@ class TstMainWindow : public QObject {
     // The labels beside a control are framed while it has the focus.
     void focusMarks() {
         Fixture f;
-        f.openBook(QStringLiteral("b.fen"),
-                   "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
+        f.openBook(u"b.fen"_s, "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
         for (const auto& [control, label] : {std::pair{"positionEdit", "pieceCounterLabel"},
                                              {"stepStrip", "sideLabel"},
                                              {"gameScrollBar", "gameLabel"}}) {
@@ -120,7 +119,7 @@ class TstMainWindow : public QObject {
     // the end the settings are written, the work files go, and the next start sees what was left.
     void pickedStylesAndTheNextStart() {
         QTemporaryDir shared;
-        const QString work = shared.filePath(QStringLiteral("F123456.tmp"));
+        const QString work = shared.filePath(u"F123456.tmp"_s);
         {
             Fixture first({}, kTwoStyles, shared.path());
             auto* combo = first.child<QComboBox>("styleBox");
@@ -149,13 +148,13 @@ class TstMainWindow : public QObject {
             QCOMPARE(first.pieceCounterLabel->text(), "(12x16)");
             // Squares beyond the smaller board kept their pieces in the vector.
             QCOMPARE(pick("small"), first.state.style.StartPos + " R D");
-            combo->setCurrentIndex(combo->findText(QStringLiteral("Wide")));
+            combo->setCurrentIndex(combo->findText(u"Wide"_s));
             first.window->chooseStyle();
             writeFile(work);
             // The position and the place come back, also with the
             // characters that end an item or a line.
             first.positionEdit->clear();
-            first.type(QStringLiteral("sS, \"x;y\" %41"));
+            first.type(u"sS, \"x;y\" %41"_s);
             first.window->move(40, 30);
             first.window->close();
         }
@@ -177,12 +176,12 @@ class TstMainWindow : public QObject {
             QTimer::singleShot(0, [&, format, digits, end] {
                 QWidget* w = QApplication::activeModalWidget();
                 if (!w) return;
-                auto* formats = w->findChild<QComboBox*>(QStringLiteral("formatBox"));
-                auto* width = w->findChild<QSpinBox*>(QStringLiteral("widthSpin"));
+                auto* formats = w->findChild<QComboBox*>(u"formatBox"_s);
+                auto* width = w->findChild<QSpinBox*>(u"widthSpin"_s);
                 shown << formats->currentText() + QString::number(width->value());
                 formats->setCurrentIndex(formats->findText(format));
                 shown << QString::number(
-                    w->findChild<QCheckBox*>(QStringLiteral("transparentCheck"))->isEnabled());
+                    w->findChild<QCheckBox*>(u"transparentCheck"_s)->isEnabled());
                 width->selectAll();
                 QTest::keyClicks(width, QLatin1String(digits));
                 QTest::keyClick(width, end);
@@ -193,15 +192,15 @@ class TstMainWindow : public QObject {
             f.state.exportChoices.format = ImageFormat::Bitmap;
             f.window->runChooser = [](FileChooser& chooser) {
                 chooser.show();
-                chooser.findChild<QLineEdit*>(QStringLiteral("nameEdit"))->setText("pic");
+                chooser.findChild<QLineEdit*>(u"nameEdit"_s)->setText("pic");
                 chooser.confirm();
             };
-            answer(QStringLiteral("PNG"), "1100", Qt::Key_Return);
+            answer(u"PNG"_s, "1100", Qt::Key_Return);
             f.key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
-            const QString path = f.folder() + QStringLiteral("pic.png");
+            const QString path = f.folder() + u"pic.png"_s;
             QVERIFY(readFile(path).startsWith("\x89PNG"));
             QCOMPARE(QImage(path).width(), 1100);
-            answer(QStringLiteral("BMP"), "", Qt::Key_Escape); // no change
+            answer(u"BMP"_s, "", Qt::Key_Escape); // no change
             f.run("exportDiagramAction");
             f.window->close();
         }
@@ -261,7 +260,7 @@ class TstMainWindow : public QObject {
         QCOMPARE(secondStripFaces(1.5)[4].size(), QSize(14, 29));
         // The diagram too is drawn for the screen's pixels, not enlarged.
         Fixture f;
-        f.positionEdit->setText(QStringLiteral("k7/8/8/8/8/8/8/7K"));
+        f.positionEdit->setText(u"k7/8/8/8/8/8/8/7K"_s);
         const QImage screen = f.diagramView()->pictureAt(1);
         const QImage sharp = f.diagramView()->pictureAt(2);
         QCOMPARE(sharp.size(), screen.size() * 2);

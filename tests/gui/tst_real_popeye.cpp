@@ -13,7 +13,7 @@ const QString kPopeye = QStringLiteral(MARLITH_REAL_POPEYE);
 
 // The move lines of a solution, without the version and time lines.
 QStringList moveLines(const QString& text) {
-    static const QRegularExpression move(QStringLiteral("^\\s*\\d+\\.\\S"));
+    static const QRegularExpression move(u"^\\s*\\d+\\.\\S"_s);
     QStringList lines;
     for (const QString& line : text.split(u'\n'))
         if (move.match(line).hasMatch()) lines.append(line.trimmed());
@@ -64,12 +64,12 @@ class TstRealPopeye : public QObject {
         // The program folder as a user sets it up: the solver and the table
         // that ships with Marlith.
         QTemporaryDir home;
-        QVERIFY(QFile::link(kPopeye, home.path() + QStringLiteral("/py")));
-        QVERIFY(QFile::copy(QStringLiteral(MARLITH_SHIPPED_DIR "/py.dat"),
-                            home.path() + QStringLiteral("/py.dat")));
+        QVERIFY(QFile::link(kPopeye, home.path() + u"/py"_s));
+        QVERIFY(
+            QFile::copy(QStringLiteral(MARLITH_SHIPPED_DIR "/py.dat"), home.path() + u"/py.dat"_s));
         if (!style.isEmpty())
             QVERIFY(QFile::copy(QStringLiteral(MARLITH_SHIPPED_DIR "/Marlith.ini"),
-                                home.path() + QStringLiteral("/Marlith.ini")));
+                                home.path() + u"/Marlith.ini"_s));
         Fixture f({}, {}, home.path());
         if (!style.isEmpty()) f.window->chooseStyleByName(style);
         f.positionEdit->clear();
@@ -79,13 +79,12 @@ class TstRealPopeye : public QObject {
         for (int box = 0; box < 3; ++box)
             QTest::keyClicks(w->paramBox(box == 2 ? 3 : box)->lineEdit(),
                              fields.section(u'|', box, box));
-        auto* solve = w->findChild<QPushButton*>(QStringLiteral("solveButton"));
+        auto* solve = w->findChild<QPushButton*>(u"solveButton"_s);
         solve->click();
         QTRY_VERIFY_WITH_TIMEOUT(solve->isEnabled(), 60000);
-        const QStringList rows =
-            itemTexts(w->findChild<QListWidget*>(QStringLiteral("solutionList")));
+        const QStringList rows = itemTexts(w->findChild<QListWidget*>(u"solutionList"_s));
 
-        const QString problem = home.filePath(QStringLiteral("by-hand.txt"));
+        const QString problem = home.filePath(u"by-hand.txt"_s);
         const QString option = fields.section(u'|', 2);
         writeFile(problem,
                   ("BeginProblem\nPieces " + pieces + "\nStipulation " +

@@ -15,7 +15,7 @@ struct Search : Fixture {
     QStringList warnings;
 
     explicit Search(const QByteArray& book = kBook) {
-        openBook(QStringLiteral("b.pgn"), book);
+        openBook(u"b.pgn"_s, book);
         window->searchWindow()->warn = [this](const QString& text) { warnings.append(text); };
     }
     int gamesShown() const { return static_cast<int>(state.book.gameIndex.size()); }
@@ -63,7 +63,7 @@ class TstSearchWindow : public QObject {
         Search large(book);
         large.search({"rare"});
         large.window->bookPanel()->gameScrollBar()->setValue(11);
-        QCOMPARE(large.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"))->text(),
+        QCOMPARE(large.window->bookPanel()->findChild<QLabel*>(u"gameLabel"_s)->text(),
                  "Game 11000. (11 of 12)");
         large.search({});
         QCOMPARE(large.window->bookPanel()->gameScrollBar()->maximum(), 12'000);

@@ -51,8 +51,8 @@ struct StyleSession : Fixture {
     QString chosenFile;
 
     StyleSession() : Fixture({}, kSettings, {}) {
-        writeSheet(folder() + QStringLiteral("alpha.bmp"), 20);
-        window->chooseStyleByName(QStringLiteral("Alpha"));
+        writeSheet(folder() + u"alpha.bmp"_s, 20);
+        window->chooseStyleByName(u"Alpha"_s);
     }
 
     void open(const std::function<void(StyleWindow&)>& steps) {
@@ -94,7 +94,7 @@ class TstStyleWindow : public QObject {
         s.open([&](StyleWindow& w) {
             // The padlock open: the picture takes the size of the board.
             in<ToolButton>(w, "padlockButton")->clicked();
-            enter(w, "boardColumnsEdit", QStringLiteral("5"));
+            enter(w, "boardColumnsEdit", u"5"_s);
             QCOMPARE(s.window->diagram().image().width(), 5 * 20 + 4);
             in(w, "backColorSwatch")->click();
             QCOMPARE(s.corner(), qRgb(255, 0, 0));
@@ -120,12 +120,12 @@ class TstStyleWindow : public QObject {
         s.open([&](StyleWindow& w) {
             in<ToolButton>(w, "padlockButton")->clicked();
             in<QComboBox>(w, "piecesFontBox")->setEditText(kPieceFontFamily);
-            enter(w, "squareSizeEdit", QStringLiteral("30"));
+            enter(w, "squareSizeEdit", u"30"_s);
             QCOMPARE(s.window->diagram().image().width(), 8 * 30 + 4);
             in(w, "darkColorSwatch")->click();
             QCOMPARE(s.window->diagram().image().pixel(31, 1), qRgb(0, 255, 0));
-            in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Beta"));
-            enter(w, "frameWidthEdit", QStringLiteral("2"));
+            in<QComboBox>(w, "styleNameBox")->setEditText(u"Beta"_s);
+            enter(w, "frameWidthEdit", u"2"_s);
             run(w, "saveStyleAction");
             QCOMPARE(w.statusText(), "Beta saved!");
             QVERIFY(s.questions.isEmpty());
@@ -159,9 +159,9 @@ class TstStyleWindow : public QObject {
         s.open([&](StyleWindow& w) {
             w.activateWindow();
             auto* name = in<QComboBox>(w, "styleNameBox");
-            enter(w, "frameWidthEdit", QStringLiteral("2"));
+            enter(w, "frameWidthEdit", u"2"_s);
             name->setFocus();
-            name->setEditText(QStringLiteral("Gamma"));
+            name->setEditText(u"Gamma"_s);
             in<QLineEdit>(w, "frameWidthEdit")->setFocus();
             name->setFocus();
             QTest::keyClick(name, Qt::Key_Return);
@@ -182,7 +182,7 @@ class TstStyleWindow : public QObject {
         s.open([&](StyleWindow& w) {
             in<QComboBox>(w, "styleNameBox")->setEditText("Smith, John");
             run(w, "saveStyleAction");
-            in<QComboBox>(w, "styleNameBox")->setEditText(QStringLiteral("Alpha"));
+            in<QComboBox>(w, "styleNameBox")->setEditText(u"Alpha"_s);
             in<QLineEdit>(w, "piecesFileEdit")->clear();
             run(w, "saveStyleAction");
             run(w, "deleteStyleAction");
@@ -218,7 +218,7 @@ class TstStyleWindow : public QObject {
             auto* grid = in<QCheckBox>(w, "showGridCheck");
             grid->click();
             QCOMPARE(s.state.style.XBase, 15 * 15);
-            enter(w, "boardOffsetXEdit", QStringLiteral("25"));
+            enter(w, "boardOffsetXEdit", u"25"_s);
             grid->click();
             QCOMPARE(s.state.style.XBase, 0);
             grid->click();
@@ -230,7 +230,7 @@ class TstStyleWindow : public QObject {
             in<ToolButton>(w, "browseBorderButton")->clicked();
             QCOMPARE(in<QLineEdit>(w, "boardOffsetXEdit")->text(), "80");
             QCOMPARE(s.window->diagram().image().pixel(5, 5), qRgb(0, 0, 255));
-            enter(w, "piecesFileEdit", QStringLiteral("text.bmp"));
+            enter(w, "piecesFileEdit", u"text.bmp"_s);
             w.reject();
         });
         QCOMPARE(s.questions, QStringList({"File not found!"}));

@@ -37,6 +37,7 @@ namespace marlith::testing {
 
 // A test that uses this namespace names the program's own types plainly too.
 using namespace marlith;
+using namespace Qt::StringLiterals;
 
 inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
                  Qt::MouseButton button = Qt::LeftButton) {
@@ -67,7 +68,7 @@ struct Fixture {
                      const QString& folder = {})
         : home(folder.isEmpty() ? dir.path() : folder) {
         qputenv("MARLITH_HOME", home.toUtf8());
-        if (!settings.isEmpty()) writeFile(home + QStringLiteral("/Marlith.ini"), settings);
+        if (!settings.isEmpty()) writeFile(home + u"/Marlith.ini"_s, settings);
         window = std::make_unique<MainWindow>(state);
         window->startInstance = [this](const QStringList& rest) { instances.append(rest); };
         window->warn = [this](const QString& text) { warnings.append(text); };
@@ -78,8 +79,8 @@ struct Fixture {
         window->show();
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window.get())); // keys and focus need it
-        positionEdit = window->findChild<QLineEdit*>(QStringLiteral("positionEdit"));
-        pieceCounterLabel = window->findChild<QLabel*>(QStringLiteral("pieceCounterLabel"));
+        positionEdit = window->findChild<QLineEdit*>(u"positionEdit"_s);
+        pieceCounterLabel = window->findChild<QLabel*>(u"pieceCounterLabel"_s);
     }
     QString folder() const { return home + QLatin1Char('/'); }
     // The book is read on a thread of its own; the window then shows game 1.
