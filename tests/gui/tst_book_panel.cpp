@@ -15,13 +15,10 @@ namespace {
 
 // Two games: a header with one position, then two headers (one longer than
 // a row of the list) with three positions.
-const QByteArray kTwoGames = "[Event \"first\"]\n"
-                             "8/8/8/8/8/8/8/K7 w - -\n"
-                             "[Event \"second\"]\n"
-                             "[Site \"a site whose name is far longer than one line\"]\n"
-                             "8/8/8/8/8/8/8/1K6 w - -\n"
-                             "8/8/8/8/8/8/8/2K5 b - -\n"
-                             "8/8/8/8/8/8/8/3K4 x\n";
+const QByteArray kTwoGames =
+    "[Event \"first\"]\n8/8/8/8/8/8/8/K7 w - -\n[Event \"second\"]\n"
+    "[Site \"a site whose name is far longer than one line\"]\n"
+    "8/8/8/8/8/8/8/1K6 w - -\n8/8/8/8/8/8/8/2K5 b - -\n8/8/8/8/8/8/8/3K4 x\n";
 
 // A book opened as from the command line.
 struct Book : Fixture {
@@ -149,8 +146,7 @@ class TstBookPanel : public QObject {
     // until the stop, so that it ends halfway whatever the machine's speed.
     void escapeStopsTheScanHalfway() {
         Fixture f;
-        f.state.bookFile = f.folder() + u"book.fen"_s;
-        writeFile(f.state.bookFile, smallGames(1, 12'000));
+        writeFile(f.state.bookFile = f.folder() + u"book.fen"_s, smallGames(1, 12'000));
         f.window->holdBookScan = [](ScanJob::Scan scan) {
             return [scan](WorkFile& work, const ScanControl& control) {
                 ScanControl held = control;
@@ -182,8 +178,7 @@ class TstBookPanel : public QObject {
     void aFullDiskEndsTheScanCleanly() {
         Fixture f;
         const QByteArray text = smallGames(1, 12'000);
-        writeFile(f.folder() + u"b.fen"_s, text);
-        f.state.bookFile = f.folder() + u"b.fen"_s;
+        writeFile(f.state.bookFile = f.folder() + u"b.fen"_s, text);
         {
             const FileSizeLimit full(1'000'000);
             f.window->loadBook();
