@@ -88,8 +88,8 @@ class TstHistoryWindow : public QObject {
         QCOMPARE(h.history->rowCount(), 1);
     }
 
-    // Rows from copies, with the counter; their extra fields; sent back to
-    // the board; deleted; cleared.
+    // Rows from copies, with the counter; their extra fields; sent back to the board; deleted;
+    // cleared; a long game.
     void rowsOfTheHistory() {
         History h;
         h.state.style.CopyCounter = 1;
@@ -130,11 +130,7 @@ class TstHistoryWindow : public QObject {
 
         h.click("clearAllButton");
         QCOMPARE(h.history->rowCount(), 0);
-    }
-
-    // A long game keeps every row, to its last move.
-    void aLongGameStaysWhole() {
-        History h;
+        // A long game keeps every row, to its last move.
         const char* const walk[] = {"k7/8/8/8/8/8/8/K7", "k7/8/8/8/8/8/8/1K6",
                                     "1k6/8/8/8/8/8/8/1K6", "1k6/8/8/8/8/8/8/K7"};
         for (int row = 0; row < 320; ++row)
