@@ -153,31 +153,9 @@ class TstStyleWindow : public QObject {
         QCOMPARE(readFile(s.folder() + "Marlith.ini"), expected);
     }
 
-    // Only a choice in the pop-up loads the style of a name that is typed.
-    void onlyTheListLoadsAStyle() {
-        StyleSession s;
-        s.open([&](StyleWindow& w) {
-            w.activateWindow();
-            auto* name = in<QComboBox>(w, "styleNameBox");
-            enter(w, "frameWidthEdit", u"2"_s);
-            name->setFocus();
-            name->setEditText(u"Gamma"_s);
-            in<QLineEdit>(w, "frameWidthEdit")->setFocus();
-            name->setFocus();
-            QTest::keyClick(name, Qt::Key_Return);
-            in<QMenu>(w, "fileMenu")->popup(w.pos());
-            in<QMenu>(w, "fileMenu")->close();
-            QCOMPARE(s.state.style.FrameWidth, 2);
-            name->showPopup();
-            QTest::mouseClick(name->view()->viewport(), Qt::LeftButton, {},
-                              name->view()->visualRect(name->model()->index(1, 0)).center());
-            QCOMPARE(s.state.style.SqrWidth, 15 * 15);
-            w.reject();
-        });
-    }
-
-    // What the Save command refuses, and Delete, and Restore defaults.
-    void refusalsDeleteAndRestore() {
+    // What the Save command refuses, and Delete, and Restore defaults; then only a choice in the
+    // pop-up loads the style of a name that is typed.
+    void listRefusalsDeleteAndRestore() {
         StyleSession s;
         s.open([&](StyleWindow& w) {
             in<QComboBox>(w, "styleNameBox")->setEditText("Smith, John");
@@ -193,6 +171,21 @@ class TstStyleWindow : public QObject {
             // The default style draws from the built-in sheet again.
             QCOMPARE(s.window->diagram().image().copy(0, 0, 15, 15),
                      builtInSheet().copy(0, 0, 15, 15));
+            w.activateWindow();
+            auto* name = in<QComboBox>(w, "styleNameBox");
+            enter(w, "frameWidthEdit", u"2"_s);
+            name->setFocus();
+            name->setEditText(u"Gamma"_s);
+            in<QLineEdit>(w, "frameWidthEdit")->setFocus();
+            name->setFocus();
+            QTest::keyClick(name, Qt::Key_Return);
+            in<QMenu>(w, "fileMenu")->popup(w.pos());
+            in<QMenu>(w, "fileMenu")->close();
+            QCOMPARE(s.state.style.FrameWidth, 2);
+            name->showPopup();
+            QTest::mouseClick(name->view()->viewport(), Qt::LeftButton, {},
+                              name->view()->visualRect(name->model()->index(1, 0)).center());
+            QCOMPARE(s.state.style.FrameWidth, 0); // Gamma's
             w.reject();
         });
         QCOMPARE(s.questions,
