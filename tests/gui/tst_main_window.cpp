@@ -76,12 +76,22 @@ class TstMainWindow : public QObject {
         QVERIFY(f.window->findChild<QWidget*>(u"helpWindow"_s)->isVisible());
     }
 
-    // Each tool button runs the menu item of its name; Graphic and History
-    // open windows and keep the focus, the others give it back to the
-    // position box. The engine button is tst_engine_windows'.
-    void toolButtonsRunTheirMenuItems() {
+    // The labels beside a control are framed while it has the focus. Each tool button runs the menu
+    // item of its name; Graphic and History open windows and keep the focus, the others give it
+    // back to the position box. The engine button is tst_engine_windows'.
+    void focusMarksAndToolButtons() {
         Fixture f;
         const HomeFolder home(f.dir.path());
+        f.openBook(u"b.fen"_s, "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
+        for (const auto& [control, label] : {std::pair{"positionEdit", "pieceCounterLabel"},
+                                             {"stepStrip", "sideLabel"},
+                                             {"gameScrollBar", "gameLabel"}}) {
+            auto* marked = f.window->findChild<QLabel*>(QLatin1String(label));
+            f.window->findChild<QWidget*>(QLatin1String(control))->setFocus();
+            QTRY_COMPARE(marked->frameStyle(), QFrame::Box | QFrame::Plain);
+            f.child<QWidget>("styleBox")->setFocus();
+            QTRY_COMPARE(marked->frameStyle(), int(QFrame::NoFrame));
+        }
         for (const char* name :
              {"saveImage", "graphic", "history", "copyImage", "copyHtml", "copyPosition",
               "pastePosition", "print", "new", "startPosition", "moveRight", "moveLeft", "moveUp",
@@ -97,21 +107,6 @@ class TstMainWindow : public QObject {
         QSignalSpy started(f.action("startPositionAction"), &QAction::triggered);
         drag(f.child("startPositionButton"), QPoint(5, 5), QPoint(30, 5));
         QCOMPARE(started.count(), 0);
-    }
-
-    // The labels beside a control are framed while it has the focus.
-    void focusMarks() {
-        Fixture f;
-        f.openBook(u"b.fen"_s, "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
-        for (const auto& [control, label] : {std::pair{"positionEdit", "pieceCounterLabel"},
-                                             {"stepStrip", "sideLabel"},
-                                             {"gameScrollBar", "gameLabel"}}) {
-            auto* marked = f.window->findChild<QLabel*>(QLatin1String(label));
-            f.window->findChild<QWidget*>(QLatin1String(control))->setFocus();
-            QTRY_COMPARE(marked->frameStyle(), QFrame::Box | QFrame::Plain);
-            f.child<QWidget>("styleBox")->setFocus();
-            QTRY_COMPARE(marked->frameStyle(), int(QFrame::NoFrame));
-        }
     }
 
     // Menu keys that no box keeps work from the style list, whose line edit gets them past its
