@@ -115,11 +115,51 @@ class TstBoardWindow : public QObject {
         QVERIFY(image.pixel(54, 54) != qRgb(255, 0, 0));
     }
 
+    // Strokes with Shift go into the picture and out with the bitmap; snapped to centres they run
+    // from centre to centre; the right button and Clear Graphic leave none; a circle has the drag's
+    // radius. The name given decides the file written; it is a bitmap whatever the name.
     // Paste drops the counter; the picture goes as it is shown, also as PNG and as SVG of the
     // picture's size, for editors that take only those. The HTML fragment: one picture a square by
     // letter, side and square colour, a row break behind each row of a board wider than high.
-    void clipboardTexts() {
+    void picturesOut() {
         Fixture f;
+        const QRgb red = qRgb(255, 0, 0);
+        const auto pixel = [&](int x, int y) { return f.window->diagram().image().pixel(x, y); };
+        GraphicWindow* graphic = f.window->graphicWindow();
+        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier);
+        QVERIFY(pixel(5, 5) == red && pixel(12, 12) == red && pixel(22, 22) != red);
+        graphic->findChild<QPushButton*>("clearGraphicButton")->click();
+        QVERIFY(pixel(12, 12) != red);
+        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier, Qt::RightButton);
+        QVERIFY(pixel(12, 12) != red);
+
+        graphic->findChild<QRadioButton*>("snapCenterOption")->setChecked(true);
+        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier);
+        QVERIFY(pixel(5, 5) != red && pixel(6, 6) != red && pixel(10, 10) == red &&
+                pixel(22, 22) == red);
+        // A circle round the centre of b7, its radius the drag's, in blue.
+        graphic->swatch(4)->click();
+        graphic->findChild<QRadioButton*>("circleOption")->setChecked(true);
+        f.dragOnBoard({20, 20}, {26, 40}, Qt::ShiftModifier);
+        QVERIFY(pixel(22, 28) == qRgb(0, 0, 255) && pixel(16, 22) == qRgb(0, 0, 255));
+        f.window->saveImage();
+        QCOMPARE(QImage(f.folder() + u"Marlith.bmp"_s).convertToFormat(QImage::Format_RGB32),
+                 f.window->diagram().image());
+        f.state.imageFile = u"picture.gif"_s;
+        f.window->saveImage();
+        QCOMPARE(QImageReader(f.folder() + "picture.gif").format(), QByteArray("bmp"));
+        QCOMPARE(f.window->windowTitle(), "Marlith - picture.gif");
+        // A picture that can't be written whole leaves the old one and says so.
+        const QByteArray old = readFile(f.folder() + "picture.gif");
+        f.window->newPosition();
+        {
+            const FileSizeLimit full(old.size() / 2);
+            f.window->saveImage();
+        }
+        QCOMPARE(readFile(f.folder() + "picture.gif"), old);
+        QCOMPARE(f.warnings.size(), 1);
+        QVERIFY(f.warnings[0].contains(u"picture.gif"));
+
         QClipboard* clipboard = QGuiApplication::clipboard();
         clipboard->setText(u"(2x0)K/8/Q"_s);
         f.window->pastePosition();
@@ -163,49 +203,6 @@ class TstBoardWindow : public QObject {
         const QByteArray bytes = readFile(pdf);
         QVERIFY(bytes.startsWith("%PDF-"));
         QCOMPARE(QString::fromLatin1(bytes).count(QRegularExpression(u"/Type\\s*/Page[^s]"_s)), 1);
-    }
-
-    // Strokes with Shift go into the picture and out with the bitmap; snapped to centres they run
-    // from centre to centre; the right button and Clear Graphic leave none; a circle has the drag's
-    // radius. The name given decides the file written; it is a bitmap whatever the name.
-    void strokesAndSavedBitmaps() {
-        Fixture f;
-        const QRgb red = qRgb(255, 0, 0);
-        const auto pixel = [&](int x, int y) { return f.window->diagram().image().pixel(x, y); };
-        GraphicWindow* graphic = f.window->graphicWindow();
-        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier);
-        QVERIFY(pixel(5, 5) == red && pixel(12, 12) == red && pixel(22, 22) != red);
-        graphic->findChild<QPushButton*>("clearGraphicButton")->click();
-        QVERIFY(pixel(12, 12) != red);
-        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier, Qt::RightButton);
-        QVERIFY(pixel(12, 12) != red);
-
-        graphic->findChild<QRadioButton*>("snapCenterOption")->setChecked(true);
-        f.dragOnBoard({5, 5}, {20, 20}, Qt::ShiftModifier);
-        QVERIFY(pixel(5, 5) != red && pixel(6, 6) != red && pixel(10, 10) == red &&
-                pixel(22, 22) == red);
-        // A circle round the centre of b7, its radius the drag's, in blue.
-        graphic->swatch(4)->click();
-        graphic->findChild<QRadioButton*>("circleOption")->setChecked(true);
-        f.dragOnBoard({20, 20}, {26, 40}, Qt::ShiftModifier);
-        QVERIFY(pixel(22, 28) == qRgb(0, 0, 255) && pixel(16, 22) == qRgb(0, 0, 255));
-        f.window->saveImage();
-        QCOMPARE(QImage(f.folder() + u"Marlith.bmp"_s).convertToFormat(QImage::Format_RGB32),
-                 f.window->diagram().image());
-        f.state.imageFile = u"picture.gif"_s;
-        f.window->saveImage();
-        QCOMPARE(QImageReader(f.folder() + "picture.gif").format(), QByteArray("bmp"));
-        QCOMPARE(f.window->windowTitle(), "Marlith - picture.gif");
-        // A picture that can't be written whole leaves the old one and says so.
-        const QByteArray old = readFile(f.folder() + "picture.gif");
-        f.window->newPosition();
-        {
-            const FileSizeLimit full(old.size() / 2);
-            f.window->saveImage();
-        }
-        QCOMPARE(readFile(f.folder() + "picture.gif"), old);
-        QCOMPARE(f.warnings.size(), 1);
-        QVERIFY(f.warnings[0].contains(u"picture.gif"));
     }
 };
 
