@@ -144,9 +144,10 @@ class TstBookPanel : public QObject {
     // The window lives while a book is read: the count runs, Escape stops the
     // scan, and what was read can be walked. The scan is held at game 6000
     // until the stop, so that it ends halfway whatever the machine's speed.
-    void escapeStopsTheScanHalfway() {
+    void scansThatEndEarly() {
         Fixture f;
-        writeFile(f.state.bookFile = f.folder() + u"book.fen"_s, smallGames(1, 12'000));
+        const QByteArray text = smallGames(1, 12'000);
+        writeFile(f.state.bookFile = f.folder() + u"book.fen"_s, text);
         f.window->holdBookScan = [](ScanJob::Scan scan) {
             return [scan](WorkFile& work, const ScanControl& control) {
                 ScanControl held = control;
@@ -171,14 +172,9 @@ class TstBookPanel : public QObject {
         f.window->bookPanel()->gameScrollBar()->setValue(6'000);
         QCOMPARE(label->text(), "Game 6000. (6000 of 6000)");
         QVERIFY(f.warnings.isEmpty());
-    }
 
-    // A work file that can't grow ends the scan with a message; the games it
-    // holds can be walked and the book is as it was.
-    void aFullDiskEndsTheScanCleanly() {
-        Fixture f;
-        const QByteArray text = smallGames(1, 12'000);
-        writeFile(f.state.bookFile = f.folder() + u"b.fen"_s, text);
+        // A work file that can't grow ends the scan with a message; the games it holds can be
+        // walked and the book is as it was.
         {
             const FileSizeLimit full(1'000'000);
             f.window->loadBook();
