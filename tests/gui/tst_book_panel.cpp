@@ -129,12 +129,9 @@ class TstBookPanel : public QObject {
         QCOMPARE(b.key(b.stepStrip(), Qt::Key_Right, Qt::ControlModifier), rank1("3K4"));
         QCOMPARE(b.key(b.stepStrip(), Qt::Key_Left), rank1("2K5"));
         QCOMPARE(b.key(b.panel->gameScrollBar(), Qt::Key_Left), rank1("K7"));
-    }
-
-    // The panel names the move at which a game was cut; a book without headers shows none.
-    void aCutGameNamesItsMove() {
-        Book b("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n", u"b.pgn"_s);
-        QCOMPARE(b.lines().value(1), "Cut at 2.Ke3 (can't be played)");
+        // The panel names the move at which a game was cut; a book without headers shows none.
+        Book cut("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n", u"b.pgn"_s);
+        QCOMPARE(cut.lines().value(1), "Cut at 2.Ke3 (can't be played)");
         Book bare("k7/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/8\n");
         QCOMPARE(QStringList({bare.label("gameLabel"), bare.positionEdit->text()}) + bare.lines(),
                  QStringList({"Game 1. (1 of 1)", "k7/8/8/8/8/8/8/K7"}));
