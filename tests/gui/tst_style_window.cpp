@@ -85,9 +85,11 @@ class TstStyleWindow : public QObject {
     Q_OBJECT
 
   private Q_SLOTS:
-    // Each change shows in the diagram at once; Cancel brings the old look
-    // back and leaves the settings file alone.
-    void previewsAreLiveAndCancelForgetsThem() {
+    // Each change shows in the diagram at once; Cancel brings the old look back and leaves the
+    // settings file alone. Ok keeps the edits in force, Save stores them; the next opening starts
+    // from what Ok kept. A font in place of the pieces file: squares of the size typed, in the
+    // colour picked, kept when the style is saved.
+    void previewsOkAndSave() {
         StyleSession s;
         const QImage before = s.window->diagram().image();
         s.picked = 0x0000FF; // red
@@ -109,13 +111,7 @@ class TstStyleWindow : public QObject {
         QCOMPARE(s.window->diagram().image(), before);
         QCOMPARE(s.state.style.BorderWidth, 8);
         QCOMPARE(readFile(s.folder() + "Marlith.ini"), kSettings);
-    }
 
-    // Ok keeps the edits in force, Save stores them; the next opening starts
-    // from what Ok kept. A font in place of the pieces file: squares of the
-    // size typed, in the colour picked, kept when the style is saved.
-    void okKeepsAndSaveStores() {
-        StyleSession s;
         s.picked = 0x00FF00;
         s.open([&](StyleWindow& w) {
             in<ToolButton>(w, "padlockButton")->clicked();
