@@ -56,9 +56,10 @@ struct History : Fixture {
 class TstHistoryWindow : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // Rec Mode records the start and each mouse edit; undo walks back and
-    // never takes the first row.
-    void recModeAndUndo() {
+    // Rec Mode records the start and each mouse edit; undo walks back and never takes the first
+    // row. Rows from copies, with the counter; their extra fields; sent back to the board; deleted;
+    // cleared; a long game.
+    void recModeUndoAndRows() {
         History h;
         h.type(u"k7/8/8/8/8/8/8/K"_s);
         QVERIFY(!h.action("undoRecAction")->isEnabled());
@@ -86,12 +87,8 @@ class TstHistoryWindow : public QObject {
         h.action("recModeAction")->trigger();
         drag(h.diagramView(), square(0, 0), square(1, 1));
         QCOMPARE(h.history->rowCount(), 1);
-    }
 
-    // Rows from copies, with the counter; their extra fields; sent back to the board; deleted;
-    // cleared; a long game.
-    void rowsOfTheHistory() {
-        History h;
+        h.click("clearAllButton");
         h.state.style.CopyCounter = 1;
         h.copy(u"kK"_s);
         h.state.style.CopyCounter = 0;
