@@ -96,16 +96,33 @@ class TstEngineWindows : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     // Both engines found, the recent one checked; leftover logs go at start, with their game files;
-    // the engine button runs the recent engine. While the Popeye window is open its pieces follow
-    // the board; a game's stipulation header fills the fields.
-    void bothEnginesFoundAndTheRecentOneChecked() {
+    // the engine button runs the recent engine. Crafty gets the side and depth; its log shows once
+    // it ended. While the Popeye window is open its pieces follow the board; a game's stipulation
+    // header fills the fields.
+    void bothEnginesFoundAndCraftyAnalyses() {
         Engines e({{"Py.exe", kPopeye}, {"CRAFTY", kCrafty}, {"log.003", "x"}, {"game.003", "x"}},
-                  {}, "RecentEngine = Crafty\r\n");
+                  u"a b; c"_s, "RecentEngine = Crafty\r\n");
         Fixture& f = *e.f;
         QVERIFY(f.action("popeyeAction")->isEnabled() && f.action("craftyAction")->isChecked());
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
+        f.type(u"4k3/8/8/8/8/8/8/4K3"_s);
         QTest::mouseClick(f.child("engineButton"), Qt::LeftButton, {}, QPoint(5, 5));
-        QVERIFY(f.window->craftyWindow()->isVisible());
+        CraftyWindow* c = f.window->craftyWindow();
+        QVERIFY(c->isVisible());
+        QCOMPARE(c->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
+        childOf<QRadioButton>(c, "blackOption")->setChecked(true);
+        childOf<QComboBox>(c, "depthBox")->setEditText(u"9"_s);
+        e.solve(c);
+        QTRY_COMPARE(childOf<QLabel>(c, "clockLabel")->text(), u"00:01"_s);
+        e.awaitEnd(c);
+        QCOMPARE(rowsOf(c), QStringList({"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -",
+                                         "  depth 9 done"}));
+        QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
+        QVERIFY(readFile(e.path + u"received.txt"_s).contains("\nsd 9\n"));
+        // With no position nothing runs.
+        childOf(c, "clearAllButton")->click();
+        childOf(c, "solveButton")->click();
+        QCOMPARE(f.warnings, QStringList({u"Enter the FEN position!"_s}));
         f.openBook(u"b.fen"_s, "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
                                "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
         PopeyeWindow* w = e.popeye("", {});
@@ -199,28 +216,6 @@ class TstEngineWindows : public QObject {
                  "-maxmem\n" + maxmem + "\n" + problem + "\n");
         childOf(w, "copySolutionButton")->click();
         QCOMPARE(QGuiApplication::clipboard()->text(), rows.join("\r\n") + "\r\n");
-    }
-
-    // The side and depth reach the engine; its log shows once it ended.
-    void craftyAnalysesInTheBackground() {
-        Engines e({{"crafty", kCrafty}}, u"a b; c"_s);
-        e.f->type(u"4k3/8/8/8/8/8/8/4K3"_s);
-        e.f->action("craftyAction")->trigger();
-        CraftyWindow* w = e.f->window->craftyWindow();
-        QCOMPARE(w->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
-        childOf<QRadioButton>(w, "blackOption")->setChecked(true);
-        childOf<QComboBox>(w, "depthBox")->setEditText(u"9"_s);
-        e.solve(w);
-        QTRY_COMPARE(childOf<QLabel>(w, "clockLabel")->text(), u"00:01"_s);
-        e.awaitEnd(w);
-        QCOMPARE(rowsOf(w), QStringList({"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -",
-                                         "  depth 9 done"}));
-        QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
-        QVERIFY(readFile(e.path + u"received.txt"_s).contains("\nsd 9\n"));
-        // With no position nothing runs.
-        childOf(w, "clearAllButton")->click();
-        childOf(w, "solveButton")->click();
-        QCOMPARE(e.f->warnings, QStringList({u"Enter the FEN position!"_s}));
     }
 };
 
