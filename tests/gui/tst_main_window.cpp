@@ -110,11 +110,30 @@ class TstMainWindow : public QObject {
     }
 
     // Menu keys that no box keeps work from the style list, whose line edit gets them past its
-    // filters, and the editing keys work there too. A style picked carries the position over; at
-    // the end the settings are written, the work files go, and the next start sees what was left.
-    void pickedStylesAndTheNextStart() {
+    // filters, and the editing keys work there too. A style picked carries the position over.
+    // Export Diagram (its own key) takes the format and width, Enter is Ok, the name takes the
+    // format's extension. At the end the settings are written, the work files go, and the next
+    // start sees what was left: the style, the position, the place, the export choices.
+    void stylesExportAndTheNextStart() {
         QTemporaryDir shared;
         const QString work = shared.filePath(u"F123456.tmp"_s);
+        QStringList shown;
+        // Answers the Export window that the next command opens.
+        const auto answer = [&](const QString& format, const char* digits, Qt::Key end) {
+            QTimer::singleShot(0, [&, format, digits, end] {
+                QWidget* w = QApplication::activeModalWidget();
+                if (!w) return;
+                auto* formats = w->findChild<QComboBox*>(u"formatBox"_s);
+                auto* width = w->findChild<QSpinBox*>(u"widthSpin"_s);
+                shown << formats->currentText() + QString::number(width->value());
+                formats->setCurrentIndex(formats->findText(format));
+                shown << QString::number(
+                    w->findChild<QCheckBox*>(u"transparentCheck"_s)->isEnabled());
+                width->selectAll();
+                QTest::keyClicks(width, QLatin1String(digits));
+                QTest::keyClick(width, end);
+            });
+        };
         {
             Fixture first({}, kTwoStyles, shared.path());
             auto* combo = first.child<QComboBox>("styleBox");
@@ -141,6 +160,19 @@ class TstMainWindow : public QObject {
             // Squares beyond the smaller board kept their pieces in the vector.
             QCOMPARE(pick("small"), first.state.style.StartPos + " R D");
             pick("Wide");
+            first.state.exportChoices.format = ImageFormat::Bitmap;
+            first.window->runChooser = [](FileChooser& chooser) {
+                chooser.show();
+                chooser.findChild<QLineEdit*>(u"nameEdit"_s)->setText("pic");
+                chooser.confirm();
+            };
+            answer(u"PNG"_s, "1100", Qt::Key_Return);
+            first.key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+            const QString path = first.folder() + u"pic.png"_s;
+            QVERIFY(readFile(path).startsWith("\x89PNG"));
+            QCOMPARE(QImage(path).width(), 1100);
+            answer(u"BMP"_s, "", Qt::Key_Escape); // no change
+            first.run("exportDiagramAction");
             writeFile(work);
             // The position and the place come back, also with the
             // characters that end an item or a line.
@@ -155,50 +187,9 @@ class TstMainWindow : public QObject {
         QCOMPARE(second.positionEdit->text(), "sS, \"x;y\" %41");
         QCOMPARE(second.pieceCounterLabel->text(), "(1x1)");
         QCOMPARE(second.window->pos(), QPoint(40, 30));
-    }
-
-    // Export Diagram (its own key) takes the format and width, Enter is Ok, the name takes the
-    // format's extension; the choices stay for the next use and the next start.
-    void exportDiagram() {
-        QTemporaryDir shared;
-        QStringList shown;
-        // Answers the Export window that the next command opens.
-        const auto answer = [&](const QString& format, const char* digits, Qt::Key end) {
-            QTimer::singleShot(0, [&, format, digits, end] {
-                QWidget* w = QApplication::activeModalWidget();
-                if (!w) return;
-                auto* formats = w->findChild<QComboBox*>(u"formatBox"_s);
-                auto* width = w->findChild<QSpinBox*>(u"widthSpin"_s);
-                shown << formats->currentText() + QString::number(width->value());
-                formats->setCurrentIndex(formats->findText(format));
-                shown << QString::number(
-                    w->findChild<QCheckBox*>(u"transparentCheck"_s)->isEnabled());
-                width->selectAll();
-                QTest::keyClicks(width, QLatin1String(digits));
-                QTest::keyClick(width, end);
-            });
-        };
-        {
-            Fixture f({}, {}, shared.path());
-            f.state.exportChoices.format = ImageFormat::Bitmap;
-            f.window->runChooser = [](FileChooser& chooser) {
-                chooser.show();
-                chooser.findChild<QLineEdit*>(u"nameEdit"_s)->setText("pic");
-                chooser.confirm();
-            };
-            answer(u"PNG"_s, "1100", Qt::Key_Return);
-            f.key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
-            const QString path = f.folder() + u"pic.png"_s;
-            QVERIFY(readFile(path).startsWith("\x89PNG"));
-            QCOMPARE(QImage(path).width(), 1100);
-            answer(u"BMP"_s, "", Qt::Key_Escape); // no change
-            f.run("exportDiagramAction");
-            f.window->close();
-        }
         QCOMPARE(shown, QStringList({"BMP1200", "1", "PNG1100", "0"}));
-        const Fixture again({}, {}, shared.path());
-        QCOMPARE(again.state.exportChoices.format, ImageFormat::Png);
-        QCOMPARE(again.state.exportChoices.width, 1100);
+        QCOMPARE(second.state.exportChoices.format, ImageFormat::Png);
+        QCOMPARE(second.state.exportChoices.width, 1100);
     }
 
     void childWindowsBesideTheDiagram_data() {
