@@ -1,37 +1,28 @@
 // The book panel beside the board, driven as a user drives it; the walking
 // rules themselves are tst_book_walk's.
 #include "books/scan_job.h"
-#include "gui/book_panel.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QDir>
 #include <QRandomGenerator>
-#include <QScrollBar>
 #include <chrono>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
-using namespace marlith;
-using marlith::testing::Fixture;
-using marlith::testing::writeFile;
+using namespace marlith::testing;
 
 namespace {
 
 // Two games: a header with one position, then two headers (one longer than
 // a row of the list) with three positions.
-const QByteArray kTwoGames = "[Event \"first\"]\n"
-                             "8/8/8/8/8/8/8/K7 w - -\n"
-                             "[Event \"second\"]\n"
-                             "[Site \"a site whose name is far longer than one line\"]\n"
-                             "8/8/8/8/8/8/8/1K6 w - -\n"
-                             "8/8/8/8/8/8/8/2K5 b - -\n"
-                             "8/8/8/8/8/8/8/3K4 x\n";
+const QByteArray kTwoGames =
+    "[Event \"first\"]\n8/8/8/8/8/8/8/K7 w - -\n[Event \"second\"]\n"
+    "[Site \"a site whose name is far longer than one line\"]\n"
+    "8/8/8/8/8/8/8/1K6 w - -\n8/8/8/8/8/8/8/2K5 b - -\n8/8/8/8/8/8/8/3K4 x\n";
 
 // A book opened as from the command line.
 struct Book : Fixture {
-    explicit Book(const QByteArray& text, const QString& name = QStringLiteral("b.fen")) {
+    explicit Book(const QByteArray& text, const QString& name = u"b.fen"_s) {
         openBook(name, text);
         panel = window->bookPanel();
     }
@@ -40,8 +31,8 @@ struct Book : Fixture {
     QString label(const char* name) const {
         return panel->findChild<QLabel*>(QLatin1String(name))->text();
     }
-    QWidget* stepStrip() const { return panel->findChild<QWidget*>(QStringLiteral("stepStrip")); }
-    QStringList lines() const { return marlith::testing::itemTexts(panel->headerList()); }
+    QWidget* stepStrip() const { return panel->findChild<QWidget*>(u"stepStrip"_s); }
+    QStringList lines() const { return itemTexts(panel->headerList()); }
     // The position shown after a click on a move button or a key.
     QString button(const char* name) {
         QTest::mouseClick(panel->findChild<ToolButton*>(QLatin1String(name)), Qt::LeftButton);
@@ -54,7 +45,7 @@ struct Book : Fixture {
 };
 
 QString rank1(const char* row) {
-    return QStringLiteral("8/8/8/8/8/8/8/") + QLatin1String(row);
+    return u"8/8/8/8/8/8/8/"_s + QLatin1String(row);
 }
 
 // Games first to last of a header and two positions each.
@@ -71,28 +62,6 @@ QByteArray smallGames(int first, int last) {
 class TstBookPanel : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // What opening a book shows of its first game.
-    void firstGame_data() {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<QString>("caption");
-        QTest::addColumn<QStringList>("headers");
-        QTest::addColumn<QString>("position");
-        QTest::newRow("headers") << kTwoGames << "Game 1. (1 of 2)"
-                                 << QStringList{"[Event \"first\"]"} << rank1("K7");
-        QTest::newRow("no headers") << QByteArray("k7/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/8\n")
-                                    << "Game 1. (1 of 1)" << QStringList() << "k7/8/8/8/8/8/8/K7";
-    }
-    void firstGame() {
-        QFETCH(QByteArray, text);
-        Book b(text);
-        QVERIFY(b.panel->isVisible());
-        QVERIFY(b.action("closeBookAction")->isEnabled());
-        QTEST(b.label("gameLabel"), "caption");
-        QTEST(b.lines(), "headers");
-        QTEST(b.positionEdit->text(), "position");
-        QVERIFY(!b.stepStrip()->isVisible()); // no move buttons in any of these games
-    }
-
     // A file that can't be a book gets a Warning that names it, and no book
     // opens; a pipe never holds the window.
     void badBooksAreRefused_data() {
@@ -135,12 +104,16 @@ class TstBookPanel : public QObject {
         QVERIFY(!f.window->bookPanel()->isVisible());
     }
 
-    // Buttons and keys walk the positions of a game, the scroll bar the
-    // games; walking reads the work file alone.
+    // Opened, the book shows its first game; buttons and keys walk the positions of a game, the
+    // scroll bar the games; walking reads the work file alone.
     void walksGamesAndPositions() {
         Book b(kTwoGames);
+        QVERIFY(b.panel->isVisible() && b.action("closeBookAction")->isEnabled());
+        QCOMPARE(QStringList({b.label("gameLabel"), b.positionEdit->text()}) + b.lines(),
+                 QStringList({"Game 1. (1 of 2)", rank1("K7"), "[Event \"first\"]"}));
+        QVERIFY(!b.stepStrip()->isVisible()); // one position: no move buttons
         QCOMPARE(b.label("sideLabel"), "White moves...");
-        QVERIFY(QFile::remove(b.folder() + QStringLiteral("b.fen")));
+        QVERIFY(QFile::remove(b.folder() + u"b.fen"_s));
         b.panel->gameScrollBar()->setValue(2);
         QCOMPARE(b.label("gameLabel"), "Game 2. (2 of 2)");
         QCOMPARE(b.lines(), QStringList({"[Event \"second\"]", "[Site \"a site whose name is far l",
@@ -156,21 +129,22 @@ class TstBookPanel : public QObject {
         QCOMPARE(b.key(b.stepStrip(), Qt::Key_Right, Qt::ControlModifier), rank1("3K4"));
         QCOMPARE(b.key(b.stepStrip(), Qt::Key_Left), rank1("2K5"));
         QCOMPARE(b.key(b.panel->gameScrollBar(), Qt::Key_Left), rank1("K7"));
-    }
-
-    // The panel names the move at which a game was cut.
-    void aCutGameNamesItsMove() {
-        Book b("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n", QStringLiteral("b.pgn"));
-        QCOMPARE(b.lines().value(1), "Cut at 2.Ke3 (can't be played)");
+        // The panel names the move at which a game was cut; a book without headers shows none.
+        Book cut("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6\n", u"b.pgn"_s);
+        QCOMPARE(cut.lines().value(1), "Cut at 2.Ke3 (can't be played)");
+        Book bare("k7/8/8/8/8/8/8/K7\n8/8/8/8/8/8/8/8\n");
+        QCOMPARE(QStringList({bare.label("gameLabel"), bare.positionEdit->text()}) + bare.lines(),
+                 QStringList({"Game 1. (1 of 1)", "k7/8/8/8/8/8/8/K7"}));
+        QVERIFY(!bare.stepStrip()->isVisible());
     }
 
     // The window lives while a book is read: the count runs, Escape stops the
     // scan, and what was read can be walked. The scan is held at game 6000
     // until the stop, so that it ends halfway whatever the machine's speed.
-    void escapeStopsTheScanHalfway() {
+    void scansThatEndEarly() {
         Fixture f;
-        f.state.bookFile = f.folder() + QStringLiteral("book.fen");
-        writeFile(f.state.bookFile, smallGames(1, 12'000));
+        const QByteArray text = smallGames(1, 12'000);
+        writeFile(f.state.bookFile = f.folder() + u"book.fen"_s, text);
         f.window->holdBookScan = [](ScanJob::Scan scan) {
             return [scan](WorkFile& work, const ScanControl& control) {
                 ScanControl held = control;
@@ -183,10 +157,10 @@ class TstBookPanel : public QObject {
             };
         };
         f.window->loadBook();
-        auto* label = f.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"));
+        auto* label = f.window->bookPanel()->findChild<QLabel*>(u"gameLabel"_s);
         QTRY_COMPARE_WITH_TIMEOUT(label->text(), "6000 games", 60'000);
         QVERIFY(!f.window->bookPanel()->gameScrollBar()->isEnabled());
-        f.type(QStringLiteral("K"));
+        f.type(u"K"_s);
         QTest::keyClick(f.positionEdit, Qt::Key_Escape);
         QCOMPARE(f.positionEdit->text(), "K"); // the key went to the scan, not to the box
         f.waitForScan();
@@ -195,28 +169,22 @@ class TstBookPanel : public QObject {
         f.window->bookPanel()->gameScrollBar()->setValue(6'000);
         QCOMPARE(label->text(), "Game 6000. (6000 of 6000)");
         QVERIFY(f.warnings.isEmpty());
-    }
 
-    // A work file that can't grow ends the scan with a message; the games it
-    // holds can be walked and the book is as it was.
-    void aFullDiskEndsTheScanCleanly() {
-        Fixture f;
-        const QByteArray text = smallGames(1, 12'000);
-        writeFile(f.folder() + QStringLiteral("b.fen"), text);
-        f.state.bookFile = f.folder() + QStringLiteral("b.fen");
+        // A work file that can't grow ends the scan with a message; the games it holds can be
+        // walked and the book is as it was.
         {
-            const marlith::testing::FileSizeLimit full(1'000'000);
+            const FileSizeLimit full(1'000'000);
             f.window->loadBook();
             f.waitForScan();
         }
         QCOMPARE(f.warnings.size(), 1);
-        QVERIFY2(f.warnings[0].contains(QStringLiteral("File too large")) &&
-                     f.warnings[0].contains(QStringLiteral("The first 2525 games")),
+        QVERIFY2(f.warnings[0].contains(u"File too large"_s) &&
+                     f.warnings[0].contains(u"The first 2525 games"_s),
                  qPrintable(f.warnings[0]));
         QCOMPARE(f.window->bookPanel()->gameScrollBar()->maximum(), 2'525);
         f.window->bookPanel()->gameScrollBar()->setValue(2'525);
         QCOMPARE(f.positionEdit->text(), "K7/8/8/8/8/8/8/8");
-        QCOMPARE(marlith::testing::readFile(f.state.bookFile), text);
+        QCOMPARE(readFile(f.state.bookFile), text);
     }
 
     // Closing the book also stops a scan that is under way.

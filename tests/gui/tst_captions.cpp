@@ -1,24 +1,11 @@
 // Every window at this desktop's font: no label, button, check box, option
 // or frame title shows less than its whole caption.
 #include "gui/about_window.h"
-#include "gui/add_to_book_window.h"
-#include "gui/crafty_window.h"
-#include "gui/file_chooser.h"
-#include "gui/graphic_window.h"
-#include "gui/history_window.h"
-#include "gui/popeye_window.h"
-#include "gui/search_window.h"
-#include "gui/style_window.h"
-#include "gui/view_window.h"
 #include "support/main_window_fixture.h"
 
 #include <QAbstractButton>
-#include <QCheckBox>
 #include <QGroupBox>
-#include <QListWidget>
-#include <QRadioButton>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {
@@ -31,10 +18,7 @@ QStringList cutCaptions(QWidget* window) {
         if (text.isEmpty() || !control->isVisibleTo(window)) return;
         const int needed = control->fontMetrics().horizontalAdvance(text);
         if (needed > room)
-            cut << QStringLiteral("%1 \"%2\": %3 of %4")
-                       .arg(control->objectName(), text)
-                       .arg(room)
-                       .arg(needed);
+            cut << u"%1 \"%2\": %3 of %4"_s.arg(control->objectName(), text).arg(room).arg(needed);
     };
     for (QLabel* label : window->findChildren<QLabel*>())
         if (!label->wordWrap() && label->pixmap().isNull())
@@ -57,38 +41,28 @@ class TstCaptions : public QObject {
     void everyCaptionFits() {
         Fixture f;
         // With a book open, its panel shows too.
-        f.openBook(QStringLiteral("b.fen"), "[Event \"x\"]\r\nk7/8\r\n");
-        f.window->showViewWindow();
-        f.window->showHistory();
-        f.window->showGraphicWindow();
-        QList<QWidget*> windows{f.window.get(),
-                                f.window->viewWindow(),
-                                f.window->historyWindow(),
-                                f.window->graphicWindow(),
-                                f.window->styleWindow(),
-                                f.window->popeyeWindow(),
-                                f.window->craftyWindow(),
-                                f.window->searchWindow(),
-                                f.window->addToBookWindow()};
-        AboutWindow about(f.state.programFolder, f.window.get());
-        windows << &about;
-        QCOMPARE(about.findChild<QLabel*>(QStringLiteral("folderLabel"))->toolTip(),
-                 f.state.programFolder);
-        FileChooser chooser(f.state, f.window.get());
-        windows << &chooser;
+        f.openBook(u"b.fen"_s, "[Event \"x\"]\r\nk7/8\r\n");
+        MainWindow& m = *f.window;
+        m.showViewWindow();
+        m.showHistory();
+        m.showGraphicWindow();
+        AboutWindow about(f.state.programFolder, &m);
+        QCOMPARE(about.findChild<QLabel*>(u"folderLabel"_s)->toolTip(), f.state.programFolder);
+        FileChooser chooser(f.state, &m);
         QStringList cut;
-        for (QWidget* window : windows) {
+        for (QWidget* window :
+             QList<QWidget*>{&m, m.viewWindow(), m.historyWindow(), m.graphicWindow(),
+                             m.styleWindow(), m.popeyeWindow(), m.craftyWindow(), m.searchWindow(),
+                             m.addToBookWindow(), &about, &chooser}) {
             window->show();
             for (const QString& caption : cutCaptions(window))
-                cut << window->objectName() + QStringLiteral(": ") + caption;
+                cut << window->objectName() + u": "_s + caption;
             window->hide();
         }
         QVERIFY2(cut.isEmpty(), qPrintable(cut.join(u'\n')));
-        // The engines' lists: a fixed-width font, and room for the solver's
-        // rows of 50 characters.
-        for (QWidget* window : {static_cast<QWidget*>(f.window->popeyeWindow()),
-                                static_cast<QWidget*>(f.window->craftyWindow())}) {
-            auto* list = window->findChild<QListWidget*>(QStringLiteral("solutionList"));
+        // The engines' lists: a fixed-width font, and room for the solver's rows of 50 characters.
+        for (QWidget* window : QList<QWidget*>{m.popeyeWindow(), m.craftyWindow()}) {
+            auto* list = window->findChild<QListWidget*>(u"solutionList"_s);
             QVERIFY(QFontInfo(list->font()).fixedPitch());
             QVERIFY(list->width() >= list->fontMetrics().horizontalAdvance(QString(50, u'0')));
         }

@@ -1,32 +1,16 @@
-// The engine windows driven end to end by stand-in engines; the rules of the
-// files, fields and stages of a run are tst_popeye's, tst_crafty's and
-// tst_engine_files'.
+// The engine windows driven end to end by stand-in engines; the rules of the files, fields and
+// stages of a run are tst_popeye's, tst_crafty's and tst_engine_files'.
 #include "engines/popeye.h"
-#include "gui/book_panel.h"
-#include "gui/crafty_window.h"
-#include "gui/popeye_window.h"
-#include "gui/solution_list.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QClipboard>
-#include <QComboBox>
-#include <QDir>
-#include <QGuiApplication>
-#include <QListWidget>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QScrollBar>
 #include <optional>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {
 
-// Reads the problem file named last on its command line and appends to the
-// protocol file named there, in two parts with a pause, as the real solver
-// holds its protocol until it ends.
+// Reads the problem file named last on its command line and appends to the protocol file named
+// there, in two parts with a pause, as the real solver holds its protocol until it ends.
 const QByteArray kPopeye = R"sh(#!/bin/sh
 for a; do printf '%s\n' "$a"; last=$a; done > py-args.txt
 proto=$(sed -n 's/^Protocol //p' "$last" | tr -d '\r')
@@ -51,7 +35,7 @@ done
 )sh";
 
 QStringList rowsOf(QWidget* window) {
-    return itemTexts(window->findChild<QListWidget*>(QStringLiteral("solutionList")));
+    return itemTexts(window->findChild<QListWidget*>(u"solutionList"_s));
 }
 
 template <typename T = QPushButton> T* childOf(QWidget* window, const char* name) {
@@ -69,9 +53,8 @@ struct Engines {
 
     explicit Engines(const QList<std::pair<const char*, QByteArray>>& files,
                      const QString& sub = {}, const QByteArray& settings = {}) {
-        path = dir.path() + QLatin1Char('/') + sub;
+        path = QDir::cleanPath(dir.filePath(sub)) + QLatin1Char('/');
         QDir().mkpath(path);
-        if (!path.endsWith(QLatin1Char('/'))) path += QLatin1Char('/');
         for (const auto& [name, content] : files) {
             writeFile(path + QLatin1String(name), content);
             if (content.startsWith("#!")) // scripts are made executable
@@ -112,20 +95,47 @@ struct Engines {
 class TstEngineWindows : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    void bothEnginesFoundAndTheRecentOneChecked() {
+    // Both engines found, the recent one checked; leftover logs go at start, with their game files;
+    // the engine button runs the recent engine. Crafty gets the side and depth; its log shows once
+    // it ended. While the Popeye window is open its pieces follow the board; a game's stipulation
+    // header fills the fields.
+    void bothEnginesFoundAndCraftyAnalyses() {
         Engines e({{"Py.exe", kPopeye}, {"CRAFTY", kCrafty}, {"log.003", "x"}, {"game.003", "x"}},
-                  {}, "RecentEngine = Crafty\r\n");
+                  u"a b; c"_s, "RecentEngine = Crafty\r\n");
         Fixture& f = *e.f;
         QVERIFY(f.action("popeyeAction")->isEnabled() && f.action("craftyAction")->isChecked());
-        // Leftover logs go at start, with their game files.
         QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
-        // The engine button runs the recent engine.
+        f.type(u"4k3/8/8/8/8/8/8/4K3"_s);
         QTest::mouseClick(f.child("engineButton"), Qt::LeftButton, {}, QPoint(5, 5));
-        QVERIFY(f.window->craftyWindow()->isVisible());
-        f.window->openPopeye();
+        CraftyWindow* c = f.window->craftyWindow();
+        QVERIFY(c->isVisible());
+        QCOMPARE(c->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
+        childOf<QRadioButton>(c, "blackOption")->setChecked(true);
+        childOf<QComboBox>(c, "depthBox")->setEditText(u"9"_s);
+        e.solve(c);
+        QTRY_COMPARE(childOf<QLabel>(c, "clockLabel")->text(), u"00:01"_s);
+        e.awaitEnd(c);
+        QCOMPARE(rowsOf(c), QStringList({"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -",
+                                         "  depth 9 done"}));
+        QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
+        QVERIFY(readFile(e.path + u"received.txt"_s).contains("\nsd 9\n"));
+        // With no position nothing runs.
+        childOf(c, "clearAllButton")->click();
+        childOf(c, "solveButton")->click();
+        QCOMPARE(f.warnings, QStringList({u"Enter the FEN position!"_s}));
+        f.openBook(u"b.fen"_s, "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
+                               "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
+        PopeyeWindow* w = e.popeye("", {});
+        const PopeyeFields& p = f.state.popeyeFields;
+        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
+                 QStringList({"h#", "3", "Qd1 Ke1", "Ke8"}));
+        f.window->bookPanel()->gameScrollBar()->setValue(2);
+        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
+                 QStringList({"#", "2", "Ka1", ""}));
+        QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
         f.window->close();
         e.f.reset();
-        QVERIFY(readFile(e.path + QStringLiteral("Marlith.ini")).contains("RecentEngine = Popeye"));
+        QVERIFY(readFile(e.path + u"Marlith.ini"_s).contains("RecentEngine = Popeye"));
     }
 
     // Incomplete fields are refused; a solver that is gone runs nothing; an
@@ -134,17 +144,17 @@ class TstEngineWindows : public QObject {
     void runsThatEndWithoutAResult() {
         Engines e({{"py", "#!/bin/sh\necho 'not enough memory for -maxmem 1G' >&2\nexit 3\n"},
                    {"crafty", "#!/bin/sh\necho 'Illegal position, no king'\nexit 1\n"}});
-        PopeyeWindow* popeye = e.popeye("K7", {{1, QStringLiteral("2")}});
+        PopeyeWindow* popeye = e.popeye("K7", {{1, u"2"_s}});
         childOf(popeye, "solveButton")->click();
         QCOMPARE(e.f->warnings, QStringList{"Enter the stipulation!"});
         QVERIFY(e.files("*.tmp").isEmpty());
-        QTest::keyClicks(popeye->paramBox(0)->lineEdit(), QStringLiteral("#"));
+        QTest::keyClicks(popeye->paramBox(0)->lineEdit(), u"#"_s);
         e.solve(popeye);
         e.awaitEnd(popeye);
         QCOMPARE(rowsOf(popeye), QStringList({"not enough memory for -maxmem 1G",
                                               "Popeye ended without a result (exit status 3)."}));
         QVERIFY(e.files("*.tmp").isEmpty());
-        QVERIFY(QFile::remove(e.path + QStringLiteral("py")));
+        QVERIFY(QFile::remove(e.path + u"py"_s));
         childOf(popeye, "solveButton")->click();
         QVERIFY(!popeye->running() && childOf(popeye, "solveButton")->isEnabled());
         e.f->action("craftyAction")->trigger();
@@ -160,7 +170,7 @@ class TstEngineWindows : public QObject {
         Engines e({{"py", QByteArray("#!/bin/sh\nfor a; do last=$a; done\n"
                                      "proto=$(sed -n 's/^Protocol //p' \"$last\" | tr -d '\\r')\n"
                                      "printf 'found so far\\n' >> \"$proto\"\nexec sleep 30\n")}});
-        PopeyeWindow* w = e.popeye("K7", {{0, QStringLiteral("#")}, {1, QStringLiteral("2")}});
+        PopeyeWindow* w = e.popeye("K7", {{0, u"#"_s}, {1, u"2"_s}});
         w->show();
         childOf(w, "solveButton")->click();
         QTRY_COMPARE(rowsOf(w), QStringList{"found so far"});
@@ -179,77 +189,33 @@ class TstEngineWindows : public QObject {
     // The run goes on with the window hidden; a stipulation typed with its
     // number gives it to the moves; the arguments reach the solver whole.
     void popeyeSolvesInTheBackground() {
-        Engines e({{"py", kPopeye}}, QStringLiteral("my \"engines\"; 'here'"));
-        const QString maxmem = QStringLiteral("1 G; \"two\" 'three' $HOME `x` | & >y");
-        PopeyeWindow* popeyeWindow =
-            e.popeye("4k3/8/8/8/8/8/8/3QK3", {{0, QStringLiteral("#2")},
-                                              {1, QStringLiteral("2")},
-                                              {3, QStringLiteral("maxtime 90")},
-                                              {10, maxmem}});
-        const QString problem = e.path + e.f->state.tempSeed + QStringLiteral("o.tmp");
-        const QString protocol = e.path + e.f->state.tempSeed + QStringLiteral("i.tmp");
+        Engines e({{"py", kPopeye}}, u"my \"engines\"; 'here'"_s);
+        const QString maxmem = u"1 G; \"two\" 'three' $HOME `x` | & >y"_s;
+        PopeyeWindow* w = e.popeye("4k3/8/8/8/8/8/8/3QK3",
+                                   {{0, "#2"}, {1, "2"}, {3, "maxtime 90"}, {10, maxmem}});
+        const QString problem = e.path + e.f->state.tempSeed + u"o.tmp"_s;
+        const QString protocol = e.path + e.f->state.tempSeed + u"i.tmp"_s;
         writeFile(protocol, "old protocol, to be replaced\r\n");
-        e.solve(popeyeWindow);
-        QCOMPARE(popeyeWindow->paramBox(0)->currentText(), "#");
-        QCOMPARE(popeyeWindow->paramBox(1)->currentText(), "2");
-        QTRY_COMPARE(childOf<QLabel>(popeyeWindow, "clockLabel")->text(), "limit 01:29");
-        QTRY_COMPARE(rowsOf(popeyeWindow).value(0), "Popeye stand-in");
-        QVERIFY(popeyeWindow->running());
-        e.awaitEnd(popeyeWindow);
+        e.solve(w);
+        QCOMPARE(QStringList({w->paramBox(0)->currentText(), w->paramBox(1)->currentText()}),
+                 QStringList({"#", "2"}));
+        QTRY_COMPARE(childOf<QLabel>(w, "clockLabel")->text(), "limit 01:29");
+        QTRY_COMPARE(rowsOf(w).value(0), "Popeye stand-in");
+        QVERIFY(w->running());
+        e.awaitEnd(w);
         QVERIFY(e.files("*.tmp").isEmpty() && !QFile::exists(protocol));
         // The fields reach the problem file (its lines are tst_popeye's), the
         // solution is wrapped, and Copy takes the rows as shown.
-        const QStringList rows = rowsOf(popeyeWindow);
+        const QStringList rows = rowsOf(w);
         QVERIFY(rows.contains("White Qd1 Ke1") && rows.contains("Stipulation #2") &&
                 rows.contains("Option NoBoard maxtime 90"));
         QCOMPARE(
             rows.mid(rows.size() - 2),
             QStringList({"solution: 1.Qd1-d8 ! zugzwang, and then a line", "long enough to wrap"}));
-        QCOMPARE(QString::fromUtf8(readFile(e.path + QStringLiteral("py-args.txt"))),
-                 QStringLiteral("-maxmem\n") + maxmem + QLatin1Char('\n') + problem +
-                     QLatin1Char('\n'));
-        childOf(popeyeWindow, "copySolutionButton")->click();
+        QCOMPARE(QString::fromUtf8(readFile(e.path + u"py-args.txt"_s)),
+                 "-maxmem\n" + maxmem + "\n" + problem + "\n");
+        childOf(w, "copySolutionButton")->click();
         QCOMPARE(QGuiApplication::clipboard()->text(), rows.join("\r\n") + "\r\n");
-    }
-
-    // While the window is open its pieces follow the board; a game's
-    // stipulation header fills the fields.
-    void popeyeFollowsTheBook() {
-        Engines e({{"py", kPopeye}});
-        Fixture& f = *e.f;
-        f.openBook(QStringLiteral("b.fen"), "[Stipulation \"h#3\"]\n4k3/8/8/8/8/8/8/3QK3 w - -\n"
-                                            "[stipulation \"#2\"]\n8/8/8/8/8/8/8/K7 w - -\n");
-        PopeyeWindow* w = e.popeye("", {});
-        const PopeyeFields& p = f.state.popeyeFields;
-        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
-                 QStringList({"h#", "3", "Qd1 Ke1", "Ke8"}));
-        f.window->bookPanel()->gameScrollBar()->setValue(2);
-        QCOMPARE(QStringList({p.stipulation, p.moves, p.whitePieces, p.blackPieces}),
-                 QStringList({"#", "2", "Ka1", ""}));
-        QCOMPARE(w->paramBox(6)->currentText(), " Ka1");
-    }
-
-    // The side and depth reach the engine; its log shows once it ended.
-    void craftyAnalysesInTheBackground() {
-        Engines e({{"crafty", kCrafty}}, QStringLiteral("a b; c"));
-        e.f->type(QStringLiteral("4k3/8/8/8/8/8/8/4K3"));
-        e.f->action("craftyAction")->trigger();
-        CraftyWindow* craftyWindow = e.f->window->craftyWindow();
-        QCOMPARE(craftyWindow->positionEdit()->text(), "4k3/8/8/8/8/8/8/4K3");
-        childOf<QRadioButton>(craftyWindow, "blackOption")->setChecked(true);
-        childOf<QComboBox>(craftyWindow, "depthBox")->setEditText(QStringLiteral("9"));
-        e.solve(craftyWindow);
-        QTRY_COMPARE(childOf<QLabel>(craftyWindow, "clockLabel")->text(), QStringLiteral("00:01"));
-        e.awaitEnd(craftyWindow);
-        QCOMPARE(rowsOf(craftyWindow),
-                 QStringList(
-                     {"Crafty stand-in", "position 4k3/8/8/8/8/8/8/4K3 b - -", "  depth 9 done"}));
-        QVERIFY(e.files("log.*").isEmpty() && e.files("game.*").isEmpty());
-        QVERIFY(readFile(e.path + QStringLiteral("received.txt")).contains("\nsd 9\n"));
-        // With no position nothing runs.
-        childOf(craftyWindow, "clearAllButton")->click();
-        childOf(craftyWindow, "solveButton")->click();
-        QCOMPARE(e.f->warnings, QStringList({QStringLiteral("Enter the FEN position!")}));
     }
 };
 

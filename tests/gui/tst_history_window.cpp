@@ -1,17 +1,6 @@
 #include "books/book_walk.h"
-#include "gui/add_to_book_window.h"
-#include "gui/book_panel.h"
-#include "gui/history_window.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QClipboard>
-#include <QGuiApplication>
-#include <QListWidget>
-#include <QPushButton>
-#include <QScrollBar>
-
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {
@@ -28,7 +17,7 @@ QString clipboardText() {
 
 struct History : Fixture {
     HistoryWindow* history = window->historyWindow();
-    QListWidget* list = history->findChild<QListWidget*>(QStringLiteral("historyList"));
+    QListWidget* list = history->findChild<QListWidget*>(u"historyList"_s);
     QStringList questions;
     QMessageBox::StandardButton answer = QMessageBox::Ok;
 
@@ -50,8 +39,8 @@ struct History : Fixture {
     void addToBook() {
         window->runAddToBookWindow = [](AddToBookWindow& w) {
             w.show();
-            w.tagEdit(0)->setText(QStringLiteral("Added"));
-            w.tagEdit(6)->setText(QStringLiteral("1-0"));
+            w.tagEdit(0)->setText(u"Added"_s);
+            w.tagEdit(6)->setText(u"1-0"_s);
             QTest::keyClick(w.tagEdit(0), Qt::Key_Return);
             w.hide();
         };
@@ -67,17 +56,17 @@ struct History : Fixture {
 class TstHistoryWindow : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // Rec Mode records the start and each mouse edit; undo walks back and
-    // never takes the first row.
-    void recModeAndUndo() {
+    // Rec Mode records the start and each mouse edit; undo walks back and never takes the first
+    // row. Rows from copies, with the counter; their extra fields; sent back to the board; deleted;
+    // cleared; a long game.
+    void recModeUndoAndRows() {
         History h;
-        h.type(QStringLiteral("k7/8/8/8/8/8/8/K"));
+        h.type(u"k7/8/8/8/8/8/8/K"_s);
         QVERIFY(!h.action("undoRecAction")->isEnabled());
         h.child("recModeButton")->clicked();
         QVERIFY(h.action("recModeAction")->isChecked());
-        drag(h.diagramView(), square(0, 0), square(1, 1));
-        drag(h.diagramView(), square(1, 1), square(2, 2));
-        drag(h.diagramView(), square(7, 0), square(6, 0));
+        for (const auto& [from, to] : {std::pair{0, 9}, {9, 18}, {56, 48}}) // to b7, c6; a1 to a2
+            drag(h.diagramView(), square(from / 8, from % 8), square(to / 8, to % 8));
         const QStringList rows{"k7/8/8/8/8/8/8/K7", "8/1k6/8/8/8/8/8/K7", "8/8/2k5/8/8/8/8/K7",
                                "8/8/2k5/8/8/8/K7/8"};
         QCOMPARE(h.history->rows(), rows);
@@ -98,17 +87,13 @@ class TstHistoryWindow : public QObject {
         h.action("recModeAction")->trigger();
         drag(h.diagramView(), square(0, 0), square(1, 1));
         QCOMPARE(h.history->rowCount(), 1);
-    }
 
-    // Rows from copies, with the counter; their extra fields; sent back to
-    // the board; deleted; cleared.
-    void rowsOfTheHistory() {
-        History h;
+        h.click("clearAllButton");
         h.state.style.CopyCounter = 1;
-        h.copy(QStringLiteral("kK"));
+        h.copy(u"kK"_s);
         h.state.style.CopyCounter = 0;
-        h.copy(QStringLiteral("k1K"));
-        h.copy(QStringLiteral("k2K"));
+        h.copy(u"k1K"_s);
+        h.copy(u"k2K"_s);
         QCOMPARE(h.history->rows(), QStringList({"(1x1)kK6/8/8/8/8/8/8/8", "k1K5/8/8/8/8/8/8/8",
                                                  "k2K4/8/8/8/8/8/8/8"}));
         h.press(0, 'w');
@@ -142,11 +127,7 @@ class TstHistoryWindow : public QObject {
 
         h.click("clearAllButton");
         QCOMPARE(h.history->rowCount(), 0);
-    }
-
-    // A long game keeps every row, to its last move.
-    void aLongGameStaysWhole() {
-        History h;
+        // A long game keeps every row, to its last move.
         const char* const walk[] = {"k7/8/8/8/8/8/8/K7", "k7/8/8/8/8/8/8/1K6",
                                     "1k6/8/8/8/8/8/8/1K6", "1k6/8/8/8/8/8/8/K7"};
         for (int row = 0; row < 320; ++row)
@@ -180,7 +161,7 @@ class TstHistoryWindow : public QObject {
         QFETCH(QByteArray, added);
         History h;
         h.openBook(name, book);
-        h.search({QStringLiteral("Old")});
+        h.search({u"Old"_s});
         for (const QByteArray& board : {kStart, kStart, kAfterE4, kAfterE5})
             h.copy(QString::fromLatin1(board));
         h.addToBook();
@@ -202,35 +183,27 @@ class TstHistoryWindow : public QObject {
                 name.endsWith(u"pgn"));
     }
 
-    // A book deleted while open is left alone and the user is told; nothing
-    // is counted.
+    // Add to Book follows an open .FEN or .PGN book and rows to add. A book
+    // deleted while open is left alone and the user is told; nothing is counted.
     void booksThatCantGrow() {
         History h;
+        auto* add = h.history->findChild<QPushButton*>(u"addToBookButton"_s);
         h.openBook("b.fen", "8/8/8/8/8/8/8/8\r\n");
-        h.copy(QStringLiteral("k7/8/8/8/8/8/8/K7"));
-        QList<QString> warnings;
-        h.window->addToBookWindow()->warn = [&](const QString& text) { warnings.append(text); };
-        QVERIFY(QFile::remove(h.state.bookFile));
-        h.addToBook();
-        QVERIFY(!QFile::exists(h.state.bookFile)); // a full disk is tst_book_append's
-        QCOMPARE(warnings.size(), 1);
-        QVERIFY(warnings[0].contains(u"no longer there"));
-        QCOMPARE(h.state.book.gameCount, 1);
-    }
-
-    // Add to Book follows an open .FEN or .PGN book and rows to add.
-    void addToBookFollowsTheBook() {
-        History h;
-        auto* add = h.history->findChild<QPushButton*>(QStringLiteral("addToBookButton"));
-        h.openBook("b.fen", "k7/8/8/8/8/8/8/K7\r\n");
         QVERIFY(!add->isEnabled());
-        h.copy(QStringLiteral("k7/8/8/8/8/8/8/K7"));
+        h.copy(u"k7/8/8/8/8/8/8/K7"_s);
         QVERIFY(add->isEnabled());
         h.window->closeBook();
         QVERIFY(!add->isEnabled());
         h.window->loadBook();
         h.waitForScan();
         QVERIFY(add->isEnabled());
+        QList<QString> warnings;
+        h.window->addToBookWindow()->warn = [&](const QString& text) { warnings.append(text); };
+        QVERIFY(QFile::remove(h.state.bookFile));
+        h.addToBook();
+        QVERIFY(!QFile::exists(h.state.bookFile)); // a full disk is tst_book_append's
+        QVERIFY(warnings.size() == 1 && warnings[0].contains(u"no longer there"));
+        QCOMPARE(h.state.book.gameCount, 1);
     }
 };
 

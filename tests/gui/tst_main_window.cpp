@@ -1,19 +1,12 @@
-#include "gui/style_window.h"
-#include "gui/tool_button.h"
 #include "gui/tool_faces.h"
-#include "support/file_bytes.h"
 #include "support/main_window_fixture.h"
 
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
 #include <QCryptographicHash>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QSpinBox>
 #include <QTimer>
 
-using namespace marlith;
 using namespace marlith::testing;
 
 namespace {
@@ -32,13 +25,12 @@ class TstMainWindow : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void startsEmptyInTheDefaultStyle() {
-        Fixture f({QStringLiteral("a b.pgn"), QStringLiteral("c.fen"), QStringLiteral("d.pbm")});
+        Fixture f({"a b.pgn", "c.fen", "d.pbm"});
         QCOMPARE(f.window->windowTitle(), "Marlith - Marlith.bmp");
         QCOMPARE(f.pieceCounterLabel->text(), "(0x0)");
         // The first file is this instance's book; the rest go to another.
         QCOMPARE(f.state.bookFile, "a b.pgn");
-        QCOMPARE(f.instances,
-                 QList<QStringList>({{QStringLiteral("c.fen"), QStringLiteral("d.pbm")}}));
+        QCOMPARE(f.instances, QList<QStringList>({{"c.fen", "d.pbm"}}));
         QVERIFY(f.child("engineButton")->isHidden()); // no engine found
         // The widget shows the diagram image.
         QCOMPARE(f.diagramView()->grab().toImage().convertToFormat(QImage::Format_RGB32),
@@ -54,11 +46,10 @@ class TstMainWindow : public QObject {
 
     void commandsOfThePosition() {
         Fixture f;
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
         QSignalSpy saveAs(f.action("saveImageAsAction"), &QAction::triggered);
         const Qt::KeyboardModifiers ctrl = Qt::ControlModifier,
                                     ctrlShift = ctrl | Qt::ShiftModifier;
-        f.type(QStringLiteral("kKQ"));
+        f.type(u"kKQ"_s);
         QCOMPARE(f.pieceCounterLabel->text(), "(2x1)");
         QCOMPARE(f.key(Qt::Key_Return), "kKQ5/8/8/8/8/8/8/8"); // completes the rows
         // The typing and its rewrite at Enter are one step of Undo.
@@ -67,9 +58,8 @@ class TstMainWindow : public QObject {
         f.key(Qt::Key_T, ctrl);
         QCOMPARE(f.pieceCounterLabel->text(), "(16x16)");
         QCOMPARE(f.key(Qt::Key_N, ctrl), "");
-        // The editing keys stay with the box; with nothing selected Ctrl+C
-        // copies the position.
-        f.type(QStringLiteral("kK"));
+        // The editing keys stay with the box; with nothing selected Ctrl+C copies the position.
+        f.type(u"kK"_s);
         f.key(Qt::Key_A, ctrl);
         QCOMPARE(f.key(Qt::Key_X, ctrl), "");
         f.key(Qt::Key_V, ctrl);
@@ -79,35 +69,29 @@ class TstMainWindow : public QObject {
         f.key(Qt::Key_S, ctrlShift);
         QCOMPARE(saveAs.count(), 1);
         QVERIFY(f.positionEdit->hasFocus());
+        // The help page that ships beside the executable is found with the
+        // program folder elsewhere.
+        f.action("helpContentsAction")->trigger();
+        QVERIFY(f.warnings.isEmpty());
+        QVERIFY(f.window->findChild<QWidget*>(u"helpWindow"_s)->isVisible());
     }
 
-    // Menu keys that no box keeps work from the style list, whose line edit
-    // gets them past its filters, and the editing keys work there too.
-    void menuKeysFromTheStyleList() {
-        Fixture f({}, kTwoStyles);
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
-        int styleWindows = 0;
-        f.window->runStyleWindow = [&styleWindows](StyleWindow& window) {
-            ++styleWindows;
-            window.reject();
-        };
-        auto* box = f.child<QComboBox>("styleBox");
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_E, Qt::ControlModifier);
-        QCOMPARE(styleWindows, 1);
-        box->setFocus();
-        QTest::keyClick(box, Qt::Key_A, Qt::ControlModifier);
-        QCOMPARE(box->lineEdit()->selectedText(), "Small");
-        QTest::keyClick(box, Qt::Key_T, Qt::ControlModifier);
-        QCOMPARE(f.positionEdit->text(), f.state.style.StartPos);
-    }
-
-    // Each tool button runs the menu item of its name; Graphic and History
-    // open windows and keep the focus, the others give it back to the
-    // position box. The engine button is tst_engine_windows'.
-    void toolButtonsRunTheirMenuItems() {
+    // The labels beside a control are framed while it has the focus. Each tool button runs the menu
+    // item of its name; Graphic and History open windows and keep the focus, the others give it
+    // back to the position box. The engine button is tst_engine_windows'.
+    void focusMarksAndToolButtons() {
         Fixture f;
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
+        const HomeFolder home(f.dir.path());
+        f.openBook(u"b.fen"_s, "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
+        for (const auto& [control, label] : {std::pair{"positionEdit", "pieceCounterLabel"},
+                                             {"stepStrip", "sideLabel"},
+                                             {"gameScrollBar", "gameLabel"}}) {
+            auto* marked = f.window->findChild<QLabel*>(QLatin1String(label));
+            f.window->findChild<QWidget*>(QLatin1String(control))->setFocus();
+            QTRY_COMPARE(marked->frameStyle(), QFrame::Box | QFrame::Plain);
+            f.child<QWidget>("styleBox")->setFocus();
+            QTRY_COMPARE(marked->frameStyle(), int(QFrame::NoFrame));
+        }
         for (const char* name :
              {"saveImage", "graphic", "history", "copyImage", "copyHtml", "copyPosition",
               "pastePosition", "print", "new", "startPosition", "moveRight", "moveLeft", "moveUp",
@@ -121,73 +105,79 @@ class TstMainWindow : public QObject {
         }
         // Released outside: no command.
         QSignalSpy started(f.action("startPositionAction"), &QAction::triggered);
-        QTest::mousePress(f.child("startPositionButton"), Qt::LeftButton, {}, QPoint(5, 5));
-        QTest::mouseRelease(f.child("startPositionButton"), Qt::LeftButton, {}, QPoint(30, 5));
+        drag(f.child("startPositionButton"), QPoint(5, 5), QPoint(30, 5));
         QCOMPARE(started.count(), 0);
     }
 
-    // Rotation and the diagonal mirror only on square boards.
-    void squareBoardRule() {
-        Fixture f;
-        for (const int columns : {10, 8}) {
-            f.state.style.BorderWidth = int16_t(columns);
-            f.window->drawBoard();
-            QCOMPARE(f.action("rotateAction")->isEnabled(), columns == 8);
-            QCOMPARE(f.child("diagonalMirrorButton")->isHidden(), columns != 8);
-        }
-    }
-
-    // The labels beside a control are framed while it has the focus.
-    void focusMarks() {
-        Fixture f;
-        f.openBook(QStringLiteral("b.fen"),
-                   "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
-        QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
-        for (const auto& [control, label] : {std::pair{"positionEdit", "pieceCounterLabel"},
-                                             {"stepStrip", "sideLabel"},
-                                             {"gameScrollBar", "gameLabel"}}) {
-            auto* marked = f.window->findChild<QLabel*>(QLatin1String(label));
-            f.window->findChild<QWidget*>(QLatin1String(control))->setFocus();
-            QTRY_COMPARE(marked->frameStyle(), QFrame::Box | QFrame::Plain);
-            f.child<QWidget>("styleBox")->setFocus();
-            QTRY_COMPARE(marked->frameStyle(), int(QFrame::NoFrame));
-        }
-    }
-
-    void pickingAStyleCarriesThePositionOver() {
-        Fixture f({}, kTwoStyles);
-        auto* combo = f.child<QComboBox>("styleBox");
-        QCOMPARE(combo->currentText(), "Small");
-        f.window->setStartPosition();
-        combo->setCurrentIndex(combo->findText(QStringLiteral("Wide")));
-        f.window->chooseStyle();
-        QCOMPARE(f.state.style.StyleName, "Wide");
-        // The pieces keep their square numbers, in the new letters and rows.
-        QCOMPARE(f.positionEdit->text(), "cabdebacss/ssssss4/82/82/8SS/SSSSSSCABD");
-        QCOMPARE(f.pieceCounterLabel->text(), "(12x16)");
-
-        // Typed in any case and confirmed with Enter.
-        combo->setEditText(QStringLiteral("small"));
-        QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
-        QCOMPARE(f.state.style.StyleName, "Small");
-        // Squares beyond the smaller board kept their pieces in the vector.
-        QCOMPARE(f.positionEdit->text(), f.state.style.StartPos);
-    }
-
-    // At the end the settings are written and the work files go.
-    void theNextStartSeesTheChosenStyle() {
+    // Menu keys that no box keeps work from the style list, whose line edit gets them past its
+    // filters, and the editing keys work there too. A style picked carries the position over.
+    // Export Diagram (its own key) takes the format and width, Enter is Ok, the name takes the
+    // format's extension. At the end the settings are written, the work files go, and the next
+    // start sees what was left: the style, the position, the place, the export choices.
+    void stylesExportAndTheNextStart() {
         QTemporaryDir shared;
-        const QString work = shared.filePath(QStringLiteral("F123456.tmp"));
+        const QString work = shared.filePath(u"F123456.tmp"_s);
+        QStringList shown;
+        // Answers the Export window that the next command opens.
+        const auto answer = [&](const QString& format, const char* digits, Qt::Key end) {
+            QTimer::singleShot(0, [&, format, digits, end] {
+                QWidget* w = QApplication::activeModalWidget();
+                if (!w) return;
+                auto* formats = w->findChild<QComboBox*>(u"formatBox"_s);
+                auto* width = w->findChild<QSpinBox*>(u"widthSpin"_s);
+                shown << formats->currentText() + QString::number(width->value());
+                formats->setCurrentIndex(formats->findText(format));
+                shown << QString::number(
+                    w->findChild<QCheckBox*>(u"transparentCheck"_s)->isEnabled());
+                width->selectAll();
+                QTest::keyClicks(width, QLatin1String(digits));
+                QTest::keyClick(width, end);
+            });
+        };
         {
             Fixture first({}, kTwoStyles, shared.path());
             auto* combo = first.child<QComboBox>("styleBox");
-            combo->setCurrentIndex(combo->findText(QStringLiteral("Wide")));
-            first.window->chooseStyle();
+            const auto pick = [&](const char* name) { // typed in any case, then Enter
+                combo->setEditText(QLatin1String(name));
+                QTest::keyClick(combo->lineEdit(), Qt::Key_Return);
+                // Rotation (R) and the diagonal mirror (D) only on square boards.
+                return first.positionEdit->text() +
+                       (first.action("rotateAction")->isEnabled() ? " R" : "") +
+                       (first.child("diagonalMirrorButton")->isHidden() ? "" : " D");
+            };
+            int styleWindows = 0;
+            first.window->runStyleWindow = [&](StyleWindow&) { ++styleWindows; };
+            combo->setFocus();
+            QTest::keyClick(combo, Qt::Key_E, Qt::ControlModifier);
+            QCOMPARE(styleWindows, 1);
+            combo->setFocus();
+            QTest::keyClick(combo, Qt::Key_A, Qt::ControlModifier);
+            QCOMPARE(combo->lineEdit()->selectedText(), "Small");
+            QTest::keyClick(combo, Qt::Key_T, Qt::ControlModifier); // the start position
+            // The pieces keep their square numbers, in the new letters and rows.
+            QCOMPARE(pick("wide"), "cabdebacss/ssssss4/82/82/8SS/SSSSSSCABD");
+            QCOMPARE(first.pieceCounterLabel->text(), "(12x16)");
+            // Squares beyond the smaller board kept their pieces in the vector.
+            QCOMPARE(pick("small"), first.state.style.StartPos + " R D");
+            pick("Wide");
+            first.state.exportChoices.format = ImageFormat::Bitmap;
+            first.window->runChooser = [](FileChooser& chooser) {
+                chooser.show();
+                chooser.findChild<QLineEdit*>(u"nameEdit"_s)->setText("pic");
+                chooser.confirm();
+            };
+            answer(u"PNG"_s, "1100", Qt::Key_Return);
+            first.key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier);
+            const QString path = first.folder() + u"pic.png"_s;
+            QVERIFY(readFile(path).startsWith("\x89PNG"));
+            QCOMPARE(QImage(path).width(), 1100);
+            answer(u"BMP"_s, "", Qt::Key_Escape); // no change
+            first.run("exportDiagramAction");
             writeFile(work);
             // The position and the place come back, also with the
             // characters that end an item or a line.
             first.positionEdit->clear();
-            first.type(QStringLiteral("sS, \"x;y\" %41"));
+            first.type(u"sS, \"x;y\" %41"_s);
             first.window->move(40, 30);
             first.window->close();
         }
@@ -197,73 +187,9 @@ class TstMainWindow : public QObject {
         QCOMPARE(second.positionEdit->text(), "sS, \"x;y\" %41");
         QCOMPARE(second.pieceCounterLabel->text(), "(1x1)");
         QCOMPARE(second.window->pos(), QPoint(40, 30));
-    }
-
-    // Export Diagram (its own key) takes the format and width, Enter is Ok,
-    // the name takes the format's extension; the choices stay for the next
-    // use and the next start.
-    void exportDiagram() {
-        QTemporaryDir shared;
-        QStringList shown;
-        const auto exportWith = [&](const std::function<void()>& open, const QString& format,
-                                    const char* digits, Qt::Key end) {
-            QTimer::singleShot(0, [&, format, digits, end] {
-                QWidget* w = QApplication::activeModalWidget();
-                if (!w) return;
-                auto* formats = w->findChild<QComboBox*>(QStringLiteral("formatBox"));
-                auto* width = w->findChild<QSpinBox*>(QStringLiteral("widthSpin"));
-                shown << formats->currentText() + QString::number(width->value());
-                formats->setCurrentIndex(formats->findText(format));
-                shown << QString::number(
-                    w->findChild<QCheckBox*>(QStringLiteral("transparentCheck"))->isEnabled());
-                width->selectAll();
-                QTest::keyClicks(width, QLatin1String(digits));
-                QTest::keyClick(width, end);
-            });
-            open();
-        };
-        {
-            Fixture f({}, {}, shared.path());
-            f.state.exportChoices.format = ImageFormat::Bitmap;
-            f.window->runChooser = [](FileChooser& chooser) {
-                chooser.show();
-                chooser.findChild<QLineEdit*>(QStringLiteral("nameEdit"))->setText("pic");
-                chooser.confirm();
-            };
-            QVERIFY(QTest::qWaitForWindowActive(f.window.get()));
-            exportWith([&f] { f.key(Qt::Key_E, Qt::ControlModifier | Qt::ShiftModifier); },
-                       QStringLiteral("PNG"), "1100", Qt::Key_Return);
-            const QString path = f.folder() + QStringLiteral("pic.png");
-            QVERIFY(readFile(path).startsWith("\x89PNG"));
-            QCOMPARE(QImage(path).width(), 1100);
-            exportWith([&f] { f.run("exportDiagramAction"); }, QStringLiteral("BMP"), "",
-                       Qt::Key_Escape); // no change
-            f.window->close();
-        }
         QCOMPARE(shown, QStringList({"BMP1200", "1", "PNG1100", "0"}));
-        const Fixture again({}, {}, shared.path());
-        QCOMPARE(formatName(again.state.exportChoices.format) +
-                     QString::number(again.state.exportChoices.width),
-                 "PNG1100");
-    }
-
-    // A press whose release was lost doesn't turn the next click into a move.
-    void strayPresses() {
-        Fixture f;
-        f.type(QStringLiteral("k7/8/8/8/8/8/8/K7"));
-        QTest::mousePress(f.diagramView(), Qt::LeftButton, {}, QPoint(7, 7));
-        QTest::mousePress(f.diagramView(), Qt::LeftButton, {}, QPoint(22, 22));
-        QTest::mouseRelease(f.diagramView(), Qt::LeftButton, {}, QPoint(22, 22));
-        QCOMPARE(f.positionEdit->text(), "k7/8/8/8/8/8/8/K7");
-    }
-
-    // The help page that ships beside the executable is found with the
-    // program folder elsewhere.
-    void helpFromBesideTheExecutable() {
-        Fixture f;
-        f.action("helpContentsAction")->trigger();
-        QVERIFY(f.warnings.isEmpty());
-        QVERIFY(f.window->findChild<QWidget*>(QStringLiteral("helpWindow"))->isVisible());
+        QCOMPARE(second.state.exportChoices.format, ImageFormat::Png);
+        QCOMPARE(second.state.exportChoices.width, 1100);
     }
 
     void childWindowsBesideTheDiagram_data() {
@@ -296,9 +222,8 @@ class TstMainWindow : public QObject {
         QVERIFY(f.window->screen()->availableGeometry().contains(opened));
     }
 
-    // At 1x the strips' faces are what they always were; at 2x a face is
-    // drawn anew, not blown up, and keeps its size on screen; at 1.5x its
-    // pixels round up.
+    // At 1x the strips' faces are what they always were; at 2x a face is drawn anew, not blown up,
+    // and keeps its size on screen; at 1.5x its pixels round up.
     void toolFacesAtMorePixels() {
         QCryptographicHash md5(QCryptographicHash::Md5);
         for (const auto& faces : {firstStripFaces(1), secondStripFaces(1)})
@@ -316,10 +241,9 @@ class TstMainWindow : public QObject {
         QCOMPARE(secondStripFaces(1.5)[4].size(), QSize(14, 29));
         // The diagram too is drawn for the screen's pixels, not enlarged.
         Fixture f;
-        f.positionEdit->setText(QStringLiteral("k7/8/8/8/8/8/8/7K"));
-        auto* view = f.window->findChild<DiagramView*>(QStringLiteral("diagramView"));
-        const QImage screen = view->pictureAt(1);
-        const QImage sharp = view->pictureAt(2);
+        f.positionEdit->setText(u"k7/8/8/8/8/8/8/7K"_s);
+        const QImage screen = f.diagramView()->pictureAt(1);
+        const QImage sharp = f.diagramView()->pictureAt(2);
         QCOMPARE(sharp.size(), screen.size() * 2);
         QVERIFY(sharp.convertToFormat(screen.format()) != screen.scaled(screen.size() * 2));
     }

@@ -1,11 +1,6 @@
-#include "gui/book_panel.h"
-#include "gui/search_window.h"
 #include "support/main_window_fixture.h"
 
-#include <QScrollBar>
-
-using namespace marlith;
-using marlith::testing::Fixture;
+using namespace marlith::testing;
 
 namespace {
 
@@ -20,7 +15,7 @@ struct Search : Fixture {
     QStringList warnings;
 
     explicit Search(const QByteArray& book = kBook) {
-        openBook(QStringLiteral("b.pgn"), book);
+        openBook(u"b.pgn"_s, book);
         window->searchWindow()->warn = [this](const QString& text) { warnings.append(text); };
     }
     int gamesShown() const { return static_cast<int>(state.book.gameIndex.size()); }
@@ -32,9 +27,8 @@ struct Search : Fixture {
 class TstSearchWindow : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // By a header word, a count of men and a piece on a square; every
-    // search starts from the whole book; what matches nothing leaves the
-    // book as it was and says so; empty fields restore it.
+    // By a header word, a count of men and a piece on a square; every search starts from the whole
+    // book; what matches nothing leaves the book as it was and says so; empty fields restore it.
     void narrowAndRestore() {
         Search s;
         QScrollBar* scroll = s.window->bookPanel()->gameScrollBar();
@@ -60,23 +54,19 @@ class TstSearchWindow : public QObject {
         QCOMPARE(one.gamesShown(), 1);
         one.search({"only", "15"});
         QCOMPARE(one.warnings, QStringList{"Game not found!"});
-    }
-
-    // A book of 12,000 games, every thousandth of them rare: the search finds
-    // them past the 10,667th game, and the whole book comes back.
-    void narrowAndRestoreALargeBook() {
+        // A book of 12,000 games, every thousandth of them rare: the search finds them past the
+        // 10,667th game, and the whole book comes back.
         QByteArray book;
         for (int n = 1; n <= 12'000; ++n)
             book += (n % 1000 ? "[Event \"common\"]" : "[Event \"rare\"]") +
                     QByteArray("\n\n1. e4 *\n\n");
-        Search s(book);
-        s.search({"rare"});
-        QScrollBar* scroll = s.window->bookPanel()->gameScrollBar();
-        scroll->setValue(11);
-        QCOMPARE(s.window->bookPanel()->findChild<QLabel*>(QStringLiteral("gameLabel"))->text(),
+        Search large(book);
+        large.search({"rare"});
+        large.window->bookPanel()->gameScrollBar()->setValue(11);
+        QCOMPARE(large.window->bookPanel()->findChild<QLabel*>(u"gameLabel"_s)->text(),
                  "Game 11000. (11 of 12)");
-        s.search({});
-        QCOMPARE(scroll->maximum(), 12'000);
+        large.search({});
+        QCOMPARE(large.window->bookPanel()->gameScrollBar()->maximum(), 12'000);
     }
 };
 

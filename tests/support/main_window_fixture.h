@@ -1,29 +1,57 @@
-// A fresh program folder, state and main window for each case of a GUI test.
+// A fresh program folder, state and main window for each case of a GUI test,
+// and the windows and controls the GUI tests drive.
 #pragma once
 
+#include "drawing/piece_sheet.h"
+#include "gui/add_to_book_window.h"
+#include "gui/book_panel.h"
+#include "gui/crafty_window.h"
 #include "gui/diagram_view.h"
 #include "gui/file_chooser.h"
+#include "gui/graphic_window.h"
+#include "gui/history_window.h"
 #include "gui/main_window.h"
+#include "gui/popeye_window.h"
 #include "gui/search_window.h"
+#include "gui/solution_list.h"
+#include "gui/style_window.h"
 #include "gui/tool_button.h"
+#include "gui/view_window.h"
+#include "support/file_bytes.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QCheckBox>
+#include <QClipboard>
 #include <QComboBox>
-#include <QFile>
+#include <QDir>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
 #include <memory>
 
 namespace marlith::testing {
+
+// A test that uses this namespace names the program's own types plainly too.
+using namespace marlith;
+using namespace Qt::StringLiterals;
 
 inline void drag(QWidget* widget, QPoint from, QPoint to, Qt::KeyboardModifiers keys = {},
                  Qt::MouseButton button = Qt::LeftButton) {
     QTest::mousePress(widget, button, keys, from);
     QTest::mouseRelease(widget, button, keys, to);
 }
+
+// While it lives, HOME is `folder`: a page printed without a printer goes to
+// its documents folder, never to the user's.
+struct HomeFolder {
+    explicit HomeFolder(const QString& folder) { qputenv("HOME", folder.toUtf8()); }
+    ~HomeFolder() { qputenv("HOME", real); }
+    const QByteArray real = qgetenv("HOME");
+};
 
 struct Fixture {
     QTemporaryDir dir;
@@ -40,9 +68,7 @@ struct Fixture {
                      const QString& folder = {})
         : home(folder.isEmpty() ? dir.path() : folder) {
         qputenv("MARLITH_HOME", home.toUtf8());
-        QFile ini(home + QStringLiteral("/Marlith.ini"));
-        if (!settings.isEmpty() && ini.open(QIODevice::WriteOnly)) ini.write(settings);
-        ini.close();
+        if (!settings.isEmpty()) writeFile(home + u"/Marlith.ini"_s, settings);
         window = std::make_unique<MainWindow>(state);
         window->startInstance = [this](const QStringList& rest) { instances.append(rest); };
         window->warn = [this](const QString& text) { warnings.append(text); };
@@ -52,8 +78,9 @@ struct Fixture {
         window->start(arguments);
         window->show();
         window->activateWindow();
-        positionEdit = window->findChild<QLineEdit*>(QStringLiteral("positionEdit"));
-        pieceCounterLabel = window->findChild<QLabel*>(QStringLiteral("pieceCounterLabel"));
+        QVERIFY(QTest::qWaitForWindowActive(window.get())); // keys and focus need it
+        positionEdit = window->findChild<QLineEdit*>(u"positionEdit"_s);
+        pieceCounterLabel = window->findChild<QLabel*>(u"pieceCounterLabel"_s);
     }
     QString folder() const { return home + QLatin1Char('/'); }
     // The book is read on a thread of its own; the window then shows game 1.
@@ -63,10 +90,7 @@ struct Fixture {
     }
     // A book of these bytes in the program folder, opened and read.
     void openBook(const QString& name, const QByteArray& bytes) {
-        state.bookFile = folder() + name;
-        QFile file(state.bookFile);
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
-        file.close();
+        writeFile(state.bookFile = folder() + name, bytes);
         window->loadBook();
         waitForScan();
     }
