@@ -233,7 +233,8 @@ class TstCommandLine : public QObject {
         if (names.first().endsWith(QLatin1String(".svg")))
             QVERIFY(svg.startsWith("<?xml") && svg.contains("<svg"));
     }
-    // A game's picture shows its first position, or with --last its last one.
+    // A game's picture shows its first position, or with --last its last one; a
+    // picture that can't be written ends the export.
     void gamePositions() {
         QCOMPARE(run({"export", "b.pgn", "-o", "first"}).status, 0);
         QCOMPARE(run({"export", "b.pgn", "-o", "last", "--last"}).status, 0);
@@ -243,6 +244,11 @@ class TstCommandLine : public QObject {
             QCOMPARE(run({"render", fen, "-o", "one.svg"}).status, 0);
             QCOMPARE(readFile(work_.filePath(picture)), readFile(work_.filePath("one.svg")));
         }
+        QVERIFY(QDir(work_.path()).mkpath(QStringLiteral("taken/00001.svg")));
+        const Run taken = run({"export", "b.pgn", "-o", "taken"});
+        QCOMPARE(taken.status, 1);
+        QCOMPARE(taken.err,
+                 "marlith: can't write " + work_.filePath("taken/00001.svg").toUtf8() + "\n");
     }
 
     // A stop keeps whole rows and leaves no temporary file; the same command
