@@ -189,25 +189,30 @@ class TstDiagram : public QObject {
         }
     }
 
-    // Row numbers in the left margin, letters in the top one, turned with the board.
+    // Row numbers in the left margin, letters in the top one, a square and its
+    // gap apart, turned with the board; "a" comes first on a board of any width.
     void coordinatesFollowTheTurn() {
-        QImage images[2];
-        for (const int reversed : {0, 65}) {
+        QImage images[3];
+        for (const auto& [image, reversed, columns] :
+             {std::array{0, 0, 8}, {1, 65, 8}, {2, 0, 3}}) {
             Scene scene;
             scene.style.ShowGrid = 1;
             scene.style.XBase = scene.style.YBase = 300;
+            scene.style.SqrHSpc = scene.style.SqrVSpc = 30;
+            scene.style.BorderWidth = int16_t(columns);
             scene.style.FontYBase = scene.style.FontXBase = 0;
             scene.style.BackColor = 0xFFFFFF;
             scene.style.FontName = QStringLiteral("DejaVu Sans");
             scene.reversed = reversed;
             scene.draw(QString());
-            images[reversed ? 1 : 0] = scene.diagram.image();
+            images[image] = scene.diagram.image();
         }
-        auto row = [&](int image, int n) { return images[image].copy(0, 20 + n * 15, 20, 15); };
-        auto column = [&](int image, int n) { return images[image].copy(20 + n * 15, 0, 15, 20); };
+        auto row = [&](int image, int n) { return images[image].copy(0, 20 + n * 17, 20, 15); };
+        auto column = [&](int image, int n) { return images[image].copy(20 + n * 17, 0, 15, 20); };
         QVERIFY(row(0, 0) != row(0, 7));
         QCOMPARE(row(1, 0), row(0, 7));       // "1" on top
         QCOMPARE(column(1, 7), column(0, 0)); // "a" at the right
+        QCOMPARE(column(2, 0), column(0, 0));
     }
 
     void squareAtSharesTheGaps() {
