@@ -1,5 +1,6 @@
 #include "core/settings.h"
 #include "drawing/diagram.h"
+#include "drawing/palette.h"
 #include "drawing/piece_sheet.h"
 #include "output/export_choices.h"
 #include "output/image_output.h"
@@ -126,6 +127,9 @@ class TstDiagram : public QObject {
             QCOMPARE(QSize(style.BorderHeight, style.BorderWidth), QSize(after, after));
             QCOMPARE(style.WndWidth, width);
         }
+        Style drawn = defaultStyle();
+        Diagram().drawBoard(drawn, 0, QString());
+        QCOMPARE(paletteSizeTwips(drawn), QSize(1410, 510)); // twelve pieces, six a row
     }
 
     // Sizes past 16 bits give no picture; numbers at their ends never read outside.
