@@ -194,29 +194,45 @@ class TstDiagram : public QObject {
     }
 
     // Row numbers in the left margin, letters in the top one, a square and its
-    // gap apart, turned with the board; "a" comes first on a board of any width.
+    // gap apart, turned with the board; "a" comes first on a board of any width;
+    // each word of the font style changes the letters.
     void coordinatesFollowTheTurn() {
-        QImage images[3];
-        for (const auto& [image, reversed, columns] :
-             {std::array{0, 0, 8}, {1, 65, 8}, {2, 0, 3}}) {
+        const QStringList fontStyles{"",       "",          "",          "BOLD",
+                                     "ITALIC", "UNDERLINE", "STRIKEOUT", "CAPS"};
+        QList<QImage> images;
+        for (qsizetype n = 0; n < fontStyles.size(); ++n) {
             Scene scene;
             scene.style.ShowGrid = 1;
             scene.style.XBase = scene.style.YBase = 300;
             scene.style.SqrHSpc = scene.style.SqrVSpc = 30;
-            scene.style.BorderWidth = int16_t(columns);
+            scene.style.BorderWidth = int16_t(n == 2 ? 3 : 8);
             scene.style.FontYBase = scene.style.FontXBase = 0;
             scene.style.BackColor = 0xFFFFFF;
             scene.style.FontName = QStringLiteral("DejaVu Sans");
-            scene.reversed = reversed;
+            scene.style.FontStyle = fontStyles[n];
+            scene.reversed = n == 1 ? 65 : 0;
             scene.draw(QString());
-            images[image] = scene.diagram.image();
+            images << scene.diagram.image();
         }
         auto row = [&](int image, int n) { return images[image].copy(0, 20 + n * 17, 20, 15); };
         auto column = [&](int image, int n) { return images[image].copy(20 + n * 17, 0, 15, 20); };
-        QVERIFY(row(0, 0) != row(0, 7));
+        QVERIFY(row(0, 0) != row(0, 7) && row(0, 0) != images[0].copy(0, 0, 20, 15));
         QCOMPARE(row(1, 0), row(0, 7));       // "1" on top
         QCOMPARE(column(1, 7), column(0, 0)); // "a" at the right
         QCOMPARE(column(2, 0), column(0, 0));
+        for (int n = 3; n < images.size(); ++n)
+            QVERIFY2(column(n, 0) != column(0, 0), qPrintable(fontStyles[n]));
+    }
+
+    // Palette cells count from 1, six a row; a part row counts.
+    void paletteCells() {
+        Style style = defaultStyle();
+        style.SqrHTab = style.SqrVTab = 225;
+        style.PiecesList = QString(13, u'x');
+        const int cases[][3] = {
+            {10, 10, 1}, {1300, 10, 6}, {1360, 10, 0}, {10, 460, 13}, {10, 700, 0}};
+        for (const auto& [x, y, cell] : cases)
+            QCOMPARE(paletteCell(x, y, style), cell);
     }
 
     void squareAtSharesTheGaps() {
