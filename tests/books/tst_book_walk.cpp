@@ -86,7 +86,8 @@ class TstBookWalk : public QObject {
         for (const auto& [kind, text, shown] : cases)
             QCOMPARE(stripComment(makeRecord(kind, 1, text)), QByteArray(shown));
         QCOMPARE(recordText("[Event \"Caf\xC3\xA9\"]"), QStringLiteral("[Event \"Café\"]"));
-        QCOMPARE(recordText("[Event \"Caf\xE9 \x80\"]"), QStringLiteral("[Event \"Café €\"]"));
+        QCOMPARE(recordText("[Event \"Caf\xE9 \xA0\x80\"]"),
+                 QStringLiteral("[Event \"Café \u00A0€\"]"));
         QCOMPARE(positionOfRecord(makeRecord('E', 1, "8/8/8 b KQkq - 0 1")).board, "8/8/8");
         const QString exact(33, QLatin1Char('a'));
         QCOMPARE(wrapHeader(exact + QLatin1Char('b')), QStringList({exact, QStringLiteral(" b")}));

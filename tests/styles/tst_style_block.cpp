@@ -124,7 +124,8 @@ class TstStyleBlock : public QObject {
             {"SQRHTAB", "2184.4", kFits},        {"BORDERHEIGHT", "32768", kFault},
             {"WNDWIDTH", "143165576", kFits},    {"WNDHEIGHT", "143165577", kFault},
             {"BACKCOLOR", "2147483648", kFault}, {"SQRVSPC", "1e999", kFault},
-            {"PIECESLIST", "1e999", kFits},      {"SHOWGRID", "1", StoreResult::Ignored}};
+            {"PIECESLIST", "1e999", kFits},      {"SHOWGRID", "1", StoreResult::Ignored},
+            {"BORDERHEIGHT", "-32768", kFits},   {"BORDERHEIGHT", "-32769", kFault}};
         for (const auto& [key, value, result] : cases) {
             Style style = defaults();
             Style before = style;
