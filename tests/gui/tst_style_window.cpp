@@ -105,7 +105,6 @@ class TstStyleWindow : public QObject {
             auto* bar = in<QScrollBar>(w, "pictureWidthScrollBar");
             bar->setValue(bar->value() + 7);
             QCOMPARE(s.window->diagram().image().width(), 5 * 20 + 4 + 7);
-            QCOMPARE(s.state.style.BorderWidth, 5);
             w.reject();
         });
         QCOMPARE(s.window->diagram().image(), before);
