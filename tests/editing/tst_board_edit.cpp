@@ -103,7 +103,10 @@ class TstBoardEdit : public QObject {
         const QString start = "r3k2r/1P6/8/8/3p4/8/4P3/R3K2R";
         const std::tuple<int, int, QString, QStringList> cases[] = {
             {3, 3, "kq1/2r/K2", {"H K2/2r/kq1", "D 1r1/2q/K1k", "R K1k/2q/1r1"}},
-            {2, 3, "kq1/2r", {"R kq1/2r", "D kq1/2r", "< q2/1r1", "> 1kq/3", "^ 2r/3", "v 3/kq1"}},
+            {2,
+             3,
+             "kq1/p1r",
+             {"R kq1/p1r", "D kq1/p1r", "< q2/1r1", "> 1kq/1p1", "^ p1r/3", "v 3/kq1"}},
             {4, 4, "k3/1q2/2r1/3K", {"H 3K/2r1/1q2/k3"}},
             {1, 10, "k8K", {"H k8K", "< 8K1"}},
             {10, 1, "k/1/1/1/1/1/1/1/1/K", {"> 1/1/1/1/1/1/1/1/1/1"}},
