@@ -17,16 +17,19 @@ class TstEngineFiles : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void outcomeOfTheSearch() {
-        // The engine read gives way to one that exists; "py", "crafty" or none is checked.
+        // The engine read gives way to one that exists; "py", "crafty" or none is
+        // checked; the tool button shows when any engine is there.
         const std::tuple<bool, bool, QString, QString, QString> cases[] = {
-            {false, true, "Popeye", "Crafty", "crafty"},
-            {true, false, "cRAFTY", "", ""},
-            {true, true, "", "Popeye", "py"},
-            {true, true, "cRAFTY", "cRAFTY", "crafty"}};
+            {false, true, "Popeye", "Crafty", "crafty shown"},
+            {true, false, "cRAFTY", "", " shown"},
+            {true, true, "", "Popeye", "py shown"},
+            {true, true, "cRAFTY", "cRAFTY", "crafty shown"},
+            {false, false, "Crafty", "", ""}};
         for (const auto& [py, crafty, read, after, checked] : cases) {
             const EngineMenu menu = locateEngines(py, crafty, read);
             QCOMPARE(menu.recentEngine, after);
-            QCOMPARE(QString(menu.popeyeChecked ? "py" : "") + (menu.craftyChecked ? "crafty" : ""),
+            QCOMPARE(QString(menu.popeyeChecked ? "py" : "") +
+                         (menu.craftyChecked ? "crafty" : "") + (menu.toolShown ? " shown" : ""),
                      checked);
         }
     }

@@ -18,6 +18,17 @@ static PopeyeFields params(std::initializer_list<std::pair<int, const char*>> fi
 class TstPopeye : public QObject {
     Q_OBJECT
   private Q_SLOTS:
+    // A game's stipulation: the first Stipulation tag, in any case, with text
+    // between two quotes.
+    void stipulationOfTheGame() {
+        const std::pair<QStringList, const char*> cases[] = {
+            {{"[Event \"#2\"]", "[stipulation \" h#3 \"]"}, "h#3"},
+            {{"[Stipulation \"#2]", "[Stipulation \"\"]", "[Stipulation \"s#4\"]"}, "s#4"},
+            {{"[Stipulation \"#2]"}, "none"}};
+        for (const auto& [headers, stipulation] : cases)
+            QCOMPARE(stipulationTag(headers).value_or("none"), QLatin1String(stipulation));
+    }
+
     void stipulationNumber_data() {
         QTest::addColumn<QString>("stipulation");
         QTest::addColumn<QString>("moves");
