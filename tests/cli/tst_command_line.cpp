@@ -251,10 +251,13 @@ class TstCommandLine : public QObject {
                  "marlith: can't write " + work_.filePath("taken/00001.svg").toUtf8() + "\n");
     }
 
-    // A stop keeps whole rows and leaves no temporary file; the same command
-    // then solves only the rest (and again the problem of a torn last line).
+    // A book that isn't there is named; a stop keeps whole rows and leaves no
+    // temporary file; the same command then solves only the rest (and again
+    // the problem of a torn last line).
     void solveStopAndGoOn() {
         requirePopeye();
+        QCOMPARE(run({"solve", "none.fen"}, popeyeHome_.path()).err,
+                 "marlith: The book none.fen doesn't exist.\n");
         const QStringList solve{"solve", "problems.fen", "--maxtime", "1", "-o", "r.csv"};
         const Run whole =
             run(solve + QStringList{"--jobs", "2", "-o", "whole.csv"}, popeyeHome_.path());
