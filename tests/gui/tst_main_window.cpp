@@ -81,7 +81,6 @@ class TstMainWindow : public QObject {
     // back to the position box. The engine button is tst_engine_windows'.
     void focusMarksAndToolButtons() {
         Fixture f;
-        const HomeFolder home(f.dir.path());
         f.openBook(u"b.fen"_s, "[Event \"x\"]\n8/8/8/8/8/8/8/K7 w\n8/8/8/8/8/8/8/1K6 b\n");
         for (const auto& [control, label] : {std::pair{"positionEdit", "pieceCounterLabel"},
                                              {"stepStrip", "sideLabel"},

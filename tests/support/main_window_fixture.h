@@ -55,7 +55,8 @@ struct HomeFolder {
 
 struct Fixture {
     QTemporaryDir dir;
-    QString home; // the program folder: dir unless another is given
+    HomeFolder userHome{dir.path()}; // nothing a window does lands in the real home
+    QString home;                    // the program folder: dir unless another is given
     AppState state;
     std::unique_ptr<MainWindow> window;
     QList<QStringList> instances; // arguments of further instances started
