@@ -6,6 +6,7 @@
 //                                               master games, all of it)
 #include "books/scan_job.h"
 #include "cli/commands.h"
+#include "command_run.h"
 #include "core/startup.h"
 #include "drawing/font_pieces.h"
 
@@ -84,15 +85,8 @@ int main(int argc, char* argv[]) {
         options.output = home.path() + QStringLiteral("/out-") + QLatin1String(format);
         options.format = QLatin1String(format);
         options.width = 400;
-        const CommandOutput quiet{
-            [](const QString&) {},
-            [](const QString& text) { std::fprintf(stderr, "%s\n", qPrintable(text)); },
-            {},
-            {}};
-        QElapsedTimer clock;
-        clock.start();
-        const int status = runCommand(options, folders, quiet);
-        const double seconds = clock.nsecsElapsed() / 1e9;
+        const auto [status, seconds] = timedCommand(
+            [&](const CommandOutput& quiet) { return runCommand(options, folders, quiet); });
         QDir written(options.output);
         const auto count = written.entryList(QDir::Files).size();
         std::printf("%-22s %9lld %9.2f %12.0f\n",

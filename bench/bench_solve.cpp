@@ -4,9 +4,9 @@
 //
 //   bench_solve [path of Popeye]   (default: the one the tests build)
 #include "cli/solve.h"
+#include "command_run.h"
 #include "core/startup.h"
 
-#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -56,15 +56,8 @@ int main(int argc, char* argv[]) {
         options.input = book;
         options.output = folders.program + QStringLiteral("results-%1.csv").arg(jobs);
         options.jobs = jobs;
-        const CommandOutput quiet{
-            [](const QString&) {},
-            [](const QString& text) { std::fprintf(stderr, "%s\n", qPrintable(text)); },
-            {},
-            {}};
-        QElapsedTimer clock;
-        clock.start();
-        const int status = solveBook(options, folders, quiet);
-        const double seconds = clock.nsecsElapsed() / 1e9;
+        const auto [status, seconds] = timedCommand(
+            [&](const CommandOutput& quiet) { return solveBook(options, folders, quiet); });
         if (status != 0) return status;
         if (jobs == 1) single = seconds;
         std::printf("%-8d %9.2f %11.1f %9.2f\n", jobs, seconds, kProblems / seconds,
