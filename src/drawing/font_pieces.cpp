@@ -64,8 +64,7 @@ QPainterPath bodyOf(const QPainterPath& sign) {
     QPainterPath body;
     body.setFillRule(Qt::WindingFill);
     for (size_t i = 0; i < contours.size(); ++i) {
-        const QPointF start =
-            contours[i].elementCount() > 0 ? QPointF(contours[i].elementAt(0)) : QPointF();
+        const QPointF start = contours[i].elementAt(0); // each begins with its move
         bool inner = false;
         for (size_t j = 0; j < contours.size() && !inner; ++j)
             inner = j != i && outlines[j].containsPoint(start, Qt::OddEvenFill) &&
