@@ -132,7 +132,8 @@ class TstDiagram : public QObject {
             scene.style.FontName = QStringLiteral("DejaVu Sans");
             scene.style.FontPos = QLatin1String(place);
             scene.style.FontStyle = QLatin1String(fontStyle);
-            scene.style.FontXBase = scene.style.FontYBase = 0;
+            // Placed on the frame or past the far edges, they move inside.
+            scene.style.FontXBase = scene.style.FontYBase = int16_t(turned ? 30000 : 0);
             scene.style.FrameWidth = 2;
             scene.reversed = turned;
             scene.draw(QStringLiteral("KQ1/2p/b1n"));
