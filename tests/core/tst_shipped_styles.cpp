@@ -91,6 +91,11 @@ class TstShippedStyles : public QObject {
             style.SqrHTab = int16_t(across * kTwipsPerPixel);
             style.SqrVTab = int16_t(down * kTwipsPerPixel);
             sheet = fontSheet(*pieces, style);
+            Style thin = style; // squares of one pixel, or none
+            thin.SqrHeight = kTwipsPerPixel;
+            QVERIFY(!fontSheet(*pieces, thin).isNull());
+            thin.SqrWidth = 0;
+            QVERIFY(fontSheet(*pieces, thin).isNull());
         }
         const auto cell = [&](int column, int row) {
             return sheet.copy(column * across, row * down, width, height);

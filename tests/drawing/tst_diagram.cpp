@@ -149,7 +149,8 @@ class TstDiagram : public QObject {
 
     void fallbackAndSquareBoards() {
         // Past 400 squares or below 0, 8 by 8. {rows, columns, after, square board, width}
-        const int cases[][5] = {{21, 20, 8, 0, 1860}, {20, 20, 20, 1, 4560}, {-3, 5, 8, 0, 1860}};
+        const int cases[][5] = {
+            {21, 20, 8, 0, 1860}, {20, 20, 20, 1, 4560}, {-3, 5, 8, 0, 1860}, {0, 0, 0, 1, 60}};
         for (const auto& [rows, columns, after, square, width] : cases) {
             Style style = defaultStyle();
             style.BorderHeight = int16_t(rows);
