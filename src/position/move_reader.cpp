@@ -89,11 +89,11 @@ bool castle(bool black, bool longSide, SquareVector& squareVector, const Board& 
     } else {
         squares[0] = cols - 1, squares[1] = cols - 4, squares[2] = cols - 2, squares[3] = cols - 3;
     }
+    // A castling that can't be played leaves the board as it was.
+    if (!std::all_of(std::begin(squares), std::end(squares), insideVector)) return false;
     const int values[4] = {0, 0, king, rook};
-    for (int n = 0; n < 4; ++n) {
-        if (!insideVector(squares[n])) return false;
+    for (int n = 0; n < 4; ++n)
         squareVector[squares[n]].wanted = static_cast<int16_t>(values[n]);
-    }
     return true;
 }
 

@@ -86,6 +86,8 @@ const ReadCase kReads[] = {
     {"10 columns: pin past column 8", "82/82/82/82/82/2N7/82/r5N2K", 0, "Ne2", "ok",
      "82/82/82/82/82/82/4N5/r5N2K", 10},
     {"empty word", kStart, 0, "", "", nullptr},
+    {"a-file pawn", kStart, 0, "a4", "ok", "rnbqkbnr/pppppppp/8/8/P7/8/1PPPPPPP/RNBQKBNR"},
+    {"castling off a narrow board", "r1k/3/3/3/3/3/3/3", 1, "O-O", "", nullptr, 3},
 };
 
 // The move from `before` to `after` on a board 8 rows high.
@@ -142,10 +144,13 @@ class TstMoves : public QObject {
     // the side to move lands behind the board.
     void fenToSlotCutsTheCounter() {
         SquareVector squareVector{};
-        QString text = QStringLiteral("(2x1)K7/1k6/8/8/8/8/8/8 b - - 0 1");
+        QString text = QStringLiteral("(2x1)K7/1k6/8/8/8/8/8/7R b - - 0 1");
         fenToSlot(1, text, squareVector, Board{8, 8}, kPieces);
-        QCOMPARE(text, QStringLiteral("K7/1k6/8/8/8/8/8/8 b - - 0 1"));
+        QCOMPARE(text, QStringLiteral("K7/1k6/8/8/8/8/8/7R b - - 0 1"));
         QCOMPARE(int(squareVector[64].wanted), 5);
+        QString shorter = QStringLiteral("K"); // the squares behind the text are emptied
+        fenToSlot(1, shorter, squareVector, Board{8, 8}, kPieces);
+        QCOMPARE(int(squareVector[63].wanted), 0);
     }
 
     // Each move is played, and the writer gives it back from the two

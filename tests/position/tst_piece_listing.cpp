@@ -35,6 +35,8 @@ const Case kCases[] = {
     {"no entry keeps the letter", "q7/8/8/8/8/8/8/7Q", "&&Q=wDame&&", kDict, "DAMEh1", "Qa8"},
     {"neutral", "q7/8/8/8/8/8/8/6PQ", "&&q=n Q &&Q=NQ&&P=bP&&", kDict, "", "Pg1", "Qh1a8", nullptr,
      nullptr, "(1x0+2)"},
+    {"neutral by the last letter", "K7", "&&K=NK&&", kDict, "", "", "Ka8", nullptr, nullptr,
+     "(0x0+1)"},
     // "N" is found inside "NR" first, so the knight's square goes there.
     {"shorter name inside a longer", "8/8/8/8/8/8/8/R1N5", "&&R=wNR&&", kDict, "Nc1Ra1", ""},
     {"style entries first", "8/8/8/8/8/8/8/K7", "&&K=bRoi&&&&K=wKing&&", kDict, "", "ROIa1"},
