@@ -1,5 +1,7 @@
 #include "editing/board_effects.h"
 
+#include <algorithm>
+#include <iterator>
 #include <vector>
 
 namespace marlith {
@@ -11,9 +13,9 @@ void applyBoardEffect(SquareVector& squareVector, const Board& board, BoardEffec
     // A board beyond the vector has fallen back to 8 by 8 in its drawing.
     if (h <= 0 || w <= 0 || squares != h * w) return;
     if ((effect == BoardEffect::DiagonalMirror || effect == BoardEffect::Rotate) && h != w) return;
-    std::vector<int16_t> old(static_cast<size_t>(squares));
-    for (int i = 0; i < squares; ++i)
-        old[static_cast<size_t>(i)] = squareVector[static_cast<size_t>(i)].wanted;
+    std::vector<int16_t> old;
+    std::transform(squareVector.begin(), squareVector.begin() + squares, std::back_inserter(old),
+                   [](const Square& square) { return square.wanted; });
     const auto at = [&](int r, int c) { return old[static_cast<size_t>(r * w + c)]; };
     for (int r = 0; r < h; ++r) {
         for (int c = 0; c < w; ++c) {

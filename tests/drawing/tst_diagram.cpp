@@ -308,6 +308,7 @@ class TstDiagram : public QObject {
         QTest::newRow("bitmap never clear")
             << int(ImageFormat::Bitmap) << QSize(550, 550) << 1100 << 0 << "1100 96 0";
         QTest::newRow("tall board") << png << QSize(301, 601) << 20000 << 0 << "10016 96 1";
+        QTest::newRow("twice as tall") << png << QSize(300, 600) << 20000 << 0 << "10000 96 1";
         QTest::newRow("pdf at its resolution")
             << pdf << QSize(550, 550) << 80 << 300 << "945 300 0";
         QTest::newRow("pdf too fine") << pdf << QSize(550, 550) << 1000 << 2400 << "20000 508 0";
@@ -323,6 +324,25 @@ class TstDiagram : public QObject {
             QStringLiteral("%1 %2 %3").arg(size.width).arg(size.dotsPerInch).arg(size.transparent),
             "written");
         QVERIFY(heightForWidth(size.width, picture) <= kExportWidths.most);
+    }
+
+    // Past the largest side no picture is drawn; a picture without area has no
+    // height; a PDF's resolution has its limit, and its bitmaps keep every pixel.
+    void largestPictures() {
+        const auto flat = [](QSize size) {
+            return DiagramPicture{QImage(size, QImage::Format_RGB32), [](QPainter&, bool) {}};
+        };
+        QVERIFY(diagramImage(flat({2000, 1}), 20001, false).isNull());
+        QCOMPARE(diagramImage(flat({2, 40000}), 1, false).size(), QSize(1, 20000));
+        QVERIFY(diagramImage(flat({2, 40002}), 1, false).isNull());
+        QCOMPARE(QList({heightForWidth(10, {0, 5}), heightForWidth(10, {5, -5})}), QList({0, 0}));
+        QCOMPARE(settleImageName({}), "Marlith.bmp");
+        QTemporaryDir dir;
+        QVERIFY(!writeImageFile(flat({1, 1}), dir.filePath("d.pdf"), {1, false, 10001}));
+        Scene start;
+        start.draw(start.style.StartPos);
+        QVERIFY(writeImageFile(start.picture(), dir.filePath("d.pdf"), {1000}));
+        QVERIFY(!readFile(dir.filePath("d.pdf")).contains("DCTDecode"));
     }
 
     // The name takes the chosen format's extension in place of an image one.
