@@ -13,17 +13,21 @@ class TstChooserRules : public QObject {
     Q_OBJECT
   private Q_SLOTS:
     void entryPerPurpose() {
-        // A book is never an image or style file; pictures keep to gif after gif, names follow.
-        const auto shown = [](int mode, const QString& last) {
+        // A book is never an image or style file; pictures keep to gif after gif, names follow;
+        // a suggested name brings its filter.
+        const auto shown = [](int mode, const QString& last, const QString& suggested = {}) {
             const ChooserEntry e =
-                chooserEntryFor(ChooserMode(mode), last).value_or(ChooserEntry());
+                chooserEntryFor(ChooserMode(mode), last, suggested).value_or(ChooserEntry());
             return e.filter + u' ' + e.name;
         };
-        QCOMPARE(QStringList({shown(0, "*.gif"), shown(1, "*.bmp"), shown(1, "*.pdf"),
-                              shown(2, "*.pgn"), shown(3, "*.gif"), shown(4, "*.gif")}),
-                 QStringList({"*.bmp Marlith.bmp", "*.fen ", "*.fen ", "*.bmp Marlith.bmp",
-                              "*.gif Marlith.gif", "*.sty Marlith.sty"}));
-        QCOMPARE(chooserEntryFor(ChooserMode(2), {})->filters, (QStringList{"*.bmp", "*.gif"}));
+        QCOMPARE(
+            QStringList({shown(0, "*.gif"), shown(1, "*.bmp"), shown(1, "*.pdf"), shown(2, "*.pgn"),
+                         shown(3, "*.gif"), shown(4, "*.gif"), shown(2, "*.bmp", "d.GIF")}),
+            QStringList({"*.bmp Marlith.bmp", "*.fen ", "*.fen ", "*.bmp Marlith.bmp",
+                         "*.gif Marlith.gif", "*.sty Marlith.sty", "*.gif d.GIF"}));
+        QCOMPARE(chooserEntryFor(ChooserMode(2), {})->filters +
+                     chooserEntryFor(ChooserMode(4), {})->filters,
+                 (QStringList{"*.bmp", "*.gif", "*.sty"}));
         QCOMPARE(chooserEntryFor(ChooserMode(4), {})->caption, "Import Styles from...");
     }
 
