@@ -86,6 +86,9 @@ class TstBookAppend : public QObject {
         QVERIFY(addGame(book, path, fenGame(tags("", ""), {"K7/8"}), error));
         QCOMPARE(error, "The game was added to " + path +
                             ", but it can be walked only after the book is opened again.");
+        testing::writeFile(path, "k7/8\r\n"); // the game takes the book's own line ends
+        QVERIFY(addGame(book, path, fenGame(tags("", ""), {"K7/8"}), error));
+        QCOMPARE(testing::readFile(path), "k7/8\r\n\r\n\r\nK7/8\r\n");
     }
 };
 

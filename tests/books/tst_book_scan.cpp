@@ -50,6 +50,13 @@ class TstBookScan : public QObject {
         Book book;
         QVERIFY(book.work.append(makeRecord('E', 1, "a")) && !book.work.append("short"));
         QVERIFY(book.work.read(1) && !book.work.read(0) && !book.work.read(2));
+        // A restart drops what waits to be written; a cut keeps the records before it.
+        QVERIFY(book.work.append(makeRecord('E', 1, "b")) && book.work.restart());
+        QVERIFY(book.work.append(makeRecord('E', 1, "c")) &&
+                book.work.append(makeRecord('E', 1, "d")));
+        QVERIFY(book.work.truncateTo(1) && book.work.append(makeRecord('E', 2, "e")));
+        QCOMPARE(testing::recordLines(book.work, 2), QStringList({"E1|c", "E2|e"}));
+        QVERIFY(!book.work.read(3));
         // A CR LF split between two blocks is one line end; a CR at the end ends a line alone.
         const QByteArray first((1 << 18) - 1, 'a'); // the CR ends the first read
         QFile file(book.write(first + "\r\nb\rc\nd\r\n\r\ne\r"));
@@ -86,6 +93,7 @@ class TstBookScan : public QObject {
             "[2|[Site \"x\"] / E2|1K6 / [3|[Event \"Headers alone\"]");
         row("missing book", 'f', {}, "1 games, 0 records, index (), cut short: ");
         row("a book of one byte", 'f', "K", "1 games, 1 records, index (1): E1|K");
+        row("a NUL byte: no text", 'f', QByteArray("K7\n\0k7\n", 7), "not a book");
         row("one line of megabytes is cut", 'f', QByteArray(3 << 20, 'K'),
             "1 games, 1 records, index (1): E1|" + QString(kRecordTextLength, u'K'));
         // A line with fewer than four blanks; an empty operation ends the operations.
