@@ -33,8 +33,8 @@ class TstStyle : public QObject {
         }
         // A board past what the square vector holds is 8 by 8.
         QCOMPARE((QList{boardSquares(20, 20), boardSquares(21, 20), boardSquares(0, 8),
-                        boardSquares(8, -1)}),
-                 (QList{400, 64, 0, 64}));
+                        boardSquares(8, 0), boardSquares(8, -1)}),
+                 (QList{400, 64, 0, 0, 64}));
     }
 
     // What the Style window shows of a style gives the same style back, given
@@ -62,9 +62,12 @@ class TstStyle : public QObject {
             storeForm(formFromStyle(style), sheet, back);
             QCOMPARE(block(back), block(style)); // every stored field
         }
-        // The default "Left Up" is shown as up and left.
-        QCOMPARE(formFromStyle(plain).verticalAlign, 0);
-        QCOMPARE(fontPosText(2, 1), QStringLiteral("DOWN CENTER"));
+        // The default "Left Up" is shown as up and left; a size of 0 keeps its sign place.
+        QCOMPARE(std::pair(formFromStyle(plain).verticalAlign,
+                           formFromStyle(styled("FontSize = 0")).fontSize),
+                 std::pair(0, QString(" 0")));
+        QCOMPARE(QStringList({fontPosText(2, 1), fontPosText(1, -1)}),
+                 QStringList({"DOWN CENTER", "MIDDLE"}));
     }
 
     // Boxes hold any text: what doesn't fit its field is held to it.

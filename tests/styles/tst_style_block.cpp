@@ -90,7 +90,8 @@ class TstStyleBlock : public QObject {
         const std::pair<const char*, std::optional<double>> numbers[] = {
             {"- 1 5", -15},     {"12abc", 12},           {"2.5", 2},
             {"-2.5", -2},       {"1e400", std::nullopt}, {"&HFFFF", -1},
-            {"&H10000", 65536}, {"&H0000FFFF", -1},      {"&H123456789", std::nullopt}};
+            {"&H10000", 65536}, {"&H0000FFFF", -1},      {"&H123456789", std::nullopt},
+            {"3e10", 3e10}};
         for (const auto& [text, number] : numbers)
             QVERIFY2(itemNumber(QString::fromUtf8(text)) == number, text);
         // A colour is the number, plus 65536 if negative; none beyond 32 bits.
