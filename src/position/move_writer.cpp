@@ -37,7 +37,7 @@ class TwinSearch {
     TwinSearch(const SquareVector& squareVector, Slot slot, long long cols, long long rows,
                long long target, long long source)
         : squareVector_(squareVector), slot_(slot), cols_(cols), rows_(rows),
-          last_(cols * rows - 1), targetCol_(target % cols), targetRow_(target / cols),
+          targetCol_(target % cols), targetRow_(target / cols),
           source_(source), piece_(squareVector[source].*slot) {}
 
     void ray(int dc, int dr) {
@@ -56,7 +56,7 @@ class TwinSearch {
     bool look(long long c, long long r) {
         if (failed || c < 0 || c >= cols_ || r < 0 || r >= rows_) return false;
         const long long i = r * cols_ + c;
-        if (i == source_ || i < 0 || i > last_) return true;
+        if (i == source_) return true;
         if (!insideVector(i)) {
             failed = true;
             return false;
@@ -74,7 +74,6 @@ class TwinSearch {
     Slot slot_;
     long long cols_;
     long long rows_;
-    long long last_;
     long long targetCol_;
     long long targetRow_;
     long long source_;

@@ -148,6 +148,7 @@ class TstMoves : public QObject {
         fenToSlot(1, text, squareVector, Board{8, 8}, kPieces);
         QCOMPARE(text, QStringLiteral("K7/1k6/8/8/8/8/8/7R b - - 0 1"));
         QCOMPARE(int(squareVector[64].wanted), 5);
+        QCOMPARE(dropCounterPrefix(QStringLiteral(")K7")), "K7"); // up to the first ")"
         QString shorter = QStringLiteral("K"); // the squares behind the text are emptied
         fenToSlot(1, shorter, squareVector, Board{8, 8}, kPieces);
         QCOMPARE(int(squareVector[63].wanted), 0);
