@@ -1,13 +1,11 @@
-// The style library as the build ships it: every style reads, and the bitmaps
-// it names, or the font, are there and drawn in the layout the program copies from.
+// The style library as the build ships it: every style reads, in order, and the
+// Popeye table names the pieces. How each style draws is tst_diagram's.
 #include "core/settings.h"
-#include "drawing/font_pieces.h"
 #include "engines/engine_files.h"
 #include "engines/popeye.h"
 #include "styles/style_block.h"
 #include "support/file_bytes.h"
 
-#include <QImage>
 #include <QTest>
 
 using namespace marlith;
@@ -54,69 +52,6 @@ class TstShippedStyles : public QObject {
             }
         }
         QCOMPARE(entryChoice(table.lists.stipulation.first(), QStringLiteral("h#")).param, "#");
-    }
-
-    void style_data() {
-        QTest::addColumn<QString>("name");
-        Style first;
-        for (const QString& name : readStyle({}, first).styleNames)
-            QTest::newRow(qPrintable(name)) << name;
-    }
-
-    // Light squares above, dark below, a piece in every other cell, and a
-    // border as large as the style says.
-    void style() {
-        QFETCH(QString, name);
-        Style style;
-        QVERIFY(!readStyle(name, style).stoppedAtFault);
-        QCOMPARE(style.StyleName, name);
-        // Every letter of the style goes through the board and back unchanged.
-        const Board board{style.BorderHeight, style.BorderWidth};
-        QString text = style.PiecesList.left(board.squares());
-        for (qsizetype at = board.columns; at < text.size(); at += board.columns + 1)
-            text.insert(at, u'/');
-        SquareVector squares{};
-        QVERIFY(buildBoard(text, squares, board, style.PiecesList, nullptr, nullptr));
-        QVERIFY(squaresToFen(squares, board, style.PiecesList).startsWith(text));
-        const int width = twipsToWholePixels(style.SqrWidth);
-        const int height = twipsToWholePixels(style.SqrHeight);
-        const int across = style.SqrHTab > 0 ? twipsToWholePixels(style.SqrHTab) : width;
-        const int down = style.SqrVTab > 0 ? twipsToWholePixels(style.SqrVTab) : height;
-        QImage sheet(style.PiecesFile);
-        if (!style.PiecesFont.isEmpty()) {
-            QVERIFY(addPieceFont(kLibrary));
-            const std::optional<FontPieces> pieces =
-                FontPieces::load(style.PiecesFont, style.PiecesList, style.PiecesSigns);
-            QVERIFY(pieces);
-            style.SqrHTab = int16_t(across * kTwipsPerPixel);
-            style.SqrVTab = int16_t(down * kTwipsPerPixel);
-            sheet = fontSheet(*pieces, style);
-            Style thin = style; // squares of one pixel, or none
-            thin.SqrHeight = kTwipsPerPixel;
-            QVERIFY(!fontSheet(*pieces, thin).isNull());
-            thin.SqrWidth = 0;
-            QVERIFY(fontSheet(*pieces, thin).isNull());
-        }
-        const auto cell = [&](int column, int row) {
-            return sheet.copy(column * across, row * down, width, height);
-        };
-        const int pieces = int(style.PiecesList.size());
-        QVERIFY(sheet.width() >= pieces * across + width && sheet.height() >= down + height);
-        QVERIFY(cell(0, 0) != cell(0, 1));
-        // Each piece fills a good part of its square.
-        for (int row = 0; row < 2; ++row)
-            for (int column = 1; column <= pieces; ++column) {
-                const QImage piece = cell(column, row), bare = cell(0, row);
-                int drawn = 0;
-                for (int y = 0; y < height; ++y)
-                    for (int x = 0; x < width; ++x)
-                        drawn += piece.pixel(x, y) != bare.pixel(x, y);
-                QVERIFY2(drawn > width * height / 8, qPrintable(QString::number(column)));
-            }
-        if (style.BorderFile.isEmpty()) return;
-        const QImage border(style.BorderFile);
-        QVERIFY(border.width() >= twipsToWholePixels(style.XBase) + style.BorderWidth * across);
-        QVERIFY(border.height() >= twipsToWholePixels(style.YBase) + style.BorderHeight * down);
     }
 };
 

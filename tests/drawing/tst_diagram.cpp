@@ -57,14 +57,16 @@ struct Scene {
     }
 };
 
-// A shipped style, read as a start would read it.
-Style shippedStyle(const QString& name) {
+// A shipped style, read as a start would read it; the names of them all on the side.
+Style shippedStyle(const QString& name, QStringList* names = nullptr) {
     Style style = defaultStyle();
     RecentList recent;
     QString engine;
     style.StyleName = name;
-    readSettings(QStringLiteral(MARLITH_SHIPPED_DIR "/Marlith.ini"),
-                 QStringLiteral(MARLITH_SHIPPED_DIR "/"), style, recent, engine);
+    const SettingsRead read =
+        readSettings(QStringLiteral(MARLITH_SHIPPED_DIR "/Marlith.ini"),
+                     QStringLiteral(MARLITH_SHIPPED_DIR "/"), style, recent, engine);
+    if (names) *names = read.styleNames;
     return style;
 }
 
@@ -139,10 +141,26 @@ class TstDiagram : public QObject {
             scene.draw(QStringLiteral("KQ1/2p/b1n"));
             pictures.append({QStringLiteral("coordinates-") + name, scene.diagram.image()});
         }
-        Scene fairy{shippedStyle(QStringLiteral("Fairy"))};
-        fairy.draw(QStringLiteral("gGhHaAcC/eEzZtTuU/WMLVYX2"));
-        pictures += {{"fairy", fairy.diagram.image()},
-                     {"fairy-palette", paletteImage(fairy.diagram.sheet(), fairy.style)}};
+        QStringList styles;
+        shippedStyle({}, &styles);
+        for (const QString& name : styles) { // each shipped style with all its letters
+            Scene scene{shippedStyle(name)};
+            QString text = scene.style.PiecesList;
+            for (qsizetype at = 8; at < text.size(); at += 9)
+                text.insert(at, u'/');
+            scene.draw(text);
+            pictures.append({"style-" + name, scene.diagram.image()});
+            if (name == u"Fairy")
+                pictures.append(
+                    {"fairy-palette", paletteImage(scene.diagram.sheet(), scene.style)});
+        }
+        // A font sheet of one-pixel squares is drawn, one of none is not.
+        const auto pieces = FontPieces::load(print.style.PiecesFont, print.style.PiecesList, {});
+        Style thin = print.style;
+        thin.SqrHeight = kTwipsPerPixel;
+        QVERIFY(pieces && !fontSheet(*pieces, thin).isNull());
+        thin.SqrWidth = 0;
+        QVERIFY(fontSheet(*pieces, thin).isNull());
         for (const auto& [name, picture] : pictures)
             QVERIFY2(matchesReference(picture, name), qPrintable(name));
     }
