@@ -20,7 +20,7 @@ struct Book {
         const QList<QList<QByteArray>> games = {
             {"[Event \"Paul Keres memorial\"]", "[Date \"2000\"]", "Ek7/8/8/8/8/8/8/K7 w"},
             {"[Event \"Other\"]", "E4k3/8/8/8/4P3/8/8/4K3"},
-            {"E(2x1)r7/8/8/8/8/8/8/RK6"}};
+            {"E(2x1)r7/8/8/8/8/8/9/ZK6"}};
         int32_t number = 0;
         for (int game = 0; game < games.size(); ++game) {
             index.push_back(number + 1);
@@ -101,6 +101,7 @@ class TstBookSearch : public QObject {
         for (const auto& [boxes, games] : cases)
             QCOMPARE(book.search(criteria(boxes)), QLatin1String(games));
         QVERIFY(criteria("|0|||").isEmpty());
+        QCOMPARE(gameFields(book.work, book.index[2]).places, "x0002r0004Z0061K0062");
     }
 
     // A 31st entry ends the reading.

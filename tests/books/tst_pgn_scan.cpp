@@ -64,7 +64,8 @@ class TstPgnScan : public QObject {
              {"[1|[Event \"x\"]", pos(1, setUp), pos(1, pushed)}},
             {"[fen \"4k3/4p3/8/8/8/8/8/4K3 b - - 0 1\"]\n1...e5\n",
              {pos(1, QStringLiteral("4k3/8/8/4p3/8/8/8/4K3 w - - 0 0"))}},
-            {"[FEN \"" + setUp.toLatin1() + "\n\n", {pos(1, setUp)}}}; // an unclosed quote
+            {"[FEN \"" + setUp.toLatin1() + "\n\n", {pos(1, setUp)}}, // an unclosed quote
+            {"[FEN\"" + setUp.toLatin1() + "\"]\n\n", {pos(1, setUp)}}};
         for (const auto& [text, records] : cases)
             QCOMPARE(Pgn(text).records(), records);
     }
