@@ -193,6 +193,8 @@ class TstStyleImport : public QObject {
         const QString stored = run.settings();
         QVERIFY(run.questions.isEmpty() && stored.contains(u"PiecesFile = p.bmp"));
         QVERIFY(readStyleFile("BeginStyle = B\r\nXBase = 1e300\r\nEndStyle").stoppedAtFault);
+        // Items behind a block's end belong to no block.
+        QCOMPARE(readStyleFile("BeginStyle = C\nEndStyle\nXBase = 9\nEndStyle").blocks.size(), 1);
         QCOMPARE(run.import(QByteArray(5000, '\xFF')), QStringList());
         QCOMPARE(run.settings(), stored);
     }
