@@ -50,7 +50,8 @@ class TstBoardEdit : public QObject {
         b.squareVector[5].wanted = b.squareVector[6].wanted = 3;
         b.drag(0, 5, kMaskCtrl);
         b.drag(1, 6);
-        QCOMPARE(b.fen(), QStringLiteral("8/2K5/6K1/8/8/8/8/8"));
+        b.drag(22, 0);
+        QCOMPARE(b.fen(), QStringLiteral("K7/2K5/8/8/8/8/8/8"));
     }
 
     void clicksSetTheChosenPieceOrAskForOne() {
@@ -81,6 +82,10 @@ class TstBoardEdit : public QObject {
               b.gesture(off, b.at(0)), b.gesture(QPointF(-5, 10), b.at(3))})
             QVERIFY(!edit.squaresChanged && !edit.clicked);
         QCOMPARE(b.fen(), QStringLiteral("K7/8/8/8/8/8/8/8"));
+        // A board too large for the vector, not yet fallen back to 8 by 8, takes no gesture.
+        b.style.BorderHeight = 21;
+        b.style.BorderWidth = 20;
+        QVERIFY(!b.gesture({1012, 787}, {2362, 112}).squaresChanged); // square 64 to square 10
     }
 
     void theTurnedBoardMapsScreenToVector() {
