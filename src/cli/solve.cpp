@@ -107,8 +107,8 @@ struct SolveSetting {
     const Style& style;
     QString dictionary;
     std::optional<QString> stipulation;
-    int maxTime = 60;
-    bool pbmBook = false;
+    int maxTime; // seconds, as the command line gives them
+    bool pbmBook;
 };
 
 Problem readProblem(OpenBook& book, int32_t place, const SolveSetting& setting) {

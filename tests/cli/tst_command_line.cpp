@@ -121,8 +121,10 @@ class TstCommandLine : public QObject {
                                         << "marlith: render has no option '--last'" << 2;
         QTest::newRow("missing -o")
             << QStringList{"export", "b.fen"} << "marlith: export needs -o FOLDER" << 2;
-        QTest::newRow("bad width") << QStringList{"render", fen, "-o", "a.png", "--size", "wide"}
-                                   << "marlith: --size needs a width" << 2;
+        QTest::newRow("bad width")
+            << QStringList{"render", fen, "-o", "a.png", "--size", "wide"}
+            << "marlith: --size needs a width in pixels from 1 to 10000, not 'wide'\n"
+            << 2;
         QTest::newRow("unknown style") << QStringList{"render", fen, "-o", "a.png", "--style", "x"}
                                        << "marlith: unknown style 'x'" << 2;
         QTest::newRow("not a FEN text")
@@ -204,6 +206,11 @@ class TstCommandLine : public QObject {
         }
         QVERIFY(twice[0].copy(0, 0, 20, 20) != twice[1].copy(0, 0, 20, 20));
         QCOMPARE(twice[0].copy(140, 140, 20, 20), twice[1].copy(140, 140, 20, 20));
+        // A shipped style draws as the window does, coordinates and all.
+        QCOMPARE(run({"render", "pPnNbBrR/qQkK", "-o", "c.png", "--style", "Coordinates"}).status,
+                 0);
+        QCOMPARE(QImage(work_.filePath("c.png")).convertToFormat(QImage::Format_ARGB32),
+                 QImage(MARLITH_PICTURES "/style-Coordinates.png"));
     }
 
     // One picture per game, named by the game's own number.
@@ -309,6 +316,9 @@ class TstCommandLine : public QObject {
             << "  1...Qa1-e5 +   2.Ke8-f8 Qe5-b8 #\n  1...Qa1-d4   2.Ke8-f8 Qd4-d8 #\n"
             << ""
             << "cooked | 1...Qa1-e5 + 2.Ke8-f8 Qe5-b8 #; 1...Qa1-d4 2.Ke8-f8 Qd4-d8 # | ";
+        QTest::newRow("key at the margin") << "1.Kf4-e3 !\n   1...Kc1-d1 2.Rb3-b1 #\n"
+                                           << ""
+                                           << "sound | 1.Kf4-e3 | ";
         QTest::newRow("limit") << "  1.e7-e5 Qd1-h5\nsolving interrupted. Time = 1.953 s\n"
                                << ""
                                << "time limit | 1.e7-e5 Qd1-h5 | 1.953";
