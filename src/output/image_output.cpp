@@ -117,34 +117,34 @@ QByteArray pngBytes(const QImage& image) {
     return png;
 }
 
+namespace {
+
+// The picture coded in the format, whole, into the device.
+bool writeFormat(const DiagramPicture& picture, ImageFormat format, const PictureSize& size,
+                 QIODevice* device) {
+    if (format == ImageFormat::Bitmap) {
+        const QImage image = diagramImage(picture, size.width, false);
+        return !image.isNull() && image.convertToFormat(QImage::Format_RGB32).save(device, "BMP");
+    }
+    if (format == ImageFormat::Png)
+        return writeBytes(pngBytes(diagramImage(picture, size.width, size.transparent)), device);
+    if (format == ImageFormat::Svg)
+        return writeBytes(diagramSvg(picture, size.width, size.transparent), device);
+    const std::optional<QSize> pixels = scaledSize(picture.screen, size.width);
+    return pixels && writePdf(picture, *pixels, size.dotsPerInch, device);
+}
+
+} // namespace
+
 bool writeImageFile(const DiagramPicture& picture, const QString& path, const PictureSize& size) {
     if (picture.screen.isNull()) return false;
     // Written whole under a new name, then renamed over the old picture: a
     // full disk leaves the old picture, never a torn one.
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) return false;
-    bool written = false;
-    switch (imageFormatOf(path)) {
-    case ImageFormat::Bitmap: {
-        const QImage image = diagramImage(picture, size.width, false);
-        written = !image.isNull() && image.convertToFormat(QImage::Format_RGB32).save(&file, "BMP");
-        break;
-    }
-    case ImageFormat::Png:
-        written = writeBytes(pngBytes(diagramImage(picture, size.width, size.transparent)), &file);
-        break;
-    case ImageFormat::Svg:
-        written = writeBytes(diagramSvg(picture, size.width, size.transparent), &file);
-        break;
-    case ImageFormat::Pdf: {
-        const std::optional<QSize> pixels = scaledSize(picture.screen, size.width);
-        written = pixels && writePdf(picture, *pixels, size.dotsPerInch, &file);
-        break;
-    }
-    }
     // A write that stays in the file's buffer fails only at the flush, and
     // commit alone would still put the torn file in place.
-    return written && file.flush() && file.commit();
+    return writeFormat(picture, imageFormatOf(path), size, &file) && file.flush() && file.commit();
 }
 
 QString unusedPdfPath(const QString& folder, const QString& stem) {
