@@ -85,6 +85,8 @@ const ReadCase kReads[] = {
      "8/8/3b4/k1b4R/8/8/8/7K"},
     {"pin without a king", "8/8/1n6/4n3/8/8/8/4R2K", 1, "Nd7", "ok", "8/3n4/1n6/8/8/8/8/4R2K"},
     {"lone pinned knight", "4k3/8/8/4n3/8/8/8/4R2K", 1, "Nd7", "ok", "4k3/3n4/8/8/8/8/8/4R2K"},
+    {"pinned down the diagonal", "k5n1/8/2n5/8/4B3/8/8/7K", 1, "Ne7", "ok",
+     "k7/4n3/2n5/8/4B3/8/8/7K"},
     {"10 columns: pin past column 8", "82/82/82/82/82/2N7/82/r5N2K", 0, "Ne2", "ok",
      "82/82/82/82/82/82/4N5/r5N2K", 10},
     {"empty word", kStart, 0, "", "", nullptr},
