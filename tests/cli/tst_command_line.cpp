@@ -288,6 +288,19 @@ class TstCommandLine : public QObject {
         compareVerdicts({work_.filePath("r.csv")});
     }
 
+    // A solver that can't be started is named, with the reason.
+    void aSolverThatWontStart() {
+        TempFolder home;
+        writeFile(home.filePath(QStringLiteral("py")), "#!/nonexistent/interpreter\n");
+        QFile::setPermissions(home.filePath(QStringLiteral("py")),
+                              QFile::ReadOwner | QFile::ExeOwner);
+        const Run result = run({"solve", "problems.fen"}, home.path());
+        QCOMPARE(result.status, 1);
+        QVERIFY2(
+            result.err.startsWith("marlith: can't start " + home.filePath("py").toUtf8() + ": "),
+            result.err.constData());
+    }
+
     // Two shards under GNU parallel give the rows of one run.
     void solveShardsInParallel() {
         requirePopeye();
