@@ -74,6 +74,16 @@ class TstBookScan : public QObject {
         QVERIFY(book.work.open(book.dir.filePath("F2.tmp")) &&
                 book.work.append(makeRecord('E', 1, "a")));
         QCOMPARE(testing::readFile(victim), "keep");
+        // A full disk keeps the whole records; the next opening starts without its error.
+        {
+            const testing::FileSizeLimit full(3 * kRecordLength + 10);
+            for (int i = 0; i < 200; ++i) // past what the file holds in its buffer
+                book.work.append(makeRecord('E', 2, "f"));
+            QVERIFY(!book.work.flush() && !book.work.errorString().isEmpty());
+        }
+        QVERIFY(book.work.append(makeRecord('E', 3, "g")) && book.work.flush());
+        QCOMPARE(testing::recordLines(book.work, 4), QStringList({"E1|a", "E2|f", "E2|f", "E3|g"}));
+        QVERIFY(book.work.open(book.dir.filePath("F3.tmp")) && book.work.errorString().isEmpty());
     }
 
     // Each book as its scan summary and its records; a damaged binary book
