@@ -177,14 +177,7 @@ class TstCommandLine : public QObject {
         if (name.endsWith(QLatin1String(".svg")))
             QVERIFY(bytes.contains("viewBox=\"0 0 300 300\""));
         if (name.endsWith(QLatin1String(".svg")) || name.endsWith(QLatin1String(".pdf"))) return;
-        // Every empty square is drawn: a good part of the picture is light square.
-        const QImage image(work_.filePath(name));
-        QCOMPARE(image.width(), size.isEmpty() ? 408 : 300);
-        int light = 0;
-        for (int y = 0; y < image.height(); ++y)
-            for (int x = 0; x < image.width(); ++x)
-                light += image.pixel(x, y) == qRgb(240, 217, 181);
-        QVERIFY(light > image.width() * image.height() / 4);
+        QCOMPARE(QImage(work_.filePath(name)).width(), size.isEmpty() ? 408 : 300);
     }
 
     // A program folder's own settings come first: the shipped styles only
