@@ -76,7 +76,8 @@ bool castle(bool black, bool longSide, SquareVector& squareVector, const Board& 
     const long long last = cols * board.rows - 1;
     const int king = place(englishNotation, black ? u'k' : u'K');
     const int rook = place(englishNotation, black ? u'r' : u'R');
-    if (king < 0 || rook < 0) return false;
+    // Letters the notation doesn't have can't castle.
+    if (king <= 0 || rook <= 0) return false;
 
     long long squares[4];
     if (longSide && !black) {

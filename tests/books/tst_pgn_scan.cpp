@@ -86,12 +86,12 @@ class TstPgnScan : public QObject {
     void aMoveThatCantBePlayedCutsTheGame() {
         const QString afterD4 =
             QStringLiteral("rnbqkbnr/pppppppp/8/8/3P4/8/PPP1PPPP/RNBQKBNR b - - 0 0");
-        Pgn p("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6 3.Nf3\n\n[Event \"b\"]\n\n1.d4 Qh4 2.c4\n\n"
+        Pgn p("[Event \"a\"]\n\n1.e4 e5 2.Ke3 Nc6 3.Nf3\n\n[Event \"b\"]\n\n1.d4 Qa5 2.c4\n\n"
               "[Event \"c\"]\n\n1.e4 e5 Resigns\n");
         QCOMPARE(p.records(),
                  QStringList({"[1|[Event \"a\"]", pos(1), pos(1, kAfterE4), pos(1, kAfterE5),
                               pos(1, kAfterE5 + " {cut at 2.Ke3}"), "[2|[Event \"b\"]", pos(2),
-                              pos(2, afterD4), pos(2, afterD4 + " {cut at 1...Qh4}"),
+                              pos(2, afterD4), pos(2, afterD4 + " {cut at 1...Qa5}"),
                               "[3|[Event \"c\"]", pos(3), pos(3, kAfterE4), pos(3, kAfterE5)}));
     }
 };

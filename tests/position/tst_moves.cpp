@@ -14,6 +14,7 @@ const Notation kNotations[] = {
     {kPieces + "aA", kPieces + "aA"}, // the default letters and a fairy piece
     {"pPsSlLtTdDkK", kPieces},        // knight S, bishop L, rook T, queen D
     {"oOnNbBrRqQkK", kPieces},        // no "P"
+    {"pPnNbBqQkK", "pPnNbBqQkK"},     // no rooks
 };
 const char* const kStart = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
 const char* const kGerman = "tsldklst/pppppppp/8/8/8/8/PPPPPPPP/TSLDKLST";
@@ -91,6 +92,7 @@ const ReadCase kReads[] = {
      "82/82/82/82/82/82/4N5/r5N2K", 10},
     {"empty word", kStart, 0, "", "", nullptr},
     {"a-file pawn", kStart, 0, "a4", "ok", "rnbqkbnr/pppppppp/8/8/P7/8/1PPPPPPP/RNBQKBNR"},
+    {"castling without rooks", "4k3/8/8/8/8/8/8/4K3", 0, "O-O", "", nullptr, 8, 3},
     {"castling off a narrow board", "r1k/3/3/3/3/3/3/3", 1, "O-O", "", nullptr, 3},
 };
 
