@@ -357,6 +357,7 @@ class TstDiagram : public QObject {
         QCOMPARE(settleImageName({}), "Marlith.bmp");
         QTemporaryDir dir;
         QVERIFY(!writeImageFile(flat({1, 1}), dir.filePath("d.pdf"), {1, false, 10001}));
+        QVERIFY(!writeImageFile(flat({0, 0}), dir.filePath("d.png"))); // no picture
         Scene start;
         start.draw(start.style.StartPos);
         QVERIFY(writeImageFile(start.picture(), dir.filePath("d.pdf"), {1000}));
