@@ -176,9 +176,6 @@ class TstDiagram : public QObject {
             QCOMPARE(QSize(style.BorderHeight, style.BorderWidth), QSize(after, after));
             QCOMPARE(style.WndWidth, width);
         }
-        Style drawn = defaultStyle();
-        Diagram().drawBoard(drawn, 0, QString());
-        QCOMPARE(paletteSizeTwips(drawn), QSize(1410, 510)); // twelve pieces, six a row
     }
 
     // Sizes past 16 bits give no picture; numbers at their ends never read outside.
