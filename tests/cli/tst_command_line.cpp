@@ -22,6 +22,8 @@ const QByteArray kPgnBook = "[Event \"One\"]\n[White \"Kasparov\"]\n\n1. e4 e5 2
                             "[Event \"Two\"]\n[White \"Karpov\"]\n\n1. d4 d5 *\n";
 
 const QString kPopeye = QStringLiteral(MARLITH_REAL_POPEYE);
+const char* const kNoPopeye =
+    "The real Popeye isn't built here: the folder of its source (../shared/engines) is missing.";
 
 // Problems whose verdicts Popeye was seen to give; the start position's
 // help-mate in 4 takes it more than a second.
@@ -92,11 +94,6 @@ class TstCommandLine : public QObject {
     }
     QStringList exported(const QString& folder) {
         return QDir(work_.filePath(folder)).entryList(QDir::Files, QDir::Name);
-    }
-    void requirePopeye() {
-        if (!QFileInfo(kPopeye).isExecutable())
-            QSKIP("The real Popeye isn't built here: the folder of its source "
-                  "(../shared/engines) is missing.");
     }
 
   private Q_SLOTS:
@@ -253,7 +250,7 @@ class TstCommandLine : public QObject {
     // temporary file; the same command then solves only the rest (and again
     // the problem of a torn last line).
     void solveStopAndGoOn() {
-        requirePopeye();
+        if (!QFileInfo(kPopeye).isExecutable()) QSKIP(kNoPopeye);
         QCOMPARE(run({"solve", "none.fen"}, popeyeHome_.path()).err,
                  "marlith: The book none.fen doesn't exist.\n");
         const QStringList solve{"solve", "problems.fen", "--maxtime", "1", "-o", "r.csv"};
@@ -295,7 +292,7 @@ class TstCommandLine : public QObject {
 
     // On a terminal the progress line counts the problems of the shard and ends with the last.
     void progressOfAShard() {
-        requirePopeye();
+        if (!QFileInfo(kPopeye).isExecutable()) QSKIP(kNoPopeye);
         char* text = nullptr;
         size_t size = 0;
         FILE* err = open_memstream(&text, &size);
@@ -313,7 +310,7 @@ class TstCommandLine : public QObject {
 
     // Two shards under GNU parallel give the rows of one run.
     void solveShardsInParallel() {
-        requirePopeye();
+        if (!QFileInfo(kPopeye).isExecutable()) QSKIP(kNoPopeye);
         const QString parallel = QStandardPaths::findExecutable(QStringLiteral("parallel"));
         if (parallel.isEmpty()) QSKIP("GNU parallel isn't installed (Debian package parallel).");
         QProcess process;
