@@ -1,10 +1,10 @@
 // The style library as the build ships it: every style reads, in order, and the
 // Popeye table names the pieces. How each style draws is tst_diagram's.
-#include "core/settings.h"
 #include "engines/engine_files.h"
 #include "engines/popeye.h"
 #include "styles/style_block.h"
 #include "support/file_bytes.h"
+#include "support/shipped_style.h"
 
 #include <QTest>
 
@@ -13,15 +13,6 @@ using namespace marlith;
 namespace {
 
 const QString kLibrary = QStringLiteral(MARLITH_SHIPPED_DIR "/");
-
-// The style of that name, or with none the one the first start shows.
-SettingsRead readStyle(const QString& name, Style& style) {
-    resetStyle(style);
-    style.StyleName = name;
-    RecentList recent;
-    QString engine;
-    return readSettings(kLibrary + "Marlith.ini", kLibrary, style, recent, engine);
-}
 
 } // namespace
 
@@ -32,7 +23,7 @@ class TstShippedStyles : public QObject {
         const QByteArray bytes = marlith::testing::readFile(kLibrary + "Marlith.ini");
         QCOMPARE(bytes.count('\n'), bytes.count("\r\n"));
         Style first;
-        const SettingsRead reading = readStyle({}, first);
+        const SettingsRead reading = testing::readShippedStyle({}, first);
         QVERIFY(reading.opened && !reading.stoppedAtFault && reading.styleNames.size() >= 4);
         // In the order that a stored style keeps, so that it lands among them.
         for (qsizetype i = 1; i < reading.styleNames.size(); ++i)

@@ -5,6 +5,7 @@
 #include "output/export_choices.h"
 #include "output/image_output.h"
 #include "support/file_bytes.h"
+#include "support/shipped_style.h"
 
 #include <QFile>
 #include <QPainter>
@@ -56,15 +57,10 @@ struct Scene {
     }
 };
 
-// A shipped style, read as a start would read it; the names of them all on the side.
+// A shipped style; the names of them all on the side.
 Style shippedStyle(const QString& name, QStringList* names = nullptr) {
-    Style style = defaultStyle();
-    RecentList recent;
-    QString engine;
-    style.StyleName = name;
-    const SettingsRead read =
-        readSettings(QStringLiteral(MARLITH_SHIPPED_DIR "/Marlith.ini"),
-                     QStringLiteral(MARLITH_SHIPPED_DIR "/"), style, recent, engine);
+    Style style;
+    const SettingsRead read = readShippedStyle(name, style);
     if (names) *names = read.styleNames;
     return style;
 }
