@@ -189,8 +189,6 @@ class SourceSearch {
         }
         return candidates_[0].square;
     }
-    // A square past the vector ended the search before any candidate.
-    bool failed() const { return failed_ && count_ == 0; }
 
   private:
     // True when the ray goes on past this square.
@@ -353,7 +351,8 @@ Outcome playCleanWord(bool black, char16_t* w, qsizetype size, SquareVector& squ
     }
     searchInOrder(search, kind);
     const long long source = search.source();
-    if (search.failed() || source < 0 || !insideVector(target)) {
+    // No source: none found, or a square past the vector ended the search first.
+    if (source < 0 || !insideVector(target)) {
         // A file letter and a rank digit name a square: the word is a move
         // that this board can't play.
         const bool namesSquare = w[end] >= u'a' && w[end] <= u'z' && isDigit(w[end + 1]);
