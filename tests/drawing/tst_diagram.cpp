@@ -156,6 +156,13 @@ class TstDiagram : public QObject {
         QVERIFY(pieces && !fontSheet(*pieces, thin).isNull());
         thin.SqrWidth = 0;
         QVERIFY(fontSheet(*pieces, thin).isNull());
+        // A letter without a sign leaves its own cell empty and the others in place.
+        const QImage full = fontSheet(*pieces, print.style);
+        Style gap = print.style;
+        gap.PiecesList[0] = u'x';
+        const QImage sheet = fontSheet(*FontPieces::load(gap.PiecesFont, gap.PiecesList, {}), gap);
+        const QRect others(128, 0, full.width(), full.height()); // behind the first letter's cell
+        QVERIFY(sheet != full && sheet.copy(others) == full.copy(others));
         for (const auto& [name, picture] : pictures)
             QVERIFY2(matchesReference(picture, name), qPrintable(name));
     }
