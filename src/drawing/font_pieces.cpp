@@ -136,7 +136,7 @@ std::optional<FontPieces> FontPieces::load(const QString& family, const QString&
             continue;
         }
         Shape shape;
-        shape.sign.addText(0, 0, font, QString::fromUcs4(&*sign, 1));
+        shape.sign.addText(QPointF(), font, QString::fromUcs4(&*sign, 1));
         shape.body = bodyOf(shape.sign);
         all |= shape.sign.boundingRect();
         pieces.shapes_.emplace_back(std::move(shape));
