@@ -107,6 +107,7 @@ const WriteCase kWrites[] = {
     {"three queens", "4k3/8/8/8/Q7/8/8/Q2Q4", "4k3/8/8/8/Q2Q4/8/8/3Q4", "Qa1d4"},
     {"twin behind the mover", "4k3/8/8/8/8/8/R7/R7", "4k3/8/8/R7/8/8/8/R7", "R2a5"},
     {"twin blocked", "4k3/8/8/8/8/8/8/R1n4R", "4k3/8/8/8/8/8/8/R1n1R3", "Re1"},
+    {"twins on the top row", "R6R/8/8/8/8/8/8/4k2K", "3R3R/8/8/8/8/8/8/4k2K", "Rad8"},
     {"twin down the other diagonal", "4k3/8/8/8/8/8/8/B5B1", "4k3/8/8/8/3B4/8/8/6B1", "Bad4"},
     {"black promotion", "8/8/8/8/8/8/4p3/8", "8/8/8/8/8/8/8/4n3", "e1=N"},
     {"en passant", "4k3/8/8/3pP3/8/8/8/4K3", "4k3/8/3P4/8/8/8/8/4K3", "exd6"},
