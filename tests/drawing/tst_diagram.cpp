@@ -32,6 +32,7 @@ Style defaultStyle() {
 // Draws the empty diagram and builds the text on it, as the main window does.
 struct Scene {
     explicit Scene(Style from = defaultStyle()) : style(std::move(from)) {}
+    explicit Scene(const QString& shipped) { readShippedStyle(shipped, style); }
     Style style;
     Diagram diagram;
     SquareVector squareVector{};
@@ -57,14 +58,6 @@ struct Scene {
     }
 };
 
-// A shipped style; the names of them all on the side.
-Style shippedStyle(const QString& name, QStringList* names = nullptr) {
-    Style style;
-    const SettingsRead read = readShippedStyle(name, style);
-    if (names) *names = read.styleNames;
-    return style;
-}
-
 // A picture against its reference in data/pictures; with MARLITH_NEW_PICTURES
 // set, the references are written anew (look at them before committing).
 bool matchesReference(const QImage& image, const QString& name) {
@@ -77,7 +70,7 @@ bool matchesReference(const QImage& image, const QString& name) {
 }
 
 Scene printScene(const QString& text) {
-    Scene scene{shippedStyle(QStringLiteral("Print"))};
+    Scene scene{QStringLiteral("Print")};
     scene.draw(text);
     return scene;
 }
@@ -120,7 +113,7 @@ class TstDiagram : public QObject {
              {"middle-center", 8, 8, 0, "MIDDLE CENTER", "BOLD ITALIC", 30},
              {"down-right-turned", 5, 3, 1, "DOWN RIGHT", "CAPS UNDERLINE STRIKEOUT", 45}};
         for (const auto& [name, rows, columns, turned, place, fontStyle, spacing] : coordinates) {
-            Scene scene{shippedStyle(QStringLiteral("Framed"))};
+            Scene scene{QStringLiteral("Framed")};
             scene.style.BorderHeight = int16_t(rows);
             scene.style.BorderWidth = int16_t(columns);
             scene.style.WndWidth = scene.style.WndHeight = 0; // worked out anew
@@ -136,10 +129,10 @@ class TstDiagram : public QObject {
             scene.draw(QStringLiteral("KQ1/2p/b1n"));
             pictures.append({QStringLiteral("coordinates-") + name, scene.diagram.image()});
         }
-        QStringList styles;
-        shippedStyle({}, &styles);
+        Style first;
+        const QStringList styles = readShippedStyle({}, first).styleNames;
         for (const QString& name : styles) { // each shipped style with all its letters
-            Scene scene{shippedStyle(name)};
+            Scene scene{name};
             QString text = scene.style.PiecesList;
             for (qsizetype at = 8; at < text.size(); at += 9)
                 text.insert(at, u'/');
@@ -149,18 +142,18 @@ class TstDiagram : public QObject {
                 pictures.append(
                     {"fairy-palette", paletteImage(scene.diagram.sheet(), scene.style)});
         }
-        // A font sheet of one-pixel squares is drawn, one of none is not.
+        // Font sheets: squares of one pixel are drawn, of none refused; a letter without a
+        // sign leaves its own cell empty and the others in place.
         const auto pieces = FontPieces::load(print.style.PiecesFont, print.style.PiecesList, {});
-        Style thin = print.style;
-        thin.SqrHeight = kTwipsPerPixel;
-        QVERIFY(pieces && !fontSheet(*pieces, thin).isNull());
-        thin.SqrWidth = 0;
-        QVERIFY(fontSheet(*pieces, thin).isNull());
-        // A letter without a sign leaves its own cell empty and the others in place.
+        Style odd = print.style;
+        odd.SqrHeight = kTwipsPerPixel;
+        QVERIFY(pieces && !fontSheet(*pieces, odd).isNull());
+        odd.SqrWidth = 0;
+        QVERIFY(fontSheet(*pieces, odd).isNull());
         const QImage full = fontSheet(*pieces, print.style);
-        Style gap = print.style;
-        gap.PiecesList[0] = u'x';
-        const QImage sheet = fontSheet(*FontPieces::load(gap.PiecesFont, gap.PiecesList, {}), gap);
+        odd = print.style;
+        odd.PiecesList[0] = u'x';
+        const QImage sheet = fontSheet(*FontPieces::load(odd.PiecesFont, odd.PiecesList, {}), odd);
         const QRect others(128, 0, full.width(), full.height()); // behind the first letter's cell
         QVERIFY(sheet != full && sheet.copy(others) == full.copy(others));
         for (const auto& [name, picture] : pictures)
