@@ -92,6 +92,17 @@ class TstCommandLine : public QObject {
         result.err = process.readAllStandardError();
         return result;
     }
+    // A command run in this process with a terminal for its progress: its status and stderr.
+    std::pair<int, QByteArray> onATerminal(const QStringList& arguments, const QString& home) {
+        char* text = nullptr;
+        size_t size = 0;
+        FILE* err = open_memstream(&text, &size);
+        const int status = runCommandLine(arguments, {home, {}}, stdout, err, true);
+        std::fclose(err);
+        const QByteArray shown(text, qsizetype(size));
+        std::free(text);
+        return {status, shown};
+    }
     QStringList exported(const QString& folder) {
         return QDir(work_.filePath(folder)).entryList(QDir::Files, QDir::Name);
     }
@@ -293,18 +304,25 @@ class TstCommandLine : public QObject {
     // On a terminal the progress line counts the problems of the shard and ends with the last.
     void progressOfAShard() {
         if (!QFileInfo(kPopeye).isExecutable()) QSKIP(kNoPopeye);
-        char* text = nullptr;
-        size_t size = 0;
-        FILE* err = open_memstream(&text, &size);
-        QCOMPARE(runCommandLine({"solve", work_.filePath("problems.fen"), "--maxtime", "1",
-                                 "--shard", "1/2", "-o", work_.filePath("shard.csv")},
-                                {popeyeHome_.path(), {}}, stdout, err, true),
-                 0);
-        std::fclose(err);
-        const QByteArray shown(text, qsizetype(size));
-        std::free(text);
+        const auto [status, shown] =
+            onATerminal({"solve", work_.filePath("problems.fen"), "--maxtime", "1", "--shard",
+                         "1/2", "-o", work_.filePath("shard.csv")},
+                        popeyeHome_.path());
+        QCOMPARE(status, 0);
         QVERIFY2(shown.mid(shown.lastIndexOf('\r')).startsWith("\r3 of 3, ") &&
                      shown.endsWith('\n'),
+                 shown.constData());
+    }
+
+    // A line held back (ten a second at most) still shows before a failure's message, which
+    // starts a line of its own.
+    void progressBeforeAFailure() {
+        QVERIFY(QDir(work_.path()).mkpath(QStringLiteral("tty/00003.svg")));
+        const auto [status, shown] = onATerminal(
+            {"export", work_.filePath("b.fen"), "-o", work_.filePath("tty")}, home_.path());
+        QCOMPARE(status, 1);
+        QVERIFY2(shown.mid(shown.lastIndexOf('\r')).startsWith("\r2 of 3, ") &&
+                     shown.contains("\nmarlith: can't write"),
                  shown.constData());
     }
 
@@ -356,7 +374,7 @@ class TstCommandLine : public QObject {
     void resultsFile() {
         QCOMPARE(csvRow({"7", "a \"b\", c", "d\ne"}), QByteArray("7,\"a \"\"b\"\", c\",d e\n"));
         QCOMPARE(keysText(QStringList(20, "k")), QStringList(20, "k").join("; ")); // all shown
-        const QByteArray text = QByteArray(kResultsHeader) + "2,x\n10,y\n3,\"torn";
+        const QByteArray text = QByteArray(kResultsHeader) + "2,x\n4\n10,y\n3,\"torn";
         const std::optional<EarlierResults> earlier = readEarlierResults(text);
         QVERIFY(earlier);
         QCOMPARE(earlier->games, (std::set<int32_t>{2, 10}));
