@@ -9,7 +9,7 @@ packages=(
   qt6-base-dev qt6-base-dev-tools qt6-image-formats-plugins qt6-svg-dev libgl-dev
   fontconfig fonts-dejavu-core fonts-noto-core
   xvfb xauth xdotool xclip x11-utils
-  pgn-extract parallel
+  pgn-extract
 )
 
 missing=()
