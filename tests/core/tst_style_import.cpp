@@ -101,11 +101,10 @@ class TstStyleImport : public QObject {
         QVERIFY(run.settings().contains(u"PiecesFile = passwd\r\n  BorderFile = passwd\r\n"));
     }
 
-    // Into a library of two styles: a known name is replaced on Yes alone,
-    // and the bitmap its old style owned with it; any other file keeps its
-    // bytes, and the program's own names are never taken, even when free. What the settings
-    // file would not give back, what is no picture and a value too large are
-    // refused, each with its message; Cancel ends the import and keeps what
+    // Into a library of two styles: a known name is replaced on Yes alone, and the bitmap its old
+    // style owned with it; any other file keeps its bytes, and the program's own names are never
+    // taken, even when free. What the settings file would not give back, what is no picture and a
+    // value too large are refused, each with its message; Cancel ends the import and keeps what
     // came before it. None of it, nor a full disk, makes the import complete.
     void importIntoALibrary() {
         Run run;

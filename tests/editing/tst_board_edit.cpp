@@ -99,10 +99,9 @@ class TstBoardEdit : public QObject {
         QCOMPARE(b.content(55), 2);
     }
 
-    // Each effect on boards square and not, odd and even, and one of a row;
-    // four quarter turns, two mirrors, give the position back; a shift back
-    // doesn't bring back what fell off. Each result is the effects, by letter,
-    // applied to the board afresh: mirror top to bottom (H) or in the
+    // Each effect on boards square and not, odd and even, and one of a row; four quarter turns, two
+    // mirrors, give the position back; a shift back doesn't bring back what fell off. Each result
+    // is the effects, by letter, applied to the board afresh: mirror top to bottom (H) or in the
     // diagonal (D), quarter turn (R), shift (<>^v); then the position.
     void boardEffects() {
         const QString start = "r3k2r/1P6/8/8/3p4/8/4P3/R3K2R";

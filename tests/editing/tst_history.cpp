@@ -33,9 +33,8 @@ class TstHistory : public QObject {
                  "k7/8|k7/8 w - - 0 0|k7/8");
     }
 
-    // The moves between the rows: a capture, both castlings, a promotion,
-    // counters and extra fields passed over, Black first; a board copied
-    // twice is no move.
+    // The moves between the rows: a capture, both castlings, a promotion, counters and extra fields
+    // passed over, Black first; a board copied twice is no move.
     void rowsAsAGame() {
         const QString start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR";
         const QString e4 = "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR";

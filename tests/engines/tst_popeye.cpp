@@ -18,8 +18,7 @@ static PopeyeFields params(std::initializer_list<std::pair<int, const char*>> fi
 class TstPopeye : public QObject {
     Q_OBJECT
   private Q_SLOTS:
-    // A game's stipulation: the first Stipulation tag, in any case, with text
-    // between two quotes.
+    // A game's stipulation: the first Stipulation tag, in any case, with text between two quotes.
     void stipulationOfTheGame() {
         const std::pair<QStringList, const char*> cases[] = {
             {{"[Event \"#2\"]", "[stipulation \" h#3 \"]"}, "h#3"},

@@ -71,10 +71,9 @@ class TstFen : public QObject {
     }
 
     void writing() {
-        // A run longer than 8 is cut into 8 and the rest, unless it ends the
-        // row; sheet cells of colour 1 fold, a negative content is empty. A
-        // board of more than 400 squares has 64: the unfilled last row drops
-        // its run. The game scanner's byte text is the same.
+        // A run longer than 8 is cut into 8 and the rest, unless it ends the row; sheet cells of
+        // colour 1 fold, a negative content is empty. A board of more than 400 squares has 64: the
+        // unfilled last row drops its run. The game scanner's byte text is the same.
         const std::tuple<int, int, int, int, const char*> cases[] = {
             {2, 10, 0, 8, "R9/82"}, {1, 12, 9, 12, "81K2"}, {1, 8, 1, 15, "1P6"},
             {1, 8, 1, 13, "8"},     {1, 8, 0, -1, "8"},     {30, 30, 62, 12, "8886/8886/2K"}};

@@ -26,8 +26,7 @@ inline QString writeBook(const QString& path, const QByteArray& bytes) {
     return path;
 }
 
-// "2 games, 6 records, index (1 3)", with how the scan ended when it did not
-// read the whole book.
+// "2 games, 6 records, index (1 3)", with how the scan ended when it did not read the whole book.
 inline QString scanSummary(const BookScan& scan) {
     QStringList index;
     for (const int32_t first : scan.gameIndex)
