@@ -51,6 +51,12 @@ class TstPgnScan : public QObject {
                                            pos(2), pos(2, kAfterE4), "[3|[Event \"c\"]"}));
     }
 
+    // Past the last game number the scan ends; the games before it stay.
+    void theLastGameNumber() {
+        const Pgn p(QByteArray("[E]\n\n").repeated(1'000'001));
+        QCOMPARE(std::pair(p.scan.end, p.scan.gameCount), std::pair(ScanEnd::GameLimit, 999'999));
+    }
+
     void fenTags() {
         const QString setUp = QStringLiteral("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
         const QString pushed = QStringLiteral("4k3/8/8/8/4P3/8/8/4K3 b - - 0 0");
