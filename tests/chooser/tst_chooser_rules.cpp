@@ -2,7 +2,6 @@
 #include "support/file_bytes.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 #include <QTest>
 
