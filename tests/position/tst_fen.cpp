@@ -126,7 +126,7 @@ class TstFen : public QObject {
         QTest::newRow("fill two more") << 'F' << "8///" << 8 << "8/8/8/";
         QTest::newRow("fill twenty columns") << 'F' << "/" << 20 << "992/";
         QTest::newRow("fill past the row") << 'F' << "ppppppppp/" << 8 << "ppppppppp7/";
-        QTest::newRow("fill digits count") << 'F' << "p3p/" << 8 << "p3p3/";
+        QTest::newRow("fill digits count, seven columns") << 'F' << "p3p/" << 7 << "p3p2/";
         QTest::newRow("fill without row length ends") << 'F' << "pp/x" << 0 << "pp";
         QTest::newRow("slash at the end") << '/' << "pp^" << 8 << "pp6/^";
         QTest::newRow("slash inside") << '/' << "K^pp" << 8 << "K7/^pp";
