@@ -127,6 +127,7 @@ class TstFen : public QObject {
         QTest::newRow("fill twenty columns") << 'F' << "/" << 20 << "992/";
         QTest::newRow("fill past the row") << 'F' << "ppppppppp/" << 8 << "ppppppppp7/";
         QTest::newRow("fill digits count, seven columns") << 'F' << "p3p/" << 7 << "p3p2/";
+        QTest::newRow("fill one column") << 'F' << "p//" << 1 << "p/1/";
         QTest::newRow("fill without row length ends") << 'F' << "pp/x" << 0 << "pp";
         QTest::newRow("slash at the end") << '/' << "pp^" << 8 << "pp6/^";
         QTest::newRow("slash inside") << '/' << "K^pp" << 8 << "K7/^pp";
