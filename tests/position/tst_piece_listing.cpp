@@ -42,6 +42,7 @@ const Case kCases[] = {
     {"style entries first", "8/8/8/8/8/8/8/K7", "&&K=bRoi&&&&K=wKing&&", kDict, "", "ROIa1"},
     // A broken entry, and letters missing from the English notation.
     {"entry without name", "K7", "&&K=b&&", kDict, "", "Ka8"},
+    {"entry cut at its end", "K7", "&&K=", kDict, "Ka8", ""},
     {"short English", "Kp6", "", kEnglish, "", "Pb8", "", nullptr, "pP"},
 };
 
