@@ -123,7 +123,6 @@ class TstCommandLine : public QObject {
         QTest::addColumn<int>("status");
         const QString fen = QStringLiteral("8/8/8/3k4/8/8/8/4K3");
         QTest::newRow("help") << QStringList{"--help"} << "Usage: marlith [BOOK]\n" << 0;
-        QTest::newRow("help of a command") << QStringList{"render", "--help"} << "Usage:" << 0;
         QTest::newRow("version") << QStringList{"--version"} << "marlith 0.1.0\n" << 0;
         QTest::newRow("unknown option") << QStringList{"render", fen, "-o", "a.png", "--last"}
                                         << "marlith: render has no option '--last'" << 2;
