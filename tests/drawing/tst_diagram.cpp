@@ -232,7 +232,7 @@ class TstDiagram : public QObject {
         for (const auto& [x, y, square] : cases)
             QCOMPARE(squareAt(x, y, style), square);
         style.SqrHTab = style.SqrHSpc = 0;
-        QCOMPARE(squareAt(10, 10, style), -1);
+        QCOMPARE(squareAt(150, 200, style), -1); // at the left edge: no pitch to divide by
     }
 
     void reversedViewTurnsTheBoard() {
