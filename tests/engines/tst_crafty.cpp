@@ -66,7 +66,7 @@ class TstCrafty : public QObject {
         // A letter beyond the English notation is dropped; a digit in the list is a piece.
         QCOMPARE(craftyFen("aZ1/2", "aZ1", "pP"), QString("pP/2"));
         // Fairy pieces leave empty squares that join the empty run beside them.
-        QCOMPARE(craftyFen("kG1K/1Y1h w", "kKGYh", "kKGYh"), QString("k2K/4 w"));
+        QCOMPARE(craftyFen("kG1K/1Y1h/K1k w", "kKGYh", "kKGYh"), QString("k2K/4/K1k w"));
     }
 
     // The engine starts once the command file is there; its log, perhaps under a later number
