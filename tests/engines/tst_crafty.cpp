@@ -56,7 +56,8 @@ class TstCrafty : public QObject {
     void logRowsAndEnglishLetters() {
         // Any run of line ends is one; what follows the last one is no row.
         QCOMPARE(logRows("a\r\nb\n\n\r\rc\rd"), QStringList({"a", "b", "c"}));
-        // The reader's limit of bytes.
+        // The reader's limits of rows and of bytes.
+        QCOMPARE(logRows(QByteArray("x\n").repeated(150'000)).size(), 100'000);
         QByteArray text = "one\r\ntwo\n\nthree\rfour";
         QBuffer buffer(&text);
         QVERIFY(buffer.open(QIODevice::ReadOnly));

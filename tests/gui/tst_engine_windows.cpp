@@ -153,8 +153,7 @@ class TstEngineWindows : public QObject {
         e.awaitEnd(popeye);
         QCOMPARE(rowsOf(popeye), QStringList({"not enough memory for -maxmem 1G",
                                               "Popeye ended without a result (exit status 3)."}));
-        QVERIFY(e.files("*.tmp").isEmpty());
-        QVERIFY(QFile::remove(e.path + u"py"_s));
+        QVERIFY(e.files("*.tmp").isEmpty() && QFile::remove(e.path + u"py"_s));
         childOf(popeye, "solveButton")->click();
         QVERIFY(!popeye->running() && childOf(popeye, "solveButton")->isEnabled());
         e.f->action("craftyAction")->trigger();
@@ -182,8 +181,7 @@ class TstEngineWindows : public QObject {
         childOf(w, "solveButton")->click();
         QTRY_COMPARE(rowsOf(w), QStringList{"found so far"});
         e.f->window->close();
-        QVERIFY(e.files("*.tmp").isEmpty());
-        QVERIFY(!w->running());
+        QVERIFY(e.files("*.tmp").isEmpty() && !w->running());
     }
 
     // The run goes on with the window hidden; a stipulation typed with its

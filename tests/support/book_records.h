@@ -3,6 +3,7 @@
 
 #include "books/book_scan.h"
 #include "books/work_file.h"
+#include "support/file_bytes.h"
 
 #include <QStringList>
 
@@ -21,8 +22,7 @@ inline QStringList recordLines(WorkFile& work, int32_t count) {
 }
 
 inline QString writeBook(const QString& path, const QByteArray& bytes) {
-    QFile file(path);
-    if (file.open(QIODevice::WriteOnly)) file.write(bytes);
+    writeFile(path, bytes);
     return path;
 }
 
@@ -31,17 +31,14 @@ inline QString scanSummary(const BookScan& scan) {
     QStringList index;
     for (const int32_t first : scan.gameIndex)
         index << QString::number(first);
-    static const char* const kEnds[] = {"",
-                                        ", cut short",
-                                        ", stopped",
-                                        ", work file full",
-                                        ", too many games",
-                                        ", not a book",
-                                        ", no game"};
+    static const QStringList kEnds =
+        QStringLiteral(
+            "|, cut short|, stopped|, work file full|, too many games|, not a book|, no game")
+            .split(u'|');
     return QStringLiteral("%1 games, %2 records, index (%3)%4")
         .arg(scan.gameCount)
         .arg(scan.recordCount)
-        .arg(index.join(u' '), QLatin1String(kEnds[static_cast<int>(scan.end)]));
+        .arg(index.join(u' '), kEnds[static_cast<int>(scan.end)]);
 }
 
 } // namespace marlith::testing
